@@ -1,0 +1,41 @@
+# Compiler settings that every target shares.
+
+add_library(zento_options INTERFACE)
+target_include_directories(zento_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(zento_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wold-style-cast -Wimplicit-fallthrough -Werror
+  # The same bits from every compiler: no fused multiply-add behind our back.
+  -ffp-contract=off)
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
+endif()
+
+if(ZENTO_SANITIZE)
+  add_compile_options(-fsanitize=${ZENTO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ZENTO_SANITIZE})
+endif()
+
+if(ZENTO_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+if(ZENTO_TIDY)
+  find_program(ZENTO_CLANG_TIDY NAMES clang-tidy clang-tidy-14 REQUIRED)
+  set(CMAKE_CXX_CLANG_TIDY ${ZENTO_CLANG_TIDY} --quiet)
+endif()
+
+find_program(ZENTO_CCACHE ccache)
+if(ZENTO_CCACHE AND NOT ZENTO_TIDY)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${ZENTO_CCACHE})
+endif()
+
+if(NOT WIN32)
+  find_program(ZENTO_LLD NAMES ld.lld)
+  if(ZENTO_LLD)
+    add_link_options(-fuse-ld=lld)
+  endif()
+else()
+  add_link_options(-static)
+endif()
