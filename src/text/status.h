@@ -37,8 +37,8 @@ class [[nodiscard]] Status {
 template <typename T>
 class [[nodiscard]] Result {
  public:
-  Result(T value) : value_(std::move(value)) {}               // NOLINT(*-explicit-*)
-  Result(Status failure) : status_(std::move(failure)) {}     // NOLINT(*-explicit-*)
+  Result(T value) : value_(std::move(value)) {}            // NOLINT(*-explicit-*)
+  Result(Status failure) : status_(std::move(failure)) {}  // NOLINT(*-explicit-*)
 
   bool ok() const { return value_.has_value(); }
   const Status& status() const { return status_; }

@@ -1,9 +1,9 @@
 #pragma once
 
 // One table of functions per vendor library. The loader fills a table from the library it finds on
-// the machine, the simulated bench fills it from its model, a test fills it with counters and faults;
-// nothing above can tell them apart. Names, argument order and return codes are the vendors'.
-// An entry that is empty means that the library is not there: `missing` then says why.
+// the machine, the simulated bench fills it from its model, a test fills it with counters and
+// faults; nothing above can tell them apart. Names, argument order and return codes are the
+// vendors'. An entry that is empty means that the library is not there: `missing` then says why.
 
 #include <cstdint>
 #include <functional>
@@ -33,7 +33,8 @@ struct AioTransfer {
 struct Aio {
   std::string missing;
   std::function<std::int32_t(const char* device_name, std::int32_t* id)> AioOpenEx;
-  std::function<std::int32_t(std::int32_t id, std::int16_t, std::int16_t, std::int16_t, std::int16_t)>
+  std::function<std::int32_t(std::int32_t id, std::int16_t, std::int16_t, std::int16_t,
+                             std::int16_t)>
       AioSetRange;
   std::function<std::int32_t(std::int32_t id, AioTransfer* transfer)> AioInp;
   // Volts of a binary word between `low` and `high` volts at `bits` of resolution.
