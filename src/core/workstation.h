@@ -1,0 +1,46 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "core/settings.h"
+#include "core/track_store.h"
+
+namespace zento {
+
+// One point of a running measurement: potential or time, current, a third value.
+using AcquiredPoint = std::array<double, 3>;
+
+// Indices 0 to 20001.
+inline constexpr std::int32_t kAcquisitionCapacity = 20002;
+
+// One point of the rotation-rate calibration.
+struct CalibrationPoint {
+  double rpm = 0;
+  double volts = 0;  // motor voltage
+  friend bool operator==(const CalibrationPoint&, const CalibrationPoint&) = default;
+};
+
+// Everything the windows share, built once at start and passed by reference.
+struct Workstation {
+  TrackStore tracks;
+  Settings settings;
+  bool SettingsLoaded = false;  // true only after a complete read of the settings file
+
+  std::vector<AcquiredPoint> acquisition = std::vector<AcquiredPoint>(kAcquisitionCapacity);
+  // -1 while a measurement or a macro's wait is active, else 0.
+  std::int16_t running_flag = 0;
+
+  double motor_voltage = 0;                       // V, last sent to analog-output channel 0
+  std::int32_t card_handle = -1;                  // PCI-9112; -1 = none registered
+  std::vector<CalibrationPoint> rpm_calibration;  // in file order
+
+  std::string FileTitle;            // name, without folder, of the track file last opened or saved
+  std::int32_t DataGeneration = 0;  // one more for each track file that was loaded
+  std::filesystem::path home;       // the program's folder: settings, calibration, logs
+};
+
+}  // namespace zento

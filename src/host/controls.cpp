@@ -1,0 +1,295 @@
+#include "host/controls.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+namespace zento {
+namespace {
+
+std::optional<int> Index(const std::string& text) {
+  int value = 0;
+  const char* last = text.data() + text.size();
+  const auto [end, error] = std::from_chars(text.data(), last, value);
+  if (error != std::errc{} || end != last) return std::nullopt;
+  return value;
+}
+
+Status BadIndex(const Control& control, const std::string& text) {
+  return Status::Failure(control.Address() + " has no entry " + text);
+}
+
+}  // namespace
+
+void Label::SetText(std::string text) {
+  if (text == text_) return;
+  text_ = std::move(text);
+  Changed();
+}
+
+void TextBox::Replace(std::string text) {
+  if (!multiline) {
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+  }
+  text_ = std::move(text);
+}
+
+void TextBox::SetText(std::string text) {
+  if (text == text_) return;
+  Replace(std::move(text));
+  Changed();
+}
+
+Status TextBox::UserSet(const std::string& value) {
+  if (Status typed = UserType(value); !typed.ok()) return typed;
+  UserLeave();
+  return Status::Ok();
+}
+
+Status TextBox::UserType(const std::string& text) {
+  if (read_only) return Status::Failure(Address() + " can only be read");
+  Replace(text);
+  Changed();
+  if (on_change) on_change();
+  return Status::Ok();
+}
+
+Status TextBox::UserKey(Key key) {
+  if (on_key) on_key(key);
+  return Status::Ok();
+}
+
+void TextBox::UserLeave() {
+  if (on_lost_focus) on_lost_focus();
+}
+
+void Button::SetCaption(std::string caption) {
+  if (caption == caption_) return;
+  caption_ = std::move(caption);
+  Changed();
+}
+
+Status Button::UserClick() {
+  if (on_click) on_click();
+  return Status::Ok();
+}
+
+void OptionGroup::Select(int index) {
+  if (index < 0 || index >= static_cast<int>(captions_.size())) index = -1;
+  if (index == selected_) return;
+  selected_ = index;
+  Changed();
+}
+
+Status OptionGroup::UserSet(const std::string& index) {
+  const auto chosen = Index(index);
+  return chosen ? UserChoose(*chosen) : BadIndex(*this, index);
+}
+
+Status OptionGroup::UserChoose(int index) {
+  if (index < 0 || index >= static_cast<int>(captions_.size())) {
+    return BadIndex(*this, std::to_string(index));
+  }
+  Select(index);
+  if (on_select) on_select(index);
+  return Status::Ok();
+}
+
+void CheckBox::SetCaption(std::string caption) {
+  if (caption == caption_) return;
+  caption_ = std::move(caption);
+  Changed();
+}
+
+void CheckBox::SetValue(int value) {
+  value = std::clamp(value, 0, 2);
+  if (value == value_) return;
+  value_ = value;
+  Changed();
+}
+
+Status CheckBox::UserSet(const std::string& value) {
+  const auto chosen = Index(value);
+  if (!chosen || *chosen < 0 || *chosen > 2) {
+    return Status::Failure(Address() + " takes 0, 1 or 2, not " + value);
+  }
+  SetValue(*chosen);
+  if (on_click) on_click(value_);
+  return Status::Ok();
+}
+
+Status CheckBox::UserClick() {
+  return UserSet(value_ == 0 ? "1" : "0");
+}
+
+void ComboBox::SetItems(std::vector<std::string> items) {
+  items_ = std::move(items);
+  if (selected_ >= static_cast<int>(items_.size())) selected_ = -1;
+  Changed();
+}
+
+void ComboBox::Select(int index) {
+  if (index < 0 || index >= static_cast<int>(items_.size())) index = -1;
+  if (index == selected_) return;
+  selected_ = index;
+  Changed();
+}
+
+Status ComboBox::UserSet(const std::string& index) {
+  const auto chosen = Index(index);
+  return chosen ? UserChoose(*chosen) : BadIndex(*this, index);
+}
+
+Status ComboBox::UserChoose(int index) {
+  if (index < 0 || index >= static_cast<int>(items_.size())) {
+    return BadIndex(*this, std::to_string(index));
+  }
+  Select(index);
+  if (on_select) on_select(index);
+  return Status::Ok();
+}
+
+Status UpDown::UserStep(int direction) {
+  const auto& handler = direction > 0 ? on_up : on_down;
+  if (handler) handler();
+  return Status::Ok();
+}
+
+Grid::Grid(Form& form, std::string name, int rows, int columns)
+    : Control(form, std::move(name)),
+      rows_(rows),
+      columns_(columns),
+      cells_(static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns)) {}
+
+std::size_t Grid::At(int row, int column) const {
+  return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
+         static_cast<std::size_t>(column);
+}
+
+bool Grid::Holds(int row, int column) const {
+  return row >= 0 && row < rows_ && column >= 0 && column < columns_;
+}
+
+void Grid::Resize(int rows, int columns) {
+  std::vector<std::string> cells(static_cast<std::size_t>(rows) *
+                                 static_cast<std::size_t>(columns));
+  for (int row = 0; row < std::min(rows, rows_); ++row) {
+    for (int column = 0; column < std::min(columns, columns_); ++column) {
+      cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
+            static_cast<std::size_t>(column)] = std::move(cells_[At(row, column)]);
+    }
+  }
+  rows_ = rows;
+  columns_ = columns;
+  cells_ = std::move(cells);
+  if (selected_row_ >= rows_) selected_row_ = -1;
+  Changed();
+}
+
+const std::string& Grid::Cell(int row, int column) const {
+  static const std::string kNone;
+  return Holds(row, column) ? cells_[At(row, column)] : kNone;
+}
+
+void Grid::SetCell(int row, int column, std::string text) {
+  if (!Holds(row, column)) return;
+  std::string& cell = cells_[At(row, column)];
+  if (cell == text) return;
+  cell = std::move(text);
+  if (redraw_) Changed();
+}
+
+void Grid::SelectRow(int row) {
+  if (row < 0 || row >= rows_) row = -1;
+  if (row == selected_row_) return;
+  selected_row_ = row;
+  if (redraw_) Changed();
+}
+
+void Grid::SetRedraw(bool on) {
+  if (on == redraw_) return;
+  redraw_ = on;
+  if (on) Changed();
+}
+
+std::string Grid::Value() const {
+  std::string text;
+  for (int row = 0; row < rows_; ++row) {
+    if (row > 0) text += '\n';
+    for (int column = 0; column < columns_; ++column) {
+      if (column > 0) text += '\t';
+      text += Cell(row, column);
+    }
+  }
+  return text;
+}
+
+Status Grid::UserClickCell(int row, int column) {
+  if (!Holds(row, column)) {
+    return Status::Failure(Address() + " has no cell " + std::to_string(row) + " " +
+                           std::to_string(column));
+  }
+  SelectRow(row);
+  if (on_click) on_click(row, column);
+  return Status::Ok();
+}
+
+Status MenuEntry::UserClick() {
+  if (on_click) on_click();
+  return Status::Ok();
+}
+
+void ListBox::SetItems(std::vector<std::string> items) {
+  items_ = std::move(items);
+  if (selected_ >= static_cast<int>(items_.size())) selected_ = -1;
+  Changed();
+}
+
+void ListBox::Select(int index) {
+  if (index < 0 || index >= static_cast<int>(items_.size())) index = -1;
+  if (index == selected_) return;
+  selected_ = index;
+  Changed();
+}
+
+std::string ListBox::Value() const {
+  return selected_ < 0 ? std::string() : items_[static_cast<std::size_t>(selected_)];
+}
+
+Status ListBox::UserSet(const std::string& index) {
+  const auto chosen = Index(index);
+  return chosen ? UserChoose(*chosen) : BadIndex(*this, index);
+}
+
+Status ListBox::UserKey(Key key) {
+  if (key.code == KeyCode::kEnter && selected_ >= 0) return UserOpen(selected_);
+  return Status::Ok();
+}
+
+Status ListBox::UserChoose(int index) {
+  if (index < 0 || index >= static_cast<int>(items_.size())) {
+    return BadIndex(*this, std::to_string(index));
+  }
+  Select(index);
+  if (on_select) on_select(index);
+  return Status::Ok();
+}
+
+Status ListBox::UserOpen(int index) {
+  if (Status chosen = UserChoose(index); !chosen.ok()) return chosen;
+  if (on_open) on_open(index);
+  return Status::Ok();
+}
+
+void ProgressBar::SetRange(int maximum) {
+  maximum_ = std::max(maximum, 0);
+  Changed();
+}
+
+void ProgressBar::SetPosition(int position) {
+  position_ = std::clamp(position, 0, maximum_);
+  Changed();
+}
+
+}  // namespace zento
