@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,16 @@ struct Workstation {
   std::string FileTitle;            // name, without folder, of the track file last opened or saved
   std::int32_t DataGeneration = 0;  // one more for each track file that was loaded
   std::filesystem::path home;       // the program's folder: settings, calibration, logs
+
+  // Set by a measurement while running_flag is: brings the run to its safe end before it returns
+  // (points stored, generator off, rotation 0, flag cleared). Empty while no measurement runs.
+  std::function<void()> end_active_run;
+  // Set by the main window while it is loaded: shows a track as its current one. Call through
+  // ShowTrack, which does nothing without a main window.
+  std::function<void(int track)> show_data_info;
+  void ShowTrack(int track) const {
+    if (show_data_info) show_data_info(track);
+  }
 };
 
 }  // namespace zento
