@@ -1,0 +1,116 @@
+// Holds the rooms' table of docs/architecture.md against the #include lines: rules that nobody
+// checks rot.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kSource = ZENTO_SOURCE_DIR "/src";
+
+// What a room may include besides itself. Folders named with a slash are rooms within a room.
+const std::map<std::string, std::vector<std::string>> kMayInclude = {
+    {"text", {}},
+    {"host", {"text"}},
+    {"host/native", {"text", "host"}},
+    {"host/virtual", {"text", "host"}},
+    {"core", {"text", "host"}},
+    {"graph", {"text", "host", "core"}},
+    {"devices/vendor", {"text", "host"}},
+    {"devices", {"text", "host", "core", "devices/vendor"}},
+    {"sim", {"text", "host", "devices/vendor"}},
+    {"measure", {"text", "host", "core", "graph", "devices"}},
+    {"macro", {"text", "host", "core", "graph", "devices", "measure"}},
+    {"analysis", {"text", "host", "core", "graph"}},
+    {"ui/main", {"text", "host", "core", "graph", "devices"}},
+    {"qt", {"text", "host", "host/native", "graph"}},
+    {"app",
+     {"text", "host", "host/native", "host/virtual", "core", "graph", "devices/vendor", "devices",
+      "sim", "measure", "macro", "analysis", "ui/main", "qt"}},
+};
+
+std::string RoomOf(const std::string& path) {
+  std::string room;
+  for (const auto& [name, allowed] : kMayInclude) {
+    if (path.rfind(name + "/", 0) == 0 && name.size() > room.size()) room = name;
+  }
+  return room;
+}
+
+bool IsSource(const fs::path& path) {
+  return path.extension() == ".h" || path.extension() == ".cpp";
+}
+
+// Tests and fuzz targets look at a room from outside and may use what they need.
+bool IsProduct(const std::string& path) {
+  return path.find("_test.cpp") == std::string::npos && path.find("_fuzz.cpp") == std::string::npos;
+}
+
+template <typename Visit>
+void ForEachProductLine(Visit visit) {
+  int files = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(kSource)) {
+    if (!entry.is_regular_file() || !IsSource(entry.path())) continue;
+    const std::string path = fs::relative(entry.path(), kSource).generic_string();
+    if (!IsProduct(path)) continue;
+    ++files;
+    std::ifstream file(entry.path());
+    std::string line;
+    for (int number = 1; std::getline(file, line); ++number) visit(path, number, line);
+  }
+  ASSERT_GT(files, 20) << "the sources were not found under " << kSource;
+}
+
+TEST(Layering, RoomsIncludeOnlyRoomsBelowThem) {
+  const std::regex include("^\\s*#\\s*include\\s*\"([^\"]+)\"");
+  ForEachProductLine([&](const std::string& path, int number, const std::string& line) {
+    std::smatch match;
+    if (!std::regex_search(line, match, include)) return;
+    const std::string room = RoomOf(path);
+    const std::string target = RoomOf(match[1].str());
+    ASSERT_FALSE(room.empty()) << path << " stands in no room";
+    EXPECT_FALSE(target.empty()) << path << ":" << number << " includes \"" << match[1]
+                                 << "\", which is no path from src/";
+    if (target == room || target.empty()) return;
+    const auto& allowed = kMayInclude.at(room);
+    EXPECT_TRUE(std::find(allowed.begin(), allowed.end(), target) != allowed.end())
+        << path << ":" << number << ": " << room << " may not include " << target;
+  });
+}
+
+TEST(Layering, OnlyTheQtRoomKnowsQt) {
+  const std::regex include("^\\s*#\\s*include\\s*[<\"]Q[A-Z]");
+  ForEachProductLine([&](const std::string& path, int number, const std::string& line) {
+    if (!std::regex_search(line, include)) return;
+    EXPECT_TRUE(RoomOf(path) == "qt" || path.rfind("app/gui", 0) == 0) << path << ":" << number;
+  });
+}
+
+TEST(Layering, TimeThreadsAndLocaleStayWithTheHost) {
+  const std::regex clock(
+      "steady_clock|system_clock|high_resolution_clock|sleep_for|std::thread|std::async|usleep|"
+      "GetTickCount\\(|[^a-z_]time\\(nullptr\\)");
+  const std::regex locale("std::locale|setlocale|\\bstrtod\\b|\\bstod\\(|\\batof\\(|\\bsscanf\\b");
+  ForEachProductLine([&](const std::string& path, int number, const std::string& line) {
+    const std::string room = RoomOf(path);
+    const std::string code = line.substr(0, line.find("//"));
+    if (room != "host/native" && room != "qt") {
+      EXPECT_FALSE(std::regex_search(code, clock)) << path << ":" << number << ": " << line;
+    }
+    // The toolkit sets the program's locale; the graphical program sets it back.
+    if (room != "qt" && path.rfind("app/gui", 0) != 0) {
+      EXPECT_FALSE(std::regex_search(code, locale)) << path << ":" << number << ": " << line;
+    }
+  });
+}
+
+}  // namespace
