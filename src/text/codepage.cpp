@@ -1,0 +1,199 @@
+#include "text/codepage.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "text/codepage932_table.h"
+#include "text/lines.h"
+
+namespace zento {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+constexpr std::string_view kReplacementUtf8 = "\xEF\xBF\xBD";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+unsigned ByteAt(std::string_view bytes, std::size_t at) {
+  return at < bytes.size() ? static_cast<unsigned char>(bytes[at]) : 0U;
+}
+
+bool Between(unsigned byte, unsigned low, unsigned high) {
+  return byte >= low && byte <= high;
+}
+
+// A well-formed sequence has its length in `length`. Of a malformed one, `length` counts the bytes
+// that could have begun a character (at least one): they are replaced together, as browsers do.
+struct Sequence {
+  std::size_t length = 1;
+  bool valid = false;
+};
+
+// `at` lies within the bytes. The ranges of the second byte shut out overlong forms, surrogates and
+// what lies above U+10FFFF (Unicode Standard, table 3-7).
+Sequence SequenceAt(std::string_view bytes, std::size_t at) {
+  const unsigned first = ByteAt(bytes, at);
+  if (first < 0x80) return {1, true};
+  if (!Between(first, 0xC2, 0xF4)) return {1, false};
+  const std::size_t length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+  const unsigned low = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
+  const unsigned high = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
+  if (!Between(ByteAt(bytes, at + 1), low, high)) return {1, false};
+  for (std::size_t i = 2; i < length; ++i) {
+    if (!Between(ByteAt(bytes, at + i), 0x80, 0xBF)) return {i, false};
+  }
+  return {length, true};
+}
+
+// The end of the run of ASCII bytes from `at` on. Data tables are little else, so eight at a time.
+std::size_t SkipAscii(std::string_view bytes, std::size_t at) {
+  for (; at + 8 <= bytes.size(); at += 8) {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, bytes.data() + at, 8);
+    if ((eight & 0x8080808080808080U) != 0) break;
+  }
+  while (at < bytes.size() && ByteAt(bytes, at) < 0x80) ++at;
+  return at;
+}
+
+// Where the first malformed sequence begins; the size when there is none.
+std::size_t FindMalformed(std::string_view bytes) {
+  for (std::size_t at = 0;;) {
+    at = SkipAscii(bytes, at);
+    if (at == bytes.size()) return at;
+    const Sequence sequence = SequenceAt(bytes, at);
+    if (!sequence.valid) return at;
+    at += sequence.length;
+  }
+}
+
+// Whether valid UTF-8 holds a character that code page 932 text would hardly show by accident: any
+// but those whose two bytes are both half-width katakana there.
+bool IsPlainlyUtf8(std::string_view line) {
+  for (std::size_t at = SkipAscii(line, 0); at < line.size(); at = SkipAscii(line, at)) {
+    const Sequence sequence = SequenceAt(line, at);
+    if (sequence.length > 2 || ByteAt(line, at + 1) < 0xA1) return true;
+    at += sequence.length;
+  }
+  return false;
+}
+
+void AppendUtf8(std::string& out, char32_t c) {
+  if (c < 0x80) {
+    out += static_cast<char>(c);
+  } else if (c < 0x800) {
+    out += static_cast<char>(0xC0 | c >> 6);
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else {  // the code page reaches no further than U+FFFF
+    out += static_cast<char>(0xE0 | c >> 12);
+    out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  }
+}
+
+bool IsLead(unsigned byte) {
+  return Between(byte, 0x81, 0x9F) || Between(byte, 0xE0, 0xFC);
+}
+bool IsTrail(unsigned byte) {
+  return Between(byte, 0x40, 0xFC) && byte != 0x7F;
+}
+
+// The character of a lead and a trail byte, U+FFFD if there is none.
+char32_t TwoByteCharacter(unsigned lead, unsigned trail) {
+  const std::size_t column = trail - (trail < 0x7F ? 0x40 : 0x41);
+  if (Between(lead, 0xF0, 0xF9)) {
+    return static_cast<char32_t>(0xE000 + (lead - 0xF0) * kCodePage932Trails + column);
+  }
+  const char16_t* row = kCodePage932Rows[lead < 0xA0 ? lead - 0x81 : lead - 0xE0 + 31];
+  return row == nullptr ? kReplacement : row[column];
+}
+
+// Appends the character at `at`, which is not ASCII; returns its length in bytes.
+std::size_t AppendCharacter932(std::string& out, std::string_view bytes, std::size_t at) {
+  const unsigned byte = ByteAt(bytes, at);
+  if (Between(byte, 0xA1, 0xDF)) {
+    AppendUtf8(out, 0xFF61 + byte - 0xA1);
+    return 1;
+  }
+  const unsigned trail = ByteAt(bytes, at + 1);
+  if (IsLead(byte) && IsTrail(trail)) {
+    const char32_t c = TwoByteCharacter(byte, trail);
+    if (c != kReplacement) {
+      AppendUtf8(out, c);
+      return 2;
+    }
+  }
+  out += kReplacementUtf8;
+  return 1;
+}
+
+void AppendCodePage932(std::string& out, std::string_view bytes) {
+  for (std::size_t at = 0; at < bytes.size();) {
+    const std::size_t ascii_end = SkipAscii(bytes, at);
+    out.append(bytes, at, ascii_end - at);
+    at = ascii_end;
+    if (at < bytes.size()) at += AppendCharacter932(out, bytes, at);
+  }
+}
+
+// Whether a line of a file that is not all UTF-8 still is; so is a last one cut off in a character.
+bool IsUtf8Line(std::string_view line) {
+  const std::size_t good = FindMalformed(line);
+  const bool whole = good == line.size() || good + SequenceAt(line, good).length == line.size();
+  const bool ended = line.ends_with('\n');
+  return whole && (good == line.size() || !ended) && IsPlainlyUtf8(line.substr(0, good));
+}
+
+// Line by line, line ends as they are.
+std::string DecodeMixed(std::string_view bytes) {
+  std::string out;
+  out.reserve(bytes.size() + bytes.size() / 8);
+  while (!bytes.empty()) {
+    const std::size_t end = std::min(bytes.find('\n'), bytes.size() - 1) + 1;
+    const std::string_view line = bytes.substr(0, end);
+    if (IsUtf8Line(line)) {
+      out += MakeValidUtf8(line);
+    } else {
+      AppendCodePage932(out, line);
+    }
+    bytes.remove_prefix(end);
+  }
+  return out;
+}
+
+}  // namespace
+
+bool IsValidUtf8(std::string_view bytes) {
+  return FindMalformed(bytes) == bytes.size();
+}
+
+std::string MakeValidUtf8(std::string_view bytes) {
+  std::string out;
+  for (;;) {
+    const std::size_t good = FindMalformed(bytes);
+    out.append(bytes, 0, good);
+    if (good == bytes.size()) return out;
+    out += kReplacementUtf8;
+    bytes.remove_prefix(good + SequenceAt(bytes, good).length);
+  }
+}
+
+std::string DecodeCodePage932(std::string_view bytes) {
+  std::string out;
+  AppendCodePage932(out, bytes);
+  return out;
+}
+
+std::string DecodeFile(std::string_view bytes) {
+  if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
+  return IsValidUtf8(bytes) ? std::string(bytes) : DecodeMixed(bytes);
+}
+
+std::string EncodeText(std::string_view text) {
+  std::string bytes = MakeValidUtf8(text);
+  // One mark at the front is dropped when the file is read.
+  if (bytes.starts_with(kByteOrderMark)) bytes.insert(0, kByteOrderMark);
+  return bytes;
+}
+
+}  // namespace zento
