@@ -7,6 +7,15 @@
 #include "host/timer_queue.h"
 
 namespace zento {
+namespace {
+
+void StopTimers(const Form& form) {
+  for (Control* control : form.controls()) {
+    if (auto* timer = dynamic_cast<Timer*>(control)) timer->SetEnabled(false);
+  }
+}
+
+}  // namespace
 
 Desktop::~Desktop() {
   *alive_ = false;
@@ -38,25 +47,30 @@ Form* Desktop::Load(std::string_view name) {
   if (factory == factories_.end()) return nullptr;
   loaded_.push_back({factory->second(), false});
   Form* form = loaded_.back().form.get();
-  if (form->Load()) return form;
-  const auto refused = std::find_if(loaded_.begin(), loaded_.end(),
-                                    [&](const Entry& entry) { return entry.form.get() == form; });
-  if (refused != loaded_.end()) loaded_.erase(refused);
+  const bool willing = form->Load();
+  // A form may have unloaded itself while it loaded.
+  const auto found = Locate(*form);
+  if (found == loaded_.end()) return nullptr;
+  if (willing) return form;
+  Retire(Remove(found));
   return nullptr;
 }
 
 Form* Desktop::Show(std::string_view name) {
   Form* form = Load(name);
   if (form == nullptr) return nullptr;
-  for (Entry& entry : loaded_) {
-    if (entry.form.get() == form) entry.shown = true;
-  }
+  Locate(*form)->shown = true;
   if (view_ != nullptr) {
     view_->FormShown(*form);
   } else {
     form->Activate();
   }
-  return form;
+  return Locate(*form) != loaded_.end() ? form : nullptr;
+}
+
+std::vector<Desktop::Entry>::iterator Desktop::Locate(const Form& form) {
+  return std::find_if(loaded_.begin(), loaded_.end(),
+                      [&](const Entry& entry) { return entry.form.get() == &form; });
 }
 
 bool Desktop::Shown(std::string_view name) const {
@@ -69,20 +83,29 @@ void Desktop::RequestClose(std::string_view name) {
 }
 
 void Desktop::Unload(std::string_view name) {
-  const auto found = std::find_if(loaded_.begin(), loaded_.end(),
-                                  [&](const Entry& entry) { return entry.form->name() == name; });
-  if (found == loaded_.end()) return;
-  std::unique_ptr<Form> form = std::move(found->form);
-  loaded_.erase(found);
-  for (Control* control : form->controls()) {
-    if (auto* timer = dynamic_cast<Timer*>(control)) timer->SetEnabled(false);
-  }
+  Form* found = Find(name);
+  if (found == nullptr) return;
+  std::unique_ptr<Form> form = Remove(Locate(*found));
+  StopTimers(*form);
   form->Unload();
+  Retire(std::move(form));
+}
+
+std::unique_ptr<Form> Desktop::Remove(std::vector<Entry>::iterator entry) {
+  std::unique_ptr<Form> form = std::move(entry->form);
+  loaded_.erase(entry);
+  return form;
+}
+
+void Desktop::Retire(std::unique_ptr<Form> form) {
+  StopTimers(*form);
   if (view_ != nullptr) view_->FormUnloaded(*form);
   form->SetView(nullptr);
   leaving_.push_back(std::move(form));
   timers_.Post([this, alive = alive_] {
-    if (*alive) leaving_.clear();
+    if (!*alive) return;
+    // Moved out first: a form's destructor may unload another one.
+    const auto gone = std::exchange(leaving_, {});
   });
 }
 

@@ -78,6 +78,11 @@ class Desktop {
     std::unique_ptr<Form> form;
     bool shown = false;
   };
+  std::vector<Entry>::iterator Locate(const Form& form);
+  // Takes a form off the list; Retire takes it off the screen and destroys it later.
+  std::unique_ptr<Form> Remove(std::vector<Entry>::iterator entry);
+  void Retire(std::unique_ptr<Form> form);
+
   TimerQueue& timers_;
   std::map<std::string, Factory, std::less<>> factories_;
   std::vector<Entry> loaded_;

@@ -1,6 +1,7 @@
 #include "host/timer_queue.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace zento {
@@ -42,48 +43,66 @@ std::optional<std::int64_t> TimerQueue::NextDue() const {
 int TimerQueue::RunDue() {
   if (running_) return 0;
   running_ = true;
+  // Reset however this is left, so that a handler that throws does not stop all timers for ever.
+  const std::unique_ptr<bool, void (*)(bool*)> leave(&running_, [](bool* flag) { *flag = false; });
+  ++round_;
   int ran = 0;
   for (auto& action : std::exchange(posted_, {})) {
     action();
     ++ran;
   }
-  // Handlers may add and remove timers, so the list is read afresh for every tick. The moment is
-  // taken once: a handler that takes long does not make its own next tick part of this call.
+  // The moment is taken once: what becomes due while handlers run waits for the next call.
   const std::int64_t now = clock_.Micros();
-  for (;;) {
-    Entry* due = nullptr;
-    for (Entry* entry : entries_) {
-      if (entry->enabled_ && entry->due_ <= now && (due == nullptr || entry->due_ < due->due_)) {
-        due = entry;
-      }
-    }
-    if (due == nullptr) break;
+  while (Entry* due = EarliestDue(now)) {
     Fire(*due);
     ++ran;
   }
-  running_ = false;
   return ran;
 }
 
+// Handlers may add and remove timers, so the list is read afresh for every tick.
+TimerQueue::Entry* TimerQueue::EarliestDue(std::int64_t now) const {
+  Entry* due = nullptr;
+  for (Entry* entry : entries_) {
+    if (!entry->enabled_ || entry->due_ > now || entry->round_ == round_) continue;
+    if (due == nullptr || entry->due_ < due->due_) due = entry;
+  }
+  return due;
+}
+
+// Marks an entry as firing for as long as it lives, however its handler is left.
+class TimerQueue::Firing {
+ public:
+  Firing(Entry& entry, bool& destroyed) : entry_(entry), destroyed_(destroyed) {
+    entry_.firing_ = true;
+    entry_.destroyed_ = &destroyed_;
+  }
+  ~Firing() {
+    if (destroyed_) return;
+    entry_.firing_ = false;
+    entry_.destroyed_ = nullptr;
+  }
+  Firing(const Firing&) = delete;
+  Firing& operator=(const Firing&) = delete;
+
+ private:
+  Entry& entry_;
+  bool& destroyed_;
+};
+
 void TimerQueue::Fire(Entry& entry) {
-  const std::int64_t began = clock_.Micros();
   bool destroyed = false;
-  entry.destroyed_ = &destroyed;
-  entry.firing_ = true;
+  const Firing firing(entry, destroyed);
+  entry.round_ = round_;
   entry.firing_due_ = entry.due_;
   entry.due_ += entry.interval_ms_ * 1000;
   // A copy: the handler may destroy the entry.
   const std::function<void()> tick = entry.tick_;
   if (tick) tick();
   if (destroyed) return;
-  entry.destroyed_ = nullptr;
-  entry.firing_ = false;
-  if (!entry.enabled_) return;
   const std::int64_t interval = entry.interval_ms_ * 1000;
-  const std::int64_t now = clock_.Micros();
-  if (now - entry.due_ >= interval) entry.due_ += (now - entry.due_) / interval * interval;
-  // RunDue compares with the moment it began at, so one call never runs a timer twice.
-  if (entry.due_ <= began) entry.due_ = began + 1;
+  const std::int64_t late = clock_.Micros() - entry.due_;
+  if (late >= interval) entry.due_ += late / interval * interval;
 }
 
 void TimerQueue::Post(std::function<void()> action) {

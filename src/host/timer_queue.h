@@ -15,8 +15,8 @@ namespace zento {
 //
 // Cadence: a periodic timer is due at absolute multiples of its interval after it was enabled, so
 // neither the handler's own duration nor disabling and enabling it inside its own handler shifts
-// it. A tick that is late by more than one interval drops the ticks it missed instead of bunching
-// them.
+// it. Ticks missed by more than one interval are dropped instead of bunched; the next one stays on
+// the same multiples.
 class TimerQueue {
  public:
   // One timer. Disabling and destroying are allowed at any moment, in its own handler too.
@@ -43,6 +43,7 @@ class TimerQueue {
     std::int64_t firing_due_ = 0;  // due moment of the tick now being handled
     bool enabled_ = false;
     bool firing_ = false;
+    std::uint64_t round_ = 0;    // the RunDue that ran it last
     bool* destroyed_ = nullptr;  // set while firing, to learn of destruction inside the handler
   };
 
@@ -65,12 +66,15 @@ class TimerQueue {
   std::function<void()> on_rearm;
 
  private:
+  class Firing;
+  Entry* EarliestDue(std::int64_t now) const;
   void Fire(Entry& entry);
   void Rearm();
 
   Clock& clock_;
   std::vector<Entry*> entries_;
   std::vector<std::function<void()>> posted_;
+  std::uint64_t round_ = 0;
   bool running_ = false;
 };
 
