@@ -8,6 +8,7 @@
 namespace zento {
 
 inline constexpr int kCVPresets = 6;
+inline constexpr int kMonitorChannels = 20;  // of the multichannel monitor
 
 // One of the numbered settings of the CV window.
 struct CVPreset {
@@ -51,8 +52,9 @@ struct Settings {
   double RPjSamplingRate = 0, RPjAccum = 0, RPjStartRPM = 0, RPjEndRPM = 0, RPjSpeed = 0;
   double RPjRetainTime = 0, RPjV = 0;
 
-  std::vector<std::int16_t> MMAdch;  // analog input of each monitor channel
-  std::vector<double> MMScale;
+  // Analog input and scale of each monitor channel. One element more once a file has been read.
+  std::vector<std::int16_t> MMAdch = std::vector<std::int16_t>(kMonitorChannels);
+  std::vector<double> MMScale = std::vector<double>(kMonitorChannels);
   double MMMaxTime = 0, MMSamplingRate = 0, MMAccum = 0;
 
   double SSVDiskXScale = 0, SSVDiskYScale = 0, SSVRingXScale = 0, SSVRingYScale = 0;

@@ -45,10 +45,13 @@ class TrackStore {
   // The column's stored points; may be shorter or longer than the record's pnum.
   std::vector<double>& Column(int column, int slot);
   const std::vector<double>& Column(int column, int slot) const;
-  // Exactly pnum points of the column, padded with 0 where it is shorter.
+  // The record's pnum, held within 0 to kMaxPoints.
+  std::int32_t PointCount(int slot) const;
+  // Exactly PointCount points of the column, padded with 0 where it is shorter.
   std::span<const double> Points(int column, int slot);
 
-  // Empties the header. V, Weight, the y scales, TimeRecording, ref, pH and the points stay.
+  // Empties the header (ne becomes 1). V, Weight, the y scales, TimeRecording, ref, pH and the
+  // points stay.
   void ClearTrack(int slot);
   // All of the header but the y scales and TimeRecording.
   void CopyTrackHeader(int from, int to);

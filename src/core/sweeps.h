@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "core/track_store.h"
+
+namespace zento {
+
+// Where the cycles of a track begin: the first entry is 0, the last one the last point. At most 101
+// entries; what comes after the hundredth cycle belongs to it. Modes that have no cycles (0 and 5)
+// give 101 zeros.
+std::vector<std::int32_t> CycleBoundaries(const TrackStore& tracks, int slot);
+
+// From `start` on, the point where the potential was nearest to `target` (V) before it moved away
+// again, having come within 0.1 V; the last point when that never happens; start - 1 when `start`
+// is behind the last point.
+std::int32_t FindVertex(const TrackStore& tracks, int slot, std::int32_t start, double target);
+
+// The values must not be empty.
+double ArrayMax(std::span<const double> values);
+double ArrayMin(std::span<const double> values);
+
+// Nothing unless x > 0.
+std::optional<double> Log10OrEmpty(double x);
+
+}  // namespace zento
