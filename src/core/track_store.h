@@ -13,7 +13,7 @@ namespace zento {
 inline constexpr int kTracks = 21;       // tracks 0 to 20, which the user sees
 inline constexpr int kScratchSlot = 21;  // 21 and 22: scratch space for tools
 inline constexpr int kSlots = 23;
-inline constexpr int kColumns = 3;
+inline constexpr int kTrackColumns = 3;
 // Points a track can hold. The analysis windows work on up to this many per column.
 inline constexpr std::int32_t kMaxPoints = 40001;
 
@@ -62,7 +62,7 @@ class TrackStore {
 
  private:
   std::array<TrackRecord, kSlots> records_;
-  std::array<std::array<std::vector<double>, kColumns>, kSlots> data_;
+  std::array<std::array<std::vector<double>, kTrackColumns>, kSlots> data_;
 };
 
 }  // namespace zento

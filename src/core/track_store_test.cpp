@@ -84,7 +84,7 @@ TEST(TrackStore, CopyingPointsTakesTheThirdColumnOfRingModesOnly) {
     tracks.Record(0) = FullRecord();
     tracks.Record(0).Mode = mode;
     tracks.Record(0).pnum = 2;
-    for (int column = 0; column < kColumns; ++column) {
+    for (int column = 0; column < kTrackColumns; ++column) {
       tracks.SetValue(column, 0, 0, column + 1);
       tracks.SetValue(column, 0, 2, 99);  // behind pnum
     }
