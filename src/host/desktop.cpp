@@ -78,6 +78,15 @@ bool Desktop::Shown(std::string_view name) const {
                      [&](const Entry& entry) { return entry.shown && entry.form->name() == name; });
 }
 
+void Desktop::Hide(std::string_view name) {
+  for (Entry& entry : loaded_) {
+    if (entry.form->name() != name || !entry.shown) continue;
+    entry.shown = false;
+    if (view_ != nullptr) view_->FormHidden(*entry.form);
+    return;
+  }
+}
+
 void Desktop::RequestClose(std::string_view name) {
   if (Form* form = Find(name)) form->CloseRequested();
 }

@@ -21,6 +21,8 @@ class DesktopView {
   virtual void FormShown(Form& form) = 0;
   // The form is about to go; its window must not touch it afterwards.
   virtual void FormUnloaded(Form& form) = 0;
+  // The form's window leaves the screen; the form stays loaded and may be shown again.
+  virtual void FormHidden(Form& /*form*/) {}
 };
 
 // The set of the program's windows, by name. Rooms open each other's windows through it without
@@ -44,6 +46,8 @@ class Desktop {
   // Load, and show it.
   Form* Show(std::string_view name);
   bool Shown(std::string_view name) const;
+  // Takes a form's window off the screen without unloading it, for forms that live on.
+  void Hide(std::string_view name);
 
   // As Find and Load, for callers who know the type.
   template <typename F>
