@@ -1,0 +1,60 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "devices/instruments.h"
+#include "host/controls.h"
+#include "host/form.h"
+#include "host/timer.h"
+
+namespace zento {
+
+// frmAdjustRPM: edits the rotation-rate calibration. Steps through its points, drives the motor at
+// each, shows the measured rate, and saves the corrected table.
+class AdjustRpmForm : public Form {
+ public:
+  AdjustRpmForm(Workstation& workstation, Host& host, Instruments& instruments);
+
+  bool Load() override;
+  // A motor that this window switched on is switched off, unless a measurement is running.
+  void Unload() override;
+  LayoutNode Layout() override;
+
+  // Controls in the order of the Tab key.
+  TextBox txtRPM;
+  UpDown UpdRPM;
+  TextBox txtVoltage;
+  UpDown UpdVoltage;
+  Button cmdMotorOn;
+  Button cmdMotorOff;
+  Button cmdUpdate;
+  Button cmdSave;
+  Label lblRPM;         // measured rate, rpm
+  Label lblRPMAverage;  // mean of the last 10, rpm
+  Timer Timer1;
+
+ private:
+  static constexpr std::size_t kRing = 10;
+
+  void MotorOn();
+  void MotorOff();
+  void StepPoint(int direction);
+  void StepVoltage(int direction);
+  void Update();
+  void Save();
+  void Tick();
+  void EnableDrive(bool on);
+  void ShowPoint();
+  void ShowVoltage();
+
+  Workstation& workstation_;
+  Instruments& instruments_;
+  std::size_t point_ = 0;     // index into the calibration
+  double tried_voltage_ = 0;  // V
+  std::array<double, kRing> measured_{};
+  std::size_t ring_index_ = 0;
+  bool motor_on_ = false;  // switched on here
+};
+
+}  // namespace zento

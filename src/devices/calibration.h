@@ -1,0 +1,53 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/workstation.h"
+#include "text/status.h"
+
+namespace zento {
+
+struct Host;
+
+// The table that relates the motor's control voltage to its rotation rate, and the text file that
+// keeps it: one point a line, the rate in rpm, a TAB, the voltage in V.
+
+// Lines with fewer than two fields (fields are cut at TABs) are skipped, fields after the second
+// ignored; numbers are read leniently. A text with fewer than two points is a failure.
+Result<std::vector<CalibrationPoint>> ParseCalibration(std::string_view bytes);
+
+// Reads back to the same points, lines ended by CR LF.
+std::string FormatCalibration(std::span<const CalibrationPoint> points);
+
+// Settings::RPMvsVoltageFile; a relative path starts at the program's folder.
+std::filesystem::path CalibrationFile(const Workstation& workstation);
+
+// Reads that file into Workstation::rpm_calibration; after a failure the table is empty.
+Status ReadCalibration(Workstation& workstation, Host& host);
+
+// To be called when the settings have been read: with rotation control configured, reads the file;
+// on failure tells the person and switches rotation control off until the program ends. Returns
+// whether rotation control can be used.
+bool LoadCalibration(Workstation& workstation, Host& host);
+
+Status SaveCalibration(const Workstation& workstation, Host& host);
+
+struct MotorPoint {
+  double rpm = 0;
+  double volts = 0;
+};
+
+// The voltage for `rpm`, linear between the table's points, `rpm` clamped to the table. A table
+// that is not in ascending order is used as if it were, and of several points at one rate the first
+// counts. Nothing with fewer than two points.
+std::optional<MotorPoint> InterpolateCalibration(std::span<const CalibrationPoint> points,
+                                                 double rpm);
+// The lowest rate of the table, 0 when it is empty.
+double LowestRate(std::span<const CalibrationPoint> points);
+
+}  // namespace zento

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "core/workstation.h"
+#include "devices/gpib.h"
+
+namespace zento {
+
+// The programmable function generator that puts the potential programme on the cell. It is the
+// instrument at Settings::GPIBAddress.
+class FunctionGenerator {
+ public:
+  FunctionGenerator(Workstation& workstation, GpibLink& link)
+      : workstation_(workstation), link_(link) {}
+  FunctionGenerator(const FunctionGenerator&) = delete;
+  FunctionGenerator& operator=(const FunctionGenerator&) = delete;
+
+  // A ramp to potentials[0], held `retain_time` seconds (0 to 999), then the segments P0, P1, P2,
+  // and back to P0 when P2 is another potential, over and over. Potentials in V (only four digits
+  // of millivolts are sent), scan rate in mV/s. The output stays off. All of potentials[0..2] are
+  // read.
+  void ProgrammeCyclicSweep(std::int32_t function, std::span<const double, 3> potentials,
+                            double scan_rate, std::int32_t retain_time);
+
+  // potentials[0] for `t1` seconds (0 to 999), then a step to potentials[1] for `t2` seconds.
+  void ProgrammePotentialStep(std::int32_t function, std::span<const double> potentials,
+                              std::int32_t t1, std::int32_t t2);
+
+  void OutputOn();
+  // The command that must not be lost: a failure initialises the link anew and tries once more.
+  void OutputOff();
+
+ private:
+  bool Send(const std::string& command);
+
+  Workstation& workstation_;
+  GpibLink& link_;
+};
+
+// Parts of the generator's commands, for whoever reads or checks them.
+std::string PotentialCode(double volts);     // signed millivolts: -0.2 gives "-0200"
+std::string RateCode(double scan_rate);      // V/s from mV/s: 50 gives "50E-3"
+std::string HoldCode(std::int32_t seconds);  // 5 gives "005"
+
+}  // namespace zento
