@@ -25,8 +25,10 @@ class LineReader {
       return true;
     }
     line = rest_.substr(0, cr);
-    Consume(to_line_feed_ - cr <= 2 && rest_[to_line_feed_ - 1] == '\r' ? to_line_feed_ + 1
-                                                                        : cr + 1);
+    const bool doubled = cr + 2 == to_line_feed_ && rest_[cr + 1] == '\r';
+    const bool with_line_feed =
+        to_line_feed_ < rest_.size() && (cr + 1 == to_line_feed_ || doubled);
+    Consume(with_line_feed ? to_line_feed_ + 1 : cr + 1);
     return true;
   }
 

@@ -16,7 +16,7 @@ constexpr double kExactPower[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr int kLargestExactPower = 22;
 constexpr std::uint64_t kLargestExactInteger = std::uint64_t{1} << 53;
-constexpr int kMostDigits = 19;  // that fit 64 bits whatever they are
+constexpr std::ptrdiff_t kMostDigits = 19;  // that fit 64 bits whatever they are
 constexpr int kExponentLimit = 100000;
 
 bool IsBlank(char c) {
@@ -25,6 +25,9 @@ bool IsBlank(char c) {
 unsigned DigitOf(char c) {
   return static_cast<unsigned char>(c) - static_cast<unsigned>('0');
 }
+bool IsDigit(char c) {
+  return DigitOf(c) < 10;
+}
 
 std::string_view SkipBlanks(std::string_view text) {
   std::size_t i = 0;
@@ -32,77 +35,75 @@ std::string_view SkipBlanks(std::string_view text) {
   return text.substr(i);
 }
 
-// What the scan of a number has found: its extent and, while it fits, its digits as an integer.
-struct Scan {
-  const char* digits = nullptr;  // behind the sign
-  const char* end = nullptr;     // behind the number
-  std::uint64_t mantissa = 0;
-  std::ptrdiff_t significant = 0;  // digits from the first non-zero one on
-  std::ptrdiff_t decimals = 0;     // digits behind the point
-  int exponent = 0;                // the written one, clamped to +-kExponentLimit
-  bool found = false;
-};
-
-// Adds a run of digits; the mantissa wraps around unnoticed beyond kMostDigits significant ones.
-const char* TakeDigits(const char* p, const char* last, Scan& scan) {
-  if (scan.mantissa == 0 && scan.significant == 0) {
-    while (p != last && *p == '0') ++p;
-  }
-  const char* const start = p;
-  for (; p != last && DigitOf(*p) < 10; ++p) scan.mantissa = scan.mantissa * 10 + DigitOf(*p);
-  scan.significant += p - start;
+// Appends a run of digits to `mantissa`, which wraps around unnoticed beyond kMostDigits of them.
+// One at a time: the runs are short, and a predicted branch is as fast here as eight digits in a
+// word.
+inline const char* TakeDigits(const char* p, const char* last, std::uint64_t& mantissa) {
+  for (; p != last && IsDigit(*p); ++p) mantissa = mantissa * 10 + DigitOf(*p);
   return p;
 }
 
+// What the scan of a number has found: its extent and, while they fit, its digits as an integer.
+struct Scan {
+  const char* end = nullptr;  // behind the number; null when there is none
+  std::uint64_t mantissa = 0;
+  std::ptrdiff_t digits = 0;    // all of them, leading zeros included
+  std::ptrdiff_t decimals = 0;  // those behind the point
+  int exponent = 0;             // the written one, limited to about kExponentLimit
+};
+
 // `p` stands behind an "e"; leaves the scan as it is when no digit follows.
-void TakeExponent(const char* p, const char* last, Scan& scan) {
+inline void TakeExponent(const char* p, const char* last, Scan& scan) {
   bool negative = false;
   if (p != last && (*p == '-' || *p == '+')) negative = *p++ == '-';
-  if (p == last || DigitOf(*p) >= 10) return;
+  if (p == last || !IsDigit(*p)) return;
   int exponent = 0;
-  for (; p != last && DigitOf(*p) < 10; ++p) {
+  do {
     if (exponent < kExponentLimit) exponent = exponent * 10 + static_cast<int>(DigitOf(*p));
-  }
+    ++p;
+  } while (p != last && IsDigit(*p));
   scan.exponent = negative ? -exponent : exponent;
   scan.end = p;
 }
 
-Scan ScanNumber(const char* p, const char* last) {
+// `p` stands behind the sign.
+inline Scan ScanNumber(const char* p, const char* last) {
   Scan scan;
-  scan.digits = p;
-  const char* const whole_end = TakeDigits(p, last, scan);
-  scan.found = whole_end != p;
-  scan.end = whole_end;
-  if (whole_end != last && *whole_end == '.') {
-    scan.end = TakeDigits(whole_end + 1, last, scan);
-    scan.decimals = scan.end - (whole_end + 1);
-    scan.found = scan.found || scan.decimals > 0;
+  const char* end = TakeDigits(p, last, scan.mantissa);
+  scan.digits = end - p;
+  if (end != last && *end == '.') {
+    const char* const point = end;
+    end = TakeDigits(point + 1, last, scan.mantissa);
+    scan.decimals = end - point - 1;
+    scan.digits += scan.decimals;
   }
-  if (scan.found && scan.end != last && (*scan.end == 'e' || *scan.end == 'E')) {
-    TakeExponent(scan.end + 1, last, scan);
-  }
+  if (scan.digits == 0) return scan;
+  scan.end = end;
+  if (end != last && (*end == 'e' || *end == 'E')) TakeExponent(end + 1, last, scan);
   return scan;
 }
 
 // The long way, for many digits or large exponents.
-double Convert(const Scan& scan) {
+double Convert(const char* first, const Scan& scan) {
   double value = 0;
-  const auto result = std::from_chars(scan.digits, scan.end, value);
+  const auto result = std::from_chars(first, scan.end, value);
   if (result.ec == std::errc()) return value;
-  // Out of range: the decimal exponent of the first significant digit tells which way.
-  const std::ptrdiff_t magnitude = scan.significant - scan.decimals + scan.exponent;
-  return scan.significant != 0 && magnitude > 0 ? std::numeric_limits<double>::max() : 0.0;
+  // Out of range: the place of the first digit that is not 0 tells which way.
+  std::ptrdiff_t leading = 0;
+  for (const char* p = first; p != scan.end && (*p == '0' || *p == '.'); ++p) leading += *p == '0';
+  const std::ptrdiff_t magnitude = scan.digits - leading - scan.decimals + scan.exponent;
+  return magnitude > 0 ? std::numeric_limits<double>::max() : 0.0;
 }
 
-double Magnitude(const Scan& scan) {
+inline double Magnitude(const char* first, const Scan& scan) {
   const std::ptrdiff_t power = scan.exponent - scan.decimals;
-  if (scan.significant <= kMostDigits && scan.mantissa <= kLargestExactInteger &&
+  if (scan.digits <= kMostDigits && scan.mantissa <= kLargestExactInteger &&
       power >= -kLargestExactPower && power <= kLargestExactPower) {
     // Both operands are exact, so the one operation rounds once and correctly (Clinger 1990).
-    const auto mantissa = static_cast<double>(scan.mantissa);
+    const auto mantissa = static_cast<double>(static_cast<std::int64_t>(scan.mantissa));
     return power < 0 ? mantissa / kExactPower[-power] : mantissa * kExactPower[power];
   }
-  return Convert(scan);
+  return Convert(first, scan);
 }
 
 }  // namespace
@@ -112,8 +113,8 @@ const char* ParseNumber(const char* first, const char* last, double& value) {
   bool negative = false;
   if (p != last && (*p == '-' || *p == '+')) negative = *p++ == '-';
   const Scan scan = ScanNumber(p, last);
-  if (!scan.found) return first;
-  const double magnitude = Magnitude(scan);
+  if (scan.end == nullptr) return first;
+  const double magnitude = Magnitude(p, scan);
   value = negative ? -magnitude : magnitude;
   return scan.end;
 }
