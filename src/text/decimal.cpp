@@ -9,6 +9,9 @@ namespace {
 
 // No double has more significant decimal digits than this, so these are all of them.
 constexpr int kAllDigits = 767;
+// Nor more decimals, nor more digits before the point.
+constexpr int kAllDecimals = 1074;
+constexpr int kMostWholeDigits = 309;
 // Digits looked at behind the last one kept before the exact expansion is asked for.
 constexpr int kGuardDigits = 20;
 
@@ -25,78 +28,88 @@ Decimal FromScientific(const char* first, const char* last) {
 }
 
 Decimal Expand(double magnitude, int digits) {
-  std::array<char, kAllDigits + 16> text{};
+  std::array<char, kAllDigits + 16> text;
   const auto result = std::to_chars(text.data(), text.data() + text.size(), magnitude,
                                     std::chars_format::scientific, digits - 1);
   return FromScientific(text.data(), result.ptr);
 }
 
-// Adds one to the last digit; true when the number grew by a digit, which is then dropped again.
-void RoundUp(Decimal& decimal) {
-  std::size_t i = decimal.digits.size();
-  while (i > 0 && decimal.digits[i - 1] == '9') decimal.digits[--i] = '0';
+// All digits of the fixed form with so many decimals, without the point.
+std::string ExpandFixed(double magnitude, int decimals) {
+  std::array<char, kMostWholeDigits + 1 + kAllDecimals> text;
+  const char* const first = text.data();
+  const char* const last = std::to_chars(text.data(), text.data() + text.size(), magnitude,
+                                         std::chars_format::fixed, decimals)
+                               .ptr;
+  const char* const point = std::find(first, last, '.');
+  std::string digits(first, point);
+  if (point != last) digits.append(point + 1, last);
+  return digits;
+}
+
+// Whether what stands behind the first `keep` digits is a five and nothing but zeros. The digits
+// are themselves rounded, so the true number may then lie on either side of the half.
+bool LooksLikeTie(const std::string& digits, std::size_t keep) {
+  return digits[keep] == '5' && digits.find_first_not_of('0', keep + 1) == std::string::npos;
+}
+
+// Cuts to the first `keep` digits; a dropped first digit of 5 or more counts up. True when that
+// gave a number with one more digit, 10...0.
+bool Cut(std::string& digits, std::size_t keep) {
+  const bool up = digits[keep] >= '5';
+  digits.resize(keep);
+  if (!up) return false;
+  std::size_t i = keep;
+  while (i > 0 && digits[i - 1] == '9') digits[--i] = '0';
   if (i > 0) {
-    ++decimal.digits[i - 1];
-  } else {
-    decimal.digits.insert(decimal.digits.begin(), '1');
-    decimal.digits.pop_back();
-    ++decimal.exponent;
+    ++digits[i - 1];
+    return false;
   }
-}
-
-// Cuts `decimal` to `digits` digits, a dropped first digit of 5 or more counting up.
-void Cut(Decimal& decimal, int digits) {
-  const auto keep = static_cast<std::size_t>(digits);
-  const bool up = decimal.digits[keep] >= '5';
-  decimal.digits.resize(keep);
-  if (up) RoundUp(decimal);
-}
-
-// Whether what stands behind `keep` digits is a five and nothing but zeros. The expansion is itself
-// rounded, so the true number may then lie on either side of the half.
-bool LooksLikeTie(const Decimal& decimal, int keep) {
-  const std::string& digits = decimal.digits;
-  const auto at = static_cast<std::size_t>(keep);
-  return digits[at] == '5' && digits.find_first_not_of('0', at + 1) == std::string::npos;
+  digits.insert(digits.begin(), '1');
+  return true;
 }
 
 }  // namespace
 
 Decimal ShortestDecimal(double magnitude) {
-  std::array<char, 32> text{};
+  std::array<char, 32> text;
   const auto result = std::to_chars(text.data(), text.data() + text.size(), magnitude,
                                     std::chars_format::scientific);
   return FromScientific(text.data(), result.ptr);
 }
 
 Decimal RoundToDigits(double magnitude, int digits) {
-  if (magnitude == 0) return {"0", 0};
+  const auto wanted = static_cast<std::size_t>(digits);
+  Decimal decimal;
   if (digits >= kAllDigits) {
-    Decimal all = Expand(magnitude, kAllDigits);
-    all.digits.resize(static_cast<std::size_t>(digits), '0');
-    return all;
+    decimal = Expand(magnitude, kAllDigits);
+    decimal.digits.resize(wanted, '0');
+    return decimal;
   }
-  Decimal decimal = Expand(magnitude, std::min(digits + kGuardDigits, kAllDigits));
-  if (LooksLikeTie(decimal, digits)) decimal = Expand(magnitude, kAllDigits);
-  Cut(decimal, digits);
+  decimal = Expand(magnitude, std::min(digits + kGuardDigits, kAllDigits));
+  if (LooksLikeTie(decimal.digits, wanted)) decimal = Expand(magnitude, kAllDigits);
+  if (Cut(decimal.digits, wanted)) {
+    decimal.digits.pop_back();
+    ++decimal.exponent;
+  }
   return decimal;
 }
 
-Decimal RoundToDecimals(double magnitude, int decimals) {
-  if (magnitude == 0) return {"0", 0};
-  const int exponent = Expand(magnitude, kGuardDigits).exponent;
-  const int digits = exponent + 1 + decimals;
-  if (digits > 0) {
-    Decimal rounded = RoundToDigits(magnitude, digits);
-    // A carry into a new first digit must not cost the last decimal.
-    const int wanted = rounded.exponent + 1 + decimals;
-    rounded.digits.resize(static_cast<std::size_t>(wanted), '0');
-    return rounded;
+std::string RoundToDecimals(double magnitude, int decimals) {
+  const auto wanted = static_cast<std::size_t>(decimals);
+  if (decimals >= kAllDecimals) {
+    std::string digits = ExpandFixed(magnitude, kAllDecimals);
+    return digits.append(wanted - kAllDecimals, '0');
   }
-  // Below the last decimal: one unit of it from half of it on, else nothing.
-  const Decimal all = Expand(magnitude, kAllDigits);
-  if (all.exponent == -decimals - 1 && all.digits[0] >= '5') return {"1", -decimals};
-  return {"0", 0};
+  int taken = std::min(decimals + kGuardDigits, kAllDecimals);
+  std::string digits = ExpandFixed(magnitude, taken);
+  const auto keep = [&] { return digits.size() - static_cast<std::size_t>(taken) + wanted; };
+  if (LooksLikeTie(digits, keep())) {
+    taken = kAllDecimals;
+    digits = ExpandFixed(magnitude, taken);
+  }
+  Cut(digits, keep());
+  return digits;
 }
 
 }  // namespace zento

@@ -83,36 +83,34 @@ Pattern TakeApart(std::string_view text) {
   return pattern;
 }
 
-// Writes the digits with the point behind `whole` of them (0 or less: zeros are put in front).
-void WriteDigits(std::string& out, std::string digits, int whole, const Pattern& pattern) {
-  if (whole < 0) digits.insert(0, static_cast<std::size_t>(-whole), '0');
-  const auto split = static_cast<std::size_t>(std::max(whole, 0));
+// Writes the digits with the point behind the first `whole` of them, zeros filled up and dropped as
+// the pattern wants.
+void WriteDigits(std::string& out, std::string digits, std::size_t whole, const Pattern& pattern) {
   const auto least_whole = static_cast<std::size_t>(pattern.least_whole);
   const auto least_decimals = static_cast<std::size_t>(pattern.least_decimals);
-  digits.resize(std::max(digits.size(), split + least_decimals), '0');
-  while (digits.size() > split + least_decimals && digits.back() == '0') digits.pop_back();
-  if (split < least_whole) out.append(least_whole - split, '0');
-  out.append(digits, 0, split);
-  if (digits.size() > split) out.append(".").append(digits, split);
+  while (digits.size() > whole + least_decimals && digits.back() == '0') digits.pop_back();
+  if (whole < least_whole) out.append(least_whole - whole, '0');
+  out.append(digits, 0, whole);
+  if (digits.size() > whole) out.append(".").append(digits, whole);
 }
 
 void WriteFixed(std::string& out, double magnitude, const Pattern& pattern) {
-  Decimal decimal = RoundToDecimals(magnitude, pattern.most_decimals);
-  const std::size_t start = out.size();
-  if (decimal.IsZero()) {
-    WriteDigits(out, "", 0, pattern);
-  } else {
-    WriteDigits(out, std::move(decimal.digits), decimal.exponent + 1, pattern);
+  std::string digits = RoundToDecimals(magnitude, pattern.most_decimals);
+  std::size_t whole = digits.size() - static_cast<std::size_t>(pattern.most_decimals);
+  if (digits.front() == '0') {  // only the pattern asks for a zero there
+    digits.erase(0, 1);
+    --whole;
   }
+  const std::size_t start = out.size();
+  WriteDigits(out, std::move(digits), whole, pattern);
   if (out.size() == start) out += '0';
 }
 
 void WriteExponentForm(std::string& out, double magnitude, const Pattern& pattern) {
   const int whole = std::max(1, pattern.least_whole);
   Decimal decimal = RoundToDigits(magnitude, whole + pattern.most_decimals);
-  const int exponent = decimal.IsZero() ? 0 : decimal.exponent - (whole - 1);
-  if (decimal.IsZero()) decimal.digits.assign(static_cast<std::size_t>(whole), '0');
-  WriteDigits(out, std::move(decimal.digits), whole, pattern);
+  const int exponent = magnitude == 0 ? 0 : decimal.exponent - (whole - 1);
+  WriteDigits(out, std::move(decimal.digits), static_cast<std::size_t>(whole), pattern);
   out += pattern.exponent_letter;
   if (exponent < 0) {
     out += '-';

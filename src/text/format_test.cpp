@@ -79,12 +79,12 @@ std::string RoundedDigits(const Exact& exact, int first, int last) {
   return digits;
 }
 
-std::string SlowFixed4(double value) {
+std::string SlowFixed(double value, int decimals) {
   const Exact exact = Expand(std::fabs(value));
-  std::string digits = RoundedDigits(exact, 1 - std::max(exact.whole, 1), 4);
+  std::string digits = RoundedDigits(exact, 1 - std::max(exact.whole, 1), decimals);
   if (digits.front() == '0') digits.erase(0, 1);
   const bool zero = digits.find_first_not_of('0') == std::string::npos;
-  digits.insert(digits.size() - 4, ".");
+  if (decimals > 0) digits.insert(digits.size() - static_cast<std::size_t>(decimals), ".");
   return (value < 0 && !zero ? "-" : "") + digits;
 }
 
@@ -201,9 +201,9 @@ TEST(Format, NamesWhatIsNoNumber) {
 }
 
 void ExpectExact(double value) {
-  ASSERT_EQ(Fixed4(value), SlowFixed4(value)) << value;
+  ASSERT_EQ(Fixed4(value), SlowFixed(value, 4)) << value;
   ASSERT_EQ(Scientific(value), SlowScientific(value)) << value;
-  ASSERT_EQ(Format(value, "0.0000"), SlowFixed4(value)) << value;
+  ASSERT_EQ(Format(value, "0.0000"), SlowFixed(value, 4)) << value;
   ASSERT_EQ(Format(value, "0.0###e+0"), SlowScientific(value)) << value;
 }
 
@@ -254,12 +254,27 @@ TEST(TableFormats, FitTheirRoomAndHoldNumbersOnly) {
   constexpr double kMost = std::numeric_limits<double>::max();
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   EXPECT_EQ(Fixed4(-kMost).size(), kLongestFixed4);
-  EXPECT_EQ(Fixed4(-kMost), SlowFixed4(-kMost));
+  EXPECT_EQ(Fixed4(-kMost), SlowFixed(-kMost, 4));
   EXPECT_EQ(Scientific(-2.2346e-308).size(), kLongestScientific);
   EXPECT_EQ(Fixed4(std::nan("")), "0.0000");
   EXPECT_EQ(Scientific(-std::nan("")), "0.0e+0");
   EXPECT_EQ(Fixed4(-kInfinity), Fixed4(-kMost));
   EXPECT_EQ(Scientific(kInfinity), "1.7977e+308");
+}
+
+TEST(Format, IsExactForAnyNumberOfDecimals) {
+  std::mt19937_64 random(6);
+  for (int i = 0; i < 5000; ++i) {
+    const int decimals = static_cast<int>(random() % 12);
+    const std::string pattern = decimals == 0 ? "0" : "0." + std::string(decimals, '0');
+    const double value = std::ldexp(static_cast<double>(random() % 100000), -(i % 40));
+    ASSERT_EQ(Format(-value, pattern), SlowFixed(-value, decimals)) << value;
+  }
+  const double least = std::numeric_limits<double>::denorm_min();
+  EXPECT_EQ(Format(least, "0." + std::string(1200, '0')), SlowFixed(least, 1200));
+  EXPECT_EQ(Format(0.1, "0." + std::string(60, '0')), SlowFixed(0.1, 60));
+  EXPECT_EQ(Format(0.5, "0." + std::string(900, '0') + "e+0"),
+            "5." + std::string(900, '0') + "e-1");
 }
 
 TEST(Format, WritesTheGeneralDate) {

@@ -7,6 +7,7 @@
 #include <clocale>
 #include <cmath>
 #include <limits>
+#include <locale>
 #include <random>
 
 #include "text/format.h"
@@ -198,15 +199,28 @@ TEST(Lists, AreCutAtSingleBlanks) {
   EXPECT_EQ(SplitLongs("1" + std::string(1 << 20, ' ') + "2").size(), (1U << 20) + 1);
 }
 
-// Every locale this machine has, decimal commas among them where they are installed.
+struct DecimalComma : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+// Under a decimal comma, in the C++ library always and in the C library where such a locale is
+// installed.
 TEST(Locale, ChangesNothing) {
-  for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "German_Germany.1252"}) {
+  const std::locale before =
+      std::locale::global(std::locale(std::locale::classic(), new DecimalComma));
+  for (const char* name : {"C", "de_DE.UTF-8", "fr_FR.UTF-8", "German_Germany.1252"}) {
     if (std::setlocale(LC_ALL, name) == nullptr) continue;
-    EXPECT_EQ(ParseLenient("1.5"), 1.5);
+    EXPECT_EQ(ParseLenient("1234.5"), 1234.5);
+    EXPECT_EQ(ParseLenient("1,5"), 1);
     EXPECT_EQ(ParseLenient("1" + std::string(30, '0') + ".5"), 1e30);
-    EXPECT_EQ(PlainNumber(1234.5), "1234.5");
-    EXPECT_EQ(Format(1234.5, "0.00"), "1234.50");
+    EXPECT_EQ(PlainNumber(123456.5), "123456.5");
+    EXPECT_EQ(PlainNumber(123456), "123456");
+    EXPECT_EQ(Format(123456.5, "0.00"), "123456.50");
+    EXPECT_EQ(FormatGeneralDate({2026, 1, 2, 3, 4, 5}), "2026/01/02 03:04:05");
   }
+  std::locale::global(before);
   std::setlocale(LC_ALL, "C");
 }
 
