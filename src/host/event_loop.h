@@ -22,6 +22,9 @@ class EventLoop {
   virtual Waited RunUntil(const std::function<bool()>& done, std::int64_t limit_micros) = 0;
   // Lets exactly `micros` pass, running what becomes due.
   virtual Waited RunFor(std::int64_t micros) = 0;
+  // Runs what is due now, follow-ups included, without waiting. Bounded: work that posts itself
+  // again for ever is left for later.
+  virtual void Settle() = 0;
 };
 
 }  // namespace zento

@@ -26,6 +26,7 @@ bool VirtualLoop::Step(std::int64_t deadline) {
 Waited VirtualLoop::RunUntil(const std::function<bool()>& done, std::int64_t limit_micros) {
   const std::int64_t deadline = clock_.Micros() + limit_micros;
   while (!done()) {
+    if (interrupted && interrupted()) return Waited::kInterrupted;
     if (clock_.Micros() > deadline) return Waited::kTimeout;
     if (Step(deadline)) continue;
     if (!timers_.NextDue()) return Waited::kNothingArmed;
@@ -38,6 +39,7 @@ Waited VirtualLoop::RunUntil(const std::function<bool()>& done, std::int64_t lim
 Waited VirtualLoop::RunFor(std::int64_t micros) {
   const std::int64_t deadline = clock_.Micros() + micros;
   while (Step(deadline)) {
+    if (interrupted && interrupted()) return Waited::kInterrupted;
   }
   clock_.AdvanceTo(deadline);
   return Waited::kDone;

@@ -14,9 +14,10 @@ class VirtualLoop : public EventLoop {
 
   Waited RunUntil(const std::function<bool()>& done, std::int64_t limit_micros) override;
   Waited RunFor(std::int64_t micros) override;
-  // Runs what is due now, follow-ups included, without letting time pass. Bounded: work that posts
-  // itself again for ever is left for later.
-  void Settle();
+  void Settle() override;
+
+  // Asked after every round; empty = never.
+  std::function<bool()> interrupted;
 
  private:
   // One step towards `deadline`. False when nothing becomes due until then.

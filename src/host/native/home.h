@@ -1,0 +1,34 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "text/status.h"
+
+namespace zento {
+
+// A variable of the process's environment in UTF-8; nothing when it is not set or empty.
+std::optional<std::string> EnvironmentVariable(const char* name);
+
+// The folder the running program's file stands in; empty when the system does not tell.
+std::filesystem::path ExecutableFolder();
+
+// What decides where the home is.
+struct HomeQuestion {
+  std::filesystem::path wanted;             // the person's own choice; empty = none
+  bool simulated = false;                   // the simulated bench has a home of its own
+  std::filesystem::path executable_folder;  // empty = unknown
+  std::function<std::optional<std::string>(const char*)> variable = EnvironmentVariable;
+  std::function<bool(const std::filesystem::path&)> exists;  // null = the machine's files
+};
+
+// The program's folder, where settings, calibration and logs live: the person's choice; else the
+// executable's own folder when it holds a settings file; else the user's data folder by the
+// platform's convention ($XDG_DATA_HOME/zento, ~/.local/share/zento, %APPDATA%\Zento). The
+// simulated bench's stands beside the user's one as "zento-sim" ("Zento-sim"), or inside the
+// executable's. Always absolute; fails when there is no user's data folder either.
+Result<std::filesystem::path> ResolveHome(const HomeQuestion& question);
+
+}  // namespace zento

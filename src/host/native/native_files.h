@@ -1,0 +1,24 @@
+#pragma once
+
+#include "host/services.h"
+
+namespace zento {
+
+// The machine's files.
+//
+// Replace follows a symbolic link instead of replacing it, keeps the permissions the file had and
+// refuses a file that is marked read-only. When the very last step fails, flushing the folder after
+// the rename, the new content is in place and the failure says so.
+// Read refuses what is larger than a gibibyte. Append takes back what it wrote when it fails half
+// way, and leaves it to the system when the bytes reach the disk.
+class NativeFiles : public Files {
+ public:
+  Result<std::string> Read(const std::filesystem::path& path) override;
+  Status Replace(const std::filesystem::path& path, std::string_view bytes) override;
+  Status Append(const std::filesystem::path& path, std::string_view bytes) override;
+  Status Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
+  bool Exists(const std::filesystem::path& path) override;
+  Status CreateFolder(const std::filesystem::path& path) override;
+};
+
+}  // namespace zento

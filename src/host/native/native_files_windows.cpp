@@ -1,0 +1,161 @@
+#include "host/native/native_files.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <atomic>
+#include <string>
+
+#include "host/native/system_failure.h"
+#include "host/path_text.h"
+
+namespace zento {
+namespace {
+
+constexpr std::size_t kLargest = std::size_t{1} << 30;
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// A handle that closes itself.
+class Handle {
+ public:
+  explicit Handle(HANDLE handle) : handle_(handle) {}
+  ~Handle() { Close(); }
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+  explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
+  HANDLE get() const { return handle_; }
+  bool Close() {
+    const HANDLE handle = handle_;
+    handle_ = INVALID_HANDLE_VALUE;
+    return handle == INVALID_HANDLE_VALUE || CloseHandle(handle) != 0;
+  }
+
+ private:
+  HANDLE handle_;
+};
+
+HANDLE Open(const std::filesystem::path& path, DWORD access, DWORD disposition) {
+  return CreateFileW(path.c_str(), access, kShareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
+                     nullptr);
+}
+
+bool WriteAll(HANDLE file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const auto piece = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1 << 24));
+    DWORD written = 0;
+    if (WriteFile(file, bytes.data(), piece, &written, nullptr) == 0) return false;
+    bytes.remove_prefix(written);
+  }
+  return true;
+}
+
+// The file a symbolic link ends at; the path itself when there is nothing yet.
+std::filesystem::path FollowLinks(const std::filesystem::path& path) {
+  const Handle file(CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  if (!file) return path;
+  std::wstring name(32768, L'\0');
+  const DWORD length =
+      GetFinalPathNameByHandleW(file.get(), name.data(), static_cast<DWORD>(name.size()), 0);
+  if (length == 0 || length >= name.size()) return path;
+  name.resize(length);
+  return name;
+}
+
+// Virus scanners hold a fresh file open for a moment.
+bool MoveOver(const std::filesystem::path& from, const std::filesystem::path& to) {
+  for (int attempt = 0; attempt < 10; ++attempt) {
+    if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
+        0) {
+      return true;
+    }
+    const DWORD code = GetLastError();
+    if (code != ERROR_SHARING_VIOLATION && code != ERROR_ACCESS_DENIED) return false;
+    const DWORD attributes = GetFileAttributesW(to.c_str());
+    SetLastError(code);
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+      return false;
+    }
+    Sleep(20);
+    SetLastError(code);
+  }
+  return false;
+}
+
+std::filesystem::path Beside(const std::filesystem::path& target) {
+  static std::atomic<unsigned> count{0};
+  return target.parent_path() / (".zento-" + std::to_string(GetCurrentProcessId()) + "-" +
+                                 std::to_string(count++) + ".tmp");
+}
+
+// Removes a file when it goes, unless told that the file was moved away.
+struct Remover {
+  explicit Remover(std::filesystem::path file) : path(std::move(file)) {}
+  ~Remover() {
+    if (!path.empty()) DeleteFileW(path.c_str());
+  }
+  Remover(const Remover&) = delete;
+  Remover& operator=(const Remover&) = delete;
+  std::filesystem::path path;
+};
+
+}  // namespace
+
+Result<std::string> NativeFiles::Read(const std::filesystem::path& path) {
+  const std::string doing = "read " + TextFromPath(path);
+  const Handle file(Open(path, GENERIC_READ, OPEN_EXISTING));
+  if (!file) return SystemFailure(doing);
+  std::string bytes;
+  std::size_t size = 0;
+  for (;;) {
+    bytes.resize(size + (1 << 20));
+    DWORD got = 0;
+    if (ReadFile(file.get(), bytes.data() + size, 1 << 20, &got, nullptr) == 0) {
+      if (GetLastError() != ERROR_BROKEN_PIPE) return SystemFailure(doing);
+      got = 0;
+    }
+    if (got == 0) break;
+    size += got;
+    if (size > kLargest) return Status::Failure("larger than 1 GiB").Within(doing);
+  }
+  bytes.resize(size);
+  return bytes;
+}
+
+Status NativeFiles::Replace(const std::filesystem::path& path, std::string_view bytes) {
+  const std::string doing = "write " + TextFromPath(path);
+  const std::filesystem::path target = FollowLinks(path);
+  const Remover temporary(Beside(target));
+  Handle file(Open(temporary.path, GENERIC_WRITE, CREATE_NEW));
+  if (!file) return SystemFailure(doing + ": create a file beside it");
+  bool written = WriteAll(file.get(), bytes) && FlushFileBuffers(file.get()) != 0;
+  Status failed = written ? Status::Ok() : SystemFailure(doing);
+  if (!file.Close() && written) failed = SystemFailure(doing);
+  if (!failed.ok()) return failed;
+  if (!MoveOver(temporary.path, target)) return SystemFailure(doing + ": rename into place");
+  return Status::Ok();
+}
+
+Status NativeFiles::Append(const std::filesystem::path& path, std::string_view bytes) {
+  const std::string doing = "append to " + TextFromPath(path);
+  Handle file(Open(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
+  if (!file) return SystemFailure(doing);
+  LARGE_INTEGER end{};
+  if (SetFilePointerEx(file.get(), {}, &end, FILE_END) == 0) return SystemFailure(doing);
+  if (!WriteAll(file.get(), bytes)) {
+    const Status failed = SystemFailure(doing);
+    if (SetFilePointerEx(file.get(), end, nullptr, FILE_BEGIN) == 0 ||
+        SetEndOfFile(file.get()) == 0) {
+      return Status::Failure(failed.why() + "; part of it was written");
+    }
+    return failed;
+  }
+  return file.Close() ? Status::Ok() : SystemFailure(doing);
+}
+
+Status NativeFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (MoveFileExW(from.c_str(), to.c_str(), 0) != 0) return Status::Ok();
+  return SystemFailure("rename " + TextFromPath(from) + " to " + TextFromPath(to));
+}
+
+}  // namespace zento
