@@ -1,0 +1,69 @@
+#include "sim/bench.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace zento::sim {
+namespace {
+
+std::string Fixed(double value, int decimals) {
+  std::array<char, 64> buffer;
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                          std::chars_format::fixed, decimals);
+  return error == std::errc() ? std::string(buffer.data(), end) : std::string("?");
+}
+
+}  // namespace
+
+Bench::Bench(Clock& clock, const Parameters& parameters)
+    : clock_(clock),
+      start_(clock.Micros()),
+      free_at_(start_),
+      gpib_address_(static_cast<int>(parameters.gpib_address)),
+      random_(static_cast<std::uint64_t>(parameters.seed)),
+      plant_(parameters, random_),
+      board_(parameters, random_),
+      converter_([this](int address, std::string_view text) { Talk(address, text); }) {}
+
+vendor::Libraries Bench::Libraries() {
+  return {PortIoTable(), AioTable(), DaskTable(), GpibTable(), SerialTable()};
+}
+
+void Bench::CatchUp() {
+  plant_.AdvanceTo(static_cast<double>(std::max(clock_.Micros(), free_at_) - start_) * 1e-6);
+}
+
+double Bench::Convert(int channel) {
+  const std::int64_t moment = std::max(clock_.Micros(), free_at_);
+  free_at_ = moment + Board::kConversionMicros;
+  clock_.Spend(Board::kConversionMicros);
+  const double seconds = static_cast<double>(moment - start_) * 1e-6;
+  plant_.AdvanceTo(seconds);
+  return board_.Disturb(plant_.VoltsAt(channel, seconds), moment - start_);
+}
+
+bool Bench::Talk(int address, std::string_view text) {
+  if (address != gpib_address_ || faults.bus) return false;
+  CatchUp();
+  // An instrument ignores what it does not understand.
+  static_cast<void>(plant_.potentiostat().generator().Send(text));
+  return true;
+}
+
+void Bench::SetOutlets(std::uint8_t state) {
+  CatchUp();
+  outlets_ = state;
+  plant_.SetMotorPower((state & 1) != 0);
+}
+
+std::string Bench::Describe() {
+  CatchUp();
+  const double now = static_cast<double>(free_at_ - start_) * 1e-6;
+  const CommandGenerator& generator = plant_.potentiostat().generator();
+  return "simulated: cell at " + Fixed(plant_.VoltsAt(Plant::kPotential, now), 3) + " V, " +
+         Fixed(plant_.DiskAmperes() * 1e6, 3) + " uA, generator " +
+         (generator.output_on() ? "on" : "off") + ", " + Fixed(plant_.rotor().rpm(), 0) + " rpm";
+}
+
+}  // namespace zento::sim

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "devices/vendor/tables.h"
+#include "host/clock.h"
+#include "sim/board.h"
+#include "sim/parameters.h"
+#include "sim/plant.h"
+#include "sim/random.h"
+#include "sim/serial_converter.h"
+
+namespace zento::sim {
+
+// The simulated bench: everything on the far side of the vendors' libraries. Each call through one
+// of its tables first carries the physics on to the clock's now. A conversion takes 25 us: it
+// happens at the clock's now or at the end of the conversion before it, whichever is later, and is
+// reported to the clock as time spent.
+//
+// Inputs (of all three boards): 0 disk potential, 1 disk current, 2 ring potential, 3 ring current,
+// 4 rotation; the others carry nothing but noise. Analog output 0 is the motor's voltage. Outlet 0,
+// on the outlet port or the PCI-9112's digital port 0, is the motor's power.
+class Bench {
+ public:
+  // Starts at the clock's now. `clock` must outlive the bench.
+  Bench(Clock& clock, const Parameters& parameters);
+  Bench(const Bench&) = delete;
+  Bench& operator=(const Bench&) = delete;
+
+  // All tables filled. The bench must outlive them.
+  vendor::Libraries Libraries();
+
+  // One line for a window: what is simulated and what it is doing.
+  std::string Describe();
+
+  // Things that go wrong on real benches, for tests.
+  struct Faults {
+    bool conversion_never_done = false;  // port-mapped board
+    bool aio_open = false;
+    bool register_card = false;
+    bool bus = false;  // nothing on the bus answers
+    bool serial_open = false;
+  };
+  Faults faults;
+
+  const Plant& plant() const { return plant_; }
+  std::uint8_t outlets() const { return outlets_; }
+
+ private:
+  vendor::PortIo PortIoTable();
+  vendor::Aio AioTable();
+  vendor::Dask DaskTable();
+  vendor::Gpib GpibTable();
+  vendor::SerialLine SerialTable();
+
+  void CatchUp();
+  // The disturbed voltage of one conversion.
+  double Convert(int channel);
+  // Passes a text on to what listens at the address. False when nothing does.
+  bool Talk(int address, std::string_view text);
+  void SetOutlets(std::uint8_t state);
+
+  std::uint8_t ReadPort(std::uint16_t port);
+  void WritePort(std::uint16_t port, std::uint8_t value);
+  std::int32_t WordAddress(std::uint16_t* word);
+  std::uint16_t* WordAt(std::int32_t address) const;
+  bool HasCard(std::uint16_t card) const { return card_ >= 0 && card == card_; }
+
+  Clock& clock_;
+  std::int64_t start_;
+  std::int64_t free_at_;  // when the converter is done, us of the clock
+  int gpib_address_;
+  Random random_;
+  Plant plant_;
+  Board board_;
+  SerialConverter converter_;
+
+  std::uint8_t outlets_ = 0;
+  bool port_done_ = false;
+  std::uint16_t port_word_ = 0;
+  int aio_opened_ = 0;
+  std::array<std::uint16_t*, 16> words_{};
+  std::int32_t next_word_ = 0;
+  int card_ = -1;
+  bool bus_ready_ = false;
+  bool serial_open_ = false;
+};
+
+}  // namespace zento::sim

@@ -1,0 +1,151 @@
+#include "sim/diffusion.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace zento::sim {
+namespace {
+
+const double kGrowth = std::log(1.25);
+constexpr double kShortestStep = 2e-5;  // s: resolved by the grid's first interval
+constexpr double kLongestHold = 1e5;    // s: diffusion without rotation does not reach the end
+constexpr double kOutermostPhi = 20.0;  // e^-20 of the gradient is left there
+
+// The integral of e^(-s^3) from 0 to s, for s from 0 to 3: cubic Hermite interpolation of a table
+// (the derivative is known), good to 1e-11.
+class CubeIntegral {
+ public:
+  CubeIntegral() {
+    for (int i = 1; i <= kSteps; ++i) {
+      const double from = (i - 1) * kStep;
+      value_[i] = value_[i - 1] + Simpson(from, kStep);
+    }
+  }
+
+  double operator()(double s) const {
+    const double position = std::min(s, kEnd) / kStep;
+    const int i = std::min(static_cast<int>(position), kSteps - 1);
+    const double t = position - i;
+    const double d0 = kStep * Slope(i * kStep);
+    const double d1 = kStep * Slope((i + 1) * kStep);
+    const double rise = value_[i + 1] - value_[i];
+    return value_[i] + t * (d0 + t * (3 * rise - 2 * d0 - d1 + t * (d0 + d1 - 2 * rise)));
+  }
+
+ private:
+  static constexpr double kEnd = 3.0;
+  static constexpr int kSteps = 768;
+  static constexpr double kStep = kEnd / kSteps;
+
+  static double Slope(double s) { return std::exp(-s * s * s); }
+  // Composite over 8 subintervals.
+  static double Simpson(double from, double width) {
+    const double h = width / 8;
+    double sum = Slope(from) + Slope(from + width);
+    for (int i = 1; i < 8; ++i) sum += (i % 2 == 1 ? 4 : 2) * Slope(from + i * h);
+    return sum * h / 3;
+  }
+
+  std::array<double, kSteps + 1> value_{};
+};
+
+const CubeIntegral kCubeIntegral;
+
+}  // namespace
+
+DiffusionLayer::DiffusionLayer(double diffusion, double bulk, double viscosity)
+    : diffusion_(diffusion), bulk_(bulk), viscosity_(viscosity) {
+  BuildGrid();
+  BuildConductances();
+}
+
+void DiffusionLayer::BuildGrid() {
+  const double a = 0.5 * std::sqrt(diffusion_ * kShortestStep) / 0.25;
+  const double end = 6.0 * std::sqrt(diffusion_ * kLongestHold);
+  nodes_ = static_cast<int>(std::ceil(std::log1p(end / a) / kGrowth));
+  const auto place = [&](double j) { return a * std::expm1(kGrowth * j); };
+  for (int j = 0; j <= nodes_; ++j) x_.push_back(place(j));
+  for (int j = 0; j < nodes_; ++j) {
+    volume_.push_back(place(j + 0.5) - (j == 0 ? 0.0 : place(j - 0.5)));
+  }
+  now_.assign(nodes_ + 1, bulk_);
+  before_ = now_;
+  for (auto* row : {&left_, &right_, &inner_, &outer_, &now_weight_, &before_weight_, &q_}) {
+    row->assign(nodes_ + 1, 0.0);
+  }
+}
+
+void DiffusionLayer::BuildConductances() {
+  // In units of the convective length, phi is the cube of the distance.
+  const double length =
+      std::cbrt(3.0 * diffusion_ * std::sqrt(viscosity_) / (0.51023 * std::pow(omega_, 1.5)));
+  const double reach = std::isfinite(length) ? length * std::cbrt(kOutermostPhi) : x_.back();
+  active_ = 0;
+  while (active_ < nodes_ && (active_ == 0 || x_[active_] < reach)) ++active_;
+  double phi_here = 0.0;
+  for (int j = 0; j < active_; ++j) {
+    const double s = x_[j + 1] / length;
+    const double phi_next = s * s * s;
+    const double span = omega_ > 0.0 ? length * (kCubeIntegral(s) - kCubeIntegral(x_[j] / length))
+                                     : x_[j + 1] - x_[j];
+    right_[j] = diffusion_ / (span * std::exp(phi_here));
+    if (j + 1 < active_) left_[j + 1] = diffusion_ / (span * std::exp(phi_next));
+    phi_here = phi_next;
+  }
+  for (int j = active_; j <= nodes_; ++j) now_[j] = before_[j] = bulk_;
+  factored_dt_ = 0.0;
+}
+
+void DiffusionLayer::SetRotation(double omega) {
+  // Below a thousandth of a turn per second, diffusion is faster than any run is long.
+  if (omega < 6e-3) omega = 0.0;
+  if (std::abs(omega - omega_) <= 1e-3 * omega_) return;
+  omega_ = omega;
+  BuildConductances();
+}
+
+void DiffusionLayer::Factor(double dt, double weight0, double weight1, double weight2) {
+  double inner_next = 0.0;
+  for (int j = active_ - 1; j >= 0; --j) {
+    const double storage = volume_[j] / dt;
+    const double inverse =
+        1.0 / (weight0 * storage + (j == 0 ? 0.0 : left_[j]) + right_[j] * (1.0 - inner_next));
+    inner_[j] = j == 0 ? 0.0 : left_[j] * inverse;
+    outer_[j] = right_[j] * inverse;
+    now_weight_[j] = weight1 * storage * inverse;
+    before_weight_[j] = weight2 * storage * inverse;
+    inner_next = inner_[j];
+    beta_ = inverse;
+  }
+}
+
+DiffusionLayer::Surface DiffusionLayer::Begin(double dt) {
+  const double ratio = first_order_steps_ > 0 ? 0.0 : dt / last_dt_;
+  if (dt != factored_dt_ || ratio != factored_ratio_) {
+    Factor(dt, (1 + 2 * ratio) / (1 + ratio), 1 + ratio, ratio * ratio / (1 + ratio));
+    factored_dt_ = dt;
+    factored_ratio_ = ratio;
+  }
+  step_ = dt;
+  double q = bulk_;
+  for (int j = active_ - 1; j >= 0; --j) {
+    q = now_weight_[j] * now_[j] - before_weight_[j] * before_[j] + outer_[j] * q;
+    q_[j] = q;
+  }
+  return {q, beta_};
+}
+
+void DiffusionLayer::Finish(double flux) {
+  now_.swap(before_);
+  double c = q_[0] - beta_ * flux;
+  now_[0] = c;
+  for (int j = 1; j < active_; ++j) {
+    c = inner_[j] * c + q_[j];
+    now_[j] = c;
+  }
+  last_dt_ = step_;
+  if (first_order_steps_ > 0) --first_order_steps_;
+}
+
+}  // namespace zento::sim

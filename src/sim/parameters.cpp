@@ -1,0 +1,136 @@
+#include "sim/parameters.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <optional>
+
+namespace zento::sim {
+namespace {
+
+using P = Parameters;
+
+constexpr std::string_view kCells[] = {"couple"};
+constexpr std::string_view kSwitch[] = {"off", "on"};
+
+constexpr Parameter kTable[] = {
+    {"cell", "", &P::cell, 0, 0, 0, "what is in the cell", true, kCells},
+    {"n", "", &P::electrons, 1, 1, 6, "electrons of the couple", true},
+    {"E0", "V", &P::formal_potential, 0.25, -5, 5, "formal potential of the couple"},
+    {"k0", "cm/s", &P::rate_constant, 0.05, 1e-12, 1e6, "standard rate constant"},
+    {"alpha", "", &P::transfer, 0.5, 0.05, 0.95, "transfer coefficient of the reduction"},
+    {"D_ox", "cm2/s", &P::diffusion_ox, 7.2e-6, 1e-8, 1e-3, "diffusion coefficient of Ox"},
+    {"D_red", "cm2/s", &P::diffusion_red, 6.5e-6, 1e-8, 1e-3, "diffusion coefficient of Red"},
+    {"C_ox", "mmol/L", &P::bulk_ox, 0, 0, 1e4, "bulk concentration of Ox"},
+    {"C_red", "mmol/L", &P::bulk_red, 5, 0, 1e4, "bulk concentration of Red"},
+    {"area", "cm2", &P::area, 0.2827, 1e-6, 1e3, "area of the disk"},
+    {"C_dl", "uF/cm2", &P::capacitance, 20, 0, 1e4, "double layer capacitance"},
+    {"R_u", "ohm", &P::resistance, 10, 0, 1e6, "uncompensated resistance"},
+    {"nu", "cm2/s", &P::viscosity, 0.01, 1e-4, 1, "kinematic viscosity of the solution"},
+    {"T", "K", &P::temperature, 298.15, 250, 400, "temperature of the cell"},
+
+    {"rest", "V", &P::rest_potential, 0, -5, 5, "potential while no programme runs"},
+    {"own", "", &P::own, 0, 0, 1,
+     "the potentiostat runs its own programme while the generator is off", true, kSwitch},
+    {"own_delay", "s", &P::own_delay, 10, 0, 1e6, "wait at own_1 before each of its programmes"},
+    {"own_1", "V", &P::own_first, -0.199, -5, 5,
+     "first potential of its programme (between two steps of 2.5 mV, so that its rest is quiet)"},
+    {"own_2", "V", &P::own_second, 1.2, -5, 5, "second potential of its programme"},
+    {"own_3", "V", &P::own_third, 0.6, -5, 5, "third potential of its programme"},
+    {"own_rate", "mV/s", &P::own_rate, 50, 1e-3, 1e7, "scan rate of its programme"},
+    {"own_cycles", "", &P::own_cycles, 0, 0, 1000,
+     "cycles own_1, own_2, own_3, own_1 before it waits again; 0 for no end", true},
+    {"disk_range", "A/V", &P::disk_range, 1e-3, 1e-12, 10, "current follower of the disk, input 1"},
+    {"ring_range", "A/V", &P::ring_range, 1e-5, 1e-12, 10, "current follower of the ring, input 3"},
+    {"gpib_address", "", &P::gpib_address, 7, 0, 30, "bus address of the function generator", true},
+
+    {"motor_scale", "rpm/V", &P::motor_scale, 1000, 1, 1e4, "motor law of the calibration file"},
+    {"rotor_gain", "", &P::rotor_gain, 0.985, 0, 2, "true rotation rate over the motor law's"},
+    {"rotor_lag", "s", &P::rotor_lag, 0.4, 1e-3, 100, "time constant of the rotor"},
+    {"rotor_noise", "rpm", &P::rotor_noise, 3, 0, 1e3,
+     "wandering of the rotation rate (rms); none while noise is 0"},
+    {"tach_scale", "rpm/V", &P::tach_scale, 1000, 1, 1e5, "rotation signal, input 4"},
+
+    {"noise", "mV", &P::noise, 0.6, 0, 1e3, "white noise of every input (rms)"},
+    {"mains", "mV", &P::mains, 0.5, 0, 1e3, "mains pick-up of every input (amplitude)"},
+    {"mains_frequency", "Hz", &P::mains_frequency, 50, 1, 1e3, "frequency of the mains"},
+    {"bits", "", &P::bits, 12, 0, 16,
+     "resolution of the inputs, 0 for none (only the PCI-9112 carries anything but 12)", true},
+    {"seed", "", &P::seed, 1, 0, 9007199254740992.0, "seed of all noise", true},
+};
+
+std::optional<double> Number(std::string_view text) {
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  double value = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  if (error != std::errc() || stop != end || !std::isfinite(value)) return std::nullopt;
+  return value;
+}
+
+std::string Shortest(double value) {
+  std::array<char, 32> buffer;
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  return error == std::errc() ? std::string(buffer.data(), end) : std::string();
+}
+
+Status Refuse(const Parameter& parameter, std::string_view value) {
+  std::string why =
+      "bench parameter " + std::string(parameter.key) + ": '" + std::string(value) + "' is not ";
+  if (!parameter.choices.empty()) {
+    why += "one of";
+    for (const std::string_view choice : parameter.choices) why += " " + std::string(choice);
+    return Status::Failure(why);
+  }
+  why += parameter.whole ? "a whole number from " : "a number from ";
+  why += Shortest(parameter.least) + " to " + Shortest(parameter.most);
+  if (!parameter.unit.empty()) why += " " + std::string(parameter.unit);
+  return Status::Failure(why);
+}
+
+}  // namespace
+
+Parameters::Parameters() {
+  for (const Parameter& parameter : kTable) this->*parameter.member = parameter.standard;
+}
+
+std::span<const Parameter> ParameterTable() {
+  return kTable;
+}
+
+Status Set(Parameters& parameters, std::string_view key, std::string_view value) {
+  const auto* found = std::ranges::find(kTable, key, &Parameter::key);
+  if (found == std::end(kTable)) {
+    return Status::Failure("the bench has no parameter '" + std::string(key) + "'");
+  }
+  if (!found->choices.empty()) {
+    const auto choice = std::ranges::find(found->choices, value);
+    if (choice == found->choices.end()) return Refuse(*found, value);
+    parameters.*found->member = static_cast<double>(choice - found->choices.begin());
+    return Status::Ok();
+  }
+  const std::optional<double> number = Number(value);
+  if (!number || *number < found->least || *number > found->most ||
+      (found->whole && *number != std::floor(*number))) {
+    return Refuse(*found, value);
+  }
+  parameters.*found->member = *number;
+  return Status::Ok();
+}
+
+Status SetFromText(Parameters& parameters, std::string_view text) {
+  const std::size_t equals = text.find('=');
+  if (equals == std::string_view::npos) {
+    return Status::Failure("'" + std::string(text) + "' is not KEY=VALUE");
+  }
+  return Set(parameters, text.substr(0, equals), text.substr(equals + 1));
+}
+
+std::string ValueText(const Parameters& parameters, const Parameter& parameter) {
+  const double value = parameters.*parameter.member;
+  if (parameter.choices.empty()) return Shortest(value);
+  return std::string(parameter.choices[static_cast<std::size_t>(value)]);
+}
+
+}  // namespace zento::sim

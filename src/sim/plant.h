@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+
+#include "sim/cell.h"
+#include "sim/parameters.h"
+#include "sim/potentiostat.h"
+#include "sim/random.h"
+#include "sim/rotor.h"
+
+namespace zento::sim {
+
+// The cell with everything that acts on it, carried through time in steps of its own choosing: 20
+// us after a jump of the command and growing from there, never more than 1 ms or 0.4 mV of sweep
+// while somebody watches, longer where nobody did. Steps end on the programme's corners.
+//
+// What is switched takes effect where the steps have arrived, at most 1 ms ahead of the last moment
+// asked for.
+class Plant {
+ public:
+  // The voltages at the inputs of the board.
+  static constexpr int kSignals = 5;
+  enum Signal { kPotential, kDiskCurrent, kRingPotential, kRingCurrent, kRotation };
+
+  Plant(const Parameters& parameters, Random& random);
+
+  // Makes `seconds` since the start available to `VoltsAt`. Does not go back.
+  void AdvanceTo(double seconds) {
+    while (time_ < seconds) Step(seconds - time_);
+  }
+  // At a moment within the last step.
+  double VoltsAt(int signal, double seconds) const;
+  // Disk current where the steps have arrived.
+  double DiskAmperes() const { return now_[kDiskCurrent] * disk_range_; }
+
+  Potentiostat& potentiostat() { return potentiostat_; }
+  const Potentiostat& potentiostat() const { return potentiostat_; }
+  const Rotor& rotor() const { return rotor_; }
+  void SetMotorVolts(double volts);
+  void SetMotorPower(bool on);
+
+ private:
+  double ChooseStep(double behind);
+  void Step(double behind);
+
+  double disk_range_, ring_range_, tach_scale_;
+  Random& random_;
+  Potentiostat potentiostat_;
+  Rotor rotor_;
+  std::unique_ptr<Cell> cell_;
+
+  double time_ = 0.0;
+  double step_;
+  bool ends_on_corner_ = false;
+  double since_jump_ = 0.0;   // s, of the command
+  double since_event_ = 0.0;  // s: jump, corner, change of rotation
+  double last_[kSignals] = {};
+  double now_[kSignals] = {};
+};
+
+}  // namespace zento::sim
