@@ -1,21 +1,10 @@
 #include "sim/bench.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
+
+#include "text/format.h"
 
 namespace zento::sim {
-namespace {
-
-std::string Fixed(double value, int decimals) {
-  std::array<char, 64> buffer;
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                          std::chars_format::fixed, decimals);
-  return error == std::errc() ? std::string(buffer.data(), end) : std::string("?");
-}
-
-}  // namespace
-
 Bench::Bench(Clock& clock, const Parameters& parameters)
     : clock_(clock),
       start_(clock.Micros()),
@@ -61,9 +50,9 @@ std::string Bench::Describe() {
   CatchUp();
   const double now = static_cast<double>(free_at_ - start_) * 1e-6;
   const CommandGenerator& generator = plant_.potentiostat().generator();
-  return "simulated: cell at " + Fixed(plant_.VoltsAt(Plant::kPotential, now), 3) + " V, " +
-         Fixed(plant_.DiskAmperes() * 1e6, 3) + " uA, generator " +
-         (generator.output_on() ? "on" : "off") + ", " + Fixed(plant_.rotor().rpm(), 0) + " rpm";
+  return "simulated: cell at " + Format(plant_.VoltsAt(Plant::kPotential, now), "0.000") + " V, " +
+         Format(plant_.DiskAmperes() * 1e6, "0.000") + " uA, generator " +
+         (generator.output_on() ? "on" : "off") + ", " + Format(plant_.rotor().rpm(), "0") + " rpm";
 }
 
 }  // namespace zento::sim

@@ -6,6 +6,8 @@
 #include <limits>
 #include <string>
 
+#include "text/number.h"
+
 namespace zento::sim {
 namespace {
 
@@ -17,17 +19,12 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-// Takes a decimal number with an optional exponent off the front of `text`. False when there is
-// none or it is not finite.
+// Takes a decimal number off the front of `text`. False when there is none.
 bool TakeNumber(std::string_view& text, double& value) {
-  if (text.starts_with('+')) {
-    text.remove_prefix(1);
-    if (text.starts_with('-')) return false;
-  }
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || !std::isfinite(value)) return false;
-  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-  return true;
+  const char* begin = text.data();
+  const char* end = ParseNumber(begin, begin + text.size(), value);
+  text.remove_prefix(static_cast<std::size_t>(end - begin));
+  return end != begin;
 }
 
 Status Refuse(std::string_view what, std::string_view text) {

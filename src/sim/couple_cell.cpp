@@ -45,27 +45,30 @@ CoupleCell::Flux CoupleCell::FluxAt(double interface_volts) const {
 }
 
 // Both sides are monotonic in the interface potential, so the root is the only one. Newton's method
-// converges from the last potential; where it would leave the bracket (a step of a volt), the
-// bracket is halved.
-double CoupleCell::SolveInterface(double dt, double volts) const {
-  if (settings_.resistance <= 0.0) return volts;
+// starts where the interface would be if it followed the command; where it would leave the bracket
+// (a step of a volt), the bracket is halved. The last correction is small enough to be linear.
+CoupleCell::Interface CoupleCell::SolveInterface(double dt, double volts) const {
+  if (settings_.resistance <= 0.0) return {volts, FluxAt(volts).value};
+  constexpr double kLinear = 1e-8;  // V
   const double conductance = 1.0 / settings_.resistance;
   const double charging = capacitance_ / dt;
   double low = -1e3;
   double high = 1e3;
-  double e = interface_;
+  double e = interface_ + (volts - command_);
   for (int i = 0; i < 200; ++i) {
     const Flux flux = FluxAt(e);
     const double residual =
         (volts - e) * conductance - charging * (e - interface_) - per_flux_ * flux.value;
     (residual > 0.0 ? low : high) = e;
     const double slope = conductance + charging + per_flux_ * std::max(flux.slope, 0.0);
-    double next = e + residual / slope;
-    if (!(next > low && next < high)) next = 0.5 * (low + high);
-    if (std::abs(next - e) < 1e-13) return next;
-    e = next;
+    double correction = residual / slope;
+    if (std::abs(correction) < kLinear) {
+      return {e + correction, flux.value + flux.slope * correction};
+    }
+    if (!(e + correction > low && e + correction < high)) correction = 0.5 * (low + high) - e;
+    e += correction;
   }
-  return e;
+  return {e, FluxAt(e).value};
 }
 
 Currents CoupleCell::Step(double dt, const Drive& drive) {
@@ -73,17 +76,16 @@ Currents CoupleCell::Step(double dt, const Drive& drive) {
     red_.Restart();
     ox_.Restart();
   }
-  command_ = drive.volts;
   red_.SetRotation(drive.omega);
   ox_.SetRotation(drive.omega);
   red_surface_ = red_.Begin(dt);
   ox_surface_ = ox_.Begin(dt);
-  const double e = SolveInterface(dt, drive.volts);
-  const double flux = FluxAt(e).value;
+  const auto [e, flux] = SolveInterface(dt, drive.volts);
   red_.Finish(flux);
   ox_.Finish(-flux);
   const double charging = capacitance_ * (e - interface_) / dt;
   interface_ = e;
+  command_ = drive.volts;
   return {charging + per_flux_ * flux, 0.0};
 }
 

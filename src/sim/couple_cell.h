@@ -51,7 +51,10 @@ class CoupleCell final : public Cell {
 
   Rates RatesAt(double interface_volts) const;
   Flux FluxAt(double interface_volts) const;
-  double SolveInterface(double dt, double volts) const;
+  struct Interface {
+    double volts, flux;
+  };
+  Interface SolveInterface(double dt, double volts) const;
 
   Settings settings_;
   double per_volt_;     // n F / (R T)

@@ -10,6 +10,7 @@ namespace {
 const double kGrowth = std::log(1.25);
 constexpr double kShortestStep = 2e-5;  // s: resolved by the grid's first interval
 constexpr double kLongestHold = 1e5;    // s: diffusion without rotation does not reach the end
+constexpr int kOmegaAge = 50;           // steps for which a slightly wrong rotation rate is kept
 constexpr double kOutermostPhi = 20.0;  // e^-20 of the gradient is left there
 
 // The integral of e^(-s^3) from 0 to s, for s from 0 to 3: cubic Hermite interpolation of a table
@@ -100,8 +101,11 @@ void DiffusionLayer::BuildConductances() {
 void DiffusionLayer::SetRotation(double omega) {
   // Below a thousandth of a turn per second, diffusion is faster than any run is long.
   if (omega < 6e-3) omega = 0.0;
-  if (std::abs(omega - omega_) <= 1e-3 * omega_) return;
+  ++omega_age_;
+  const double patience = omega_age_ < kOmegaAge ? 1e-3 : 1e-7;
+  if (std::abs(omega - omega_) <= patience * omega_) return;
   omega_ = omega;
+  omega_age_ = 0;
   BuildConductances();
 }
 

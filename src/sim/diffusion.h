@@ -27,7 +27,8 @@ class DiffusionLayer {
   // Starts uniform at `bulk`.
   DiffusionLayer(double diffusion, double bulk, double viscosity);
 
-  // Angular velocity in rad/s; changes of less than 0.1 % are left for later.
+  // Angular velocity in rad/s. Changes of less than 0.1 % wait for a few steps: they cost more than
+  // a step does.
   void SetRotation(double omega);
 
   // The next two steps are of first order: the flux is about to jump.
@@ -51,8 +52,9 @@ class DiffusionLayer {
   double bulk_;
   double viscosity_;
   double omega_ = 0.0;
-  int nodes_ = 0;   // unknown nodes; node `nodes_` is bulk
-  int active_ = 0;  // nodes inside the convective layer; those beyond are bulk
+  int omega_age_ = 0;  // steps
+  int nodes_ = 0;      // unknown nodes; node `nodes_` is bulk
+  int active_ = 0;     // nodes inside the convective layer; those beyond are bulk
 
   std::vector<double> x_, volume_;
   std::vector<double> left_, right_;  // conductances of each node towards its neighbours, cm/s

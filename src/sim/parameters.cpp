@@ -1,10 +1,10 @@
 #include "sim/parameters.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <optional>
+
+#include "text/number.h"
 
 namespace zento::sim {
 namespace {
@@ -60,21 +60,6 @@ constexpr Parameter kTable[] = {
     {"seed", "", &P::seed, 1, 0, 9007199254740992.0, "seed of all noise", true},
 };
 
-std::optional<double> Number(std::string_view text) {
-  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
-  double value = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || stop != end || !std::isfinite(value)) return std::nullopt;
-  return value;
-}
-
-std::string Shortest(double value) {
-  std::array<char, 32> buffer;
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  return error == std::errc() ? std::string(buffer.data(), end) : std::string();
-}
-
 Status Refuse(const Parameter& parameter, std::string_view value) {
   std::string why =
       "bench parameter " + std::string(parameter.key) + ": '" + std::string(value) + "' is not ";
@@ -84,7 +69,7 @@ Status Refuse(const Parameter& parameter, std::string_view value) {
     return Status::Failure(why);
   }
   why += parameter.whole ? "a whole number from " : "a number from ";
-  why += Shortest(parameter.least) + " to " + Shortest(parameter.most);
+  why += PlainNumber(parameter.least) + " to " + PlainNumber(parameter.most);
   if (!parameter.unit.empty()) why += " " + std::string(parameter.unit);
   return Status::Failure(why);
 }
@@ -110,7 +95,7 @@ Status Set(Parameters& parameters, std::string_view key, std::string_view value)
     parameters.*found->member = static_cast<double>(choice - found->choices.begin());
     return Status::Ok();
   }
-  const std::optional<double> number = Number(value);
+  const std::optional<double> number = ParseStrict(value);
   if (!number || *number < found->least || *number > found->most ||
       (found->whole && *number != std::floor(*number))) {
     return Refuse(*found, value);
@@ -129,7 +114,7 @@ Status SetFromText(Parameters& parameters, std::string_view text) {
 
 std::string ValueText(const Parameters& parameters, const Parameter& parameter) {
   const double value = parameters.*parameter.member;
-  if (parameter.choices.empty()) return Shortest(value);
+  if (parameter.choices.empty()) return PlainNumber(value);
   return std::string(parameter.choices[static_cast<std::size_t>(value)]);
 }
 
