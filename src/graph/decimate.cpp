@@ -1,0 +1,127 @@
+#include "graph/decimate.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zento {
+
+void PixelPolyline::Keep(Point at) {
+  if (kept_.empty() || kept_.back() != at) kept_.push_back(at);
+}
+
+void PixelPolyline::Extend(double along) {
+  if (along < low_) {
+    low_ = along;
+    low_first_ = false;
+  } else if (along > high_) {
+    high_ = along;
+    low_first_ = true;
+  }
+  last_ = along;
+}
+
+void PixelPolyline::FlushRun() {
+  if (run_ == Run::kColumn || run_ == Run::kRow) {
+    const auto at = [this](double along) {
+      return run_ == Run::kColumn ? Point{start_.x, along} : Point{along, start_.y};
+    };
+    // The extreme that was met last comes last, which saves a vertex where the run ends there.
+    Keep(at(low_first_ ? low_ : high_));
+    Keep(at(low_first_ ? high_ : low_));
+    Keep(at(last_));
+  }
+  run_ = Run::kNone;
+}
+
+void PixelPolyline::Add(Point at) {
+  if (finished_) {
+    kept_.clear();
+    finished_ = false;
+  }
+  if (run_ == Run::kPoint) {
+    if (at == start_) return;
+    if (at.x == start_.x || at.y == start_.y) {
+      run_ = at.x == start_.x ? Run::kColumn : Run::kRow;
+      low_ = high_ = last_ = run_ == Run::kColumn ? start_.y : start_.x;
+    }
+  }
+  if (run_ == Run::kColumn && at.x == start_.x) {
+    Extend(at.y);
+  } else if (run_ == Run::kRow && at.y == start_.y) {
+    Extend(at.x);
+  } else {
+    const bool turned = run_ == Run::kColumn || run_ == Run::kRow;
+    FlushRun();
+    // A run's last vertex may open the next run at a right angle to it.
+    if (turned && (at.x == kept_.back().x || at.y == kept_.back().y)) {
+      start_ = kept_.back();
+      run_ = Run::kPoint;
+      Add(at);
+      return;
+    }
+    Keep(at);
+    start_ = at;
+    run_ = Run::kPoint;
+  }
+}
+
+std::span<const Point> PixelPolyline::Finish() {
+  FlushRun();
+  if (finished_) kept_.clear();  // nothing was added since
+  finished_ = true;
+  return kept_;
+}
+
+std::vector<Point> DecimatePolyline(std::span<const Point> points) {
+  PixelPolyline line;
+  for (const Point& at : points) line.Add(at);
+  const std::span<const Point> kept = line.Finish();
+  return {kept.begin(), kept.end()};
+}
+
+PixelDots::PixelDots(Surface& surface) : surface_(surface) {
+  constexpr double kMost = 20000;  // far beyond any page
+  const Size extent = surface.Extent();
+  width_ = static_cast<std::size_t>(std::clamp(std::ceil(extent.width), 0.0, kMost));
+  height_ = static_cast<std::size_t>(std::clamp(std::ceil(extent.height), 0.0, kMost));
+  owner_.resize(width_ * height_);
+}
+
+std::uint8_t PixelDots::IndexOf(Colour colour) {
+  constexpr std::size_t kMostColours = 255;
+  if (palette_.empty() || palette_.back() != colour) {
+    const auto found = std::find(palette_.begin(), palette_.end(), colour);
+    if (found != palette_.end()) return static_cast<std::uint8_t>(found - palette_.begin() + 1);
+    if (palette_.size() == kMostColours) Draw();
+    palette_.push_back(colour);
+  }
+  return static_cast<std::uint8_t>(palette_.size());
+}
+
+void PixelDots::Add(Point at, Colour colour) {
+  if (!(at.x >= 0 && at.y >= 0)) return;
+  if (!(at.x < static_cast<double>(width_) && at.y < static_cast<double>(height_))) return;
+  const std::uint8_t index = IndexOf(colour);
+  const std::size_t pixel =
+      static_cast<std::size_t>(at.y) * width_ + static_cast<std::size_t>(at.x);
+  if (owner_[pixel] == 0) occupied_.push_back(static_cast<std::uint32_t>(pixel));
+  owner_[pixel] = index;
+}
+
+void PixelDots::DrawColour(std::uint8_t index) {
+  points_.clear();
+  for (const std::uint32_t pixel : occupied_) {
+    if (owner_[pixel] != index) continue;
+    points_.push_back({static_cast<double>(pixel % width_), static_cast<double>(pixel / width_)});
+  }
+  if (!points_.empty()) surface_.Dots(points_, palette_[index - 1U]);
+}
+
+void PixelDots::Draw() {
+  for (std::size_t i = 1; i <= palette_.size(); ++i) DrawColour(static_cast<std::uint8_t>(i));
+  for (const std::uint32_t pixel : occupied_) owner_[pixel] = 0;
+  occupied_.clear();
+  palette_.clear();
+}
+
+}  // namespace zento

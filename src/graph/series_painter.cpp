@@ -1,0 +1,130 @@
+#include "graph/series_painter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "graph/decimate.h"
+
+namespace zento {
+namespace {
+
+constexpr double kMarkRadius = 3;
+
+// What lies between two values, seen from `from`: the part of a line inside, as fractions.
+struct Part {
+  double begin = 0;
+  double end = 1;
+
+  // Cuts off where from + t * step is below `low` or above `high`. False when nothing is left.
+  bool Cut(double from, double step, double low, double high) {
+    if (step == 0) return from >= low && from <= high;
+    double enter = (low - from) / step;
+    double leave = (high - from) / step;
+    if (enter > leave) std::swap(enter, leave);
+    begin = std::max(begin, enter);
+    end = std::min(end, leave);
+    return begin <= end;
+  }
+};
+
+class SeriesPainter {
+ public:
+  SeriesPainter(Surface& surface, const Rect& area, const WorldWindow& window)
+      : surface_(surface), area_(area), map_(window, {area.width, area.height}), dots_(surface) {}
+
+  void Paint(const PlotSeries& series) {
+    if (series.kind == PlotSeries::Kind::kDots) {
+      for (const Point& at : series.points) dots_.Add(Pixel(Exact(at)), series.colour);
+      return;
+    }
+    dots_.Draw();  // what comes later lies above
+    if (series.kind == PlotSeries::Kind::kPolyline) {
+      Polyline(series);
+    } else {
+      Marks(series);
+    }
+  }
+
+ private:
+  Point Exact(Point world) const {
+    return {area_.x + map_.x.Exact(world.x), area_.y + map_.y.Exact(world.y)};
+  }
+  static Point Pixel(Point at) { return {std::floor(at.x), std::floor(at.y)}; }
+  static bool Finite(Point at) { return std::isfinite(at.x) && std::isfinite(at.y); }
+
+  void Polyline(const PlotSeries& series) {
+    Point before{NAN, NAN};
+    for (const Point& world : series.points) {
+      const Point at = Exact(world);
+      if (!Finite(at)) {
+        Draw(series.colour);
+      } else if (Finite(before)) {
+        Segment(before, at, series.colour);
+      }
+      before = at;
+    }
+    Draw(series.colour);
+  }
+
+  void Segment(Point from, Point to, Colour colour) {
+    if (!WithinLineLimit(from) || !WithinLineLimit(to)) {
+      const Point step{to.x - from.x, to.y - from.y};
+      Part part;
+      if (!part.Cut(from.x, step.x, area_.x - 1, area_.x + area_.width + 1) ||
+          !part.Cut(from.y, step.y, area_.y - 1, area_.y + area_.height + 1)) {
+        Draw(colour);
+        return;
+      }
+      to = {from.x + part.end * step.x, from.y + part.end * step.y};
+      from = {from.x + part.begin * step.x, from.y + part.begin * step.y};
+    }
+    if (!open_ || Pixel(from) != end_) {
+      Draw(colour);
+      line_.Add(Pixel(from));
+    }
+    end_ = Pixel(to);
+    line_.Add(end_);
+    open_ = true;
+  }
+
+  void Draw(Colour colour) {
+    if (!open_) return;
+    open_ = false;
+    const std::span<const Point> kept = line_.Finish();
+    if (kept.size() == 1) surface_.Dots(kept, colour);
+    if (kept.size() > 1) surface_.Polyline(kept, colour);
+  }
+
+  void Marks(const PlotSeries& series) {
+    for (const Point& world : series.points) {
+      const Point at = Exact(world);
+      const bool seen = at.x >= area_.x - kMarkRadius && at.y >= area_.y - kMarkRadius &&
+                        at.x <= area_.x + area_.width + kMarkRadius &&
+                        at.y <= area_.y + area_.height + kMarkRadius;
+      if (seen) surface_.Circle(Pixel(at), kMarkRadius, series.colour, &series.colour);
+    }
+  }
+
+  Surface& surface_;
+  Rect area_;
+  WorldMap map_;
+  PixelDots dots_;
+  PixelPolyline line_;
+  bool open_ = false;  // `line_` has vertices, the last of them `end_`
+  Point end_;
+};
+
+}  // namespace
+
+void PaintPlotSeries(Surface& surface, const Rect& area, const WorldWindow& window,
+                     std::span<const PlotSeries> series) {
+  surface.SetClip(area);
+  {
+    SeriesPainter painter(surface, area, window);
+    for (const PlotSeries& one : series) painter.Paint(one);
+  }
+  surface.ClearClip();
+}
+
+}  // namespace zento
