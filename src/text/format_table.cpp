@@ -25,8 +25,7 @@ double MadeFinite(double value) {
 
 char* WriteSlowly(char* out, double value, std::string_view pattern) {
   const std::string text = Format(MadeFinite(value), pattern);
-  std::memcpy(out, text.data(), text.size());
-  return out + text.size();
+  return std::copy(text.begin(), text.end(), out);
 }
 
 constexpr std::array<char, 200> MakePairs() {
@@ -122,7 +121,7 @@ char* WriteFixed4(char* out, double value) {
 
 char* WriteScientific(char* out, double value) {
   const double magnitude = std::fabs(value);
-  if (magnitude == 0) return static_cast<char*>(std::memcpy(out, "0.0e+0", 6)) + 6;
+  if (magnitude == 0) return std::copy_n("0.0e+0", 6, out);
   const auto bits = std::bit_cast<std::uint64_t>(magnitude);
   const int binary = static_cast<int>(bits >> kMantissaBits) - 1023;
   // floor(binary x log10 2): the decimal exponent, or one less than it.
