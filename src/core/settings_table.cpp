@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <type_traits>
 
+#include "core/list_head.h"
+#include "core/one_line.h"
 #include "text/list.h"
 #include "text/number.h"
 
@@ -141,14 +143,6 @@ template <typename T>
 constexpr bool kIsList =
     std::is_same_v<T, std::vector<std::int16_t>> || std::is_same_v<T, std::vector<double>>;
 
-// A key's value is one line whatever a person or another program put into the text.
-std::string OneLine(std::string text) {
-  for (char& c : text) {
-    if (c == '\r' || c == '\n') c = ' ';
-  }
-  return text;
-}
-
 template <typename T>
 std::string TextOf(const T& value) {
   if constexpr (std::is_same_v<T, std::string>) {
@@ -174,10 +168,10 @@ void AssignText(std::string& target, std::string_view text) {
   target = text;
 }
 void AssignText(std::vector<std::int16_t>& target, std::string_view text) {
-  target = SplitIntegers(text);
+  target = SplitIntegers(ListHead(text, kMonitorChannels + 1));
 }
 void AssignText(std::vector<double>& target, std::string_view text) {
-  target = SplitDoubles(text);
+  target = SplitDoubles(ListHead(text, kMonitorChannels + 1));
 }
 template <typename Number>
 requires std::is_arithmetic_v<Number>

@@ -165,14 +165,14 @@ TEST_F(SettingsOnDisk, RotationControlNeedsItsCalibration) {
 
 TEST_F(SettingsOnDisk, WhatCouldNotBeReadIsKept) {
   const std::string damaged = std::string("CVNum=3\r\n\0\0\0", 12);
-  for (const std::string kept : {"Parameters (unread 1).txt", "Parameters (unread 2).txt"}) {
+  for (const std::string_view kept : {"Parameters (unread 1).txt", "Parameters (unread 2).txt"}) {
     Write(damaged);
     EXPECT_FALSE(Load().read.ok());
     EXPECT_FALSE(ws.SettingsLoaded);
     EXPECT_EQ(ws.settings.CVNum, 0);
     ApplyDefaultSettings(ws);
     ASSERT_TRUE(SaveSettings(ws, files).ok());
-    EXPECT_EQ(files.Read("home/" + kept).value(), damaged);
+    EXPECT_EQ(files.Read(std::filesystem::path("home") / kept).value(), damaged);
     EXPECT_EQ(files.Read(path).value(), FormatSettings(ws.settings));
   }
   Write("CVNum=3");

@@ -144,23 +144,6 @@ bool IsUtf8Line(std::string_view line) {
   return whole && (good == line.size() || !ended) && IsPlainlyUtf8(line.substr(0, good));
 }
 
-// Line by line, line ends as they are.
-std::string DecodeMixed(std::string_view bytes) {
-  std::string out;
-  out.reserve(bytes.size() + bytes.size() / 8);
-  while (!bytes.empty()) {
-    const std::size_t end = std::min(bytes.find('\n'), bytes.size() - 1) + 1;
-    const std::string_view line = bytes.substr(0, end);
-    if (IsUtf8Line(line)) {
-      out += MakeValidUtf8(line);
-    } else {
-      AppendCodePage932(out, line);
-    }
-    bytes.remove_prefix(end);
-  }
-  return out;
-}
-
 }  // namespace
 
 bool IsValidUtf8(std::string_view bytes) {
@@ -181,6 +164,22 @@ std::string MakeValidUtf8(std::string_view bytes) {
 std::string DecodeCodePage932(std::string_view bytes) {
   std::string out;
   AppendCodePage932(out, bytes);
+  return out;
+}
+
+std::string DecodeMixed(std::string_view bytes) {
+  std::string out;
+  out.reserve(bytes.size() + bytes.size() / 8);
+  while (!bytes.empty()) {
+    const std::size_t end = std::min(bytes.find('\n'), bytes.size() - 1) + 1;
+    const std::string_view line = bytes.substr(0, end);
+    if (IsUtf8Line(line)) {
+      out += MakeValidUtf8(line);
+    } else {
+      AppendCodePage932(out, line);
+    }
+    bytes.remove_prefix(end);
+  }
   return out;
 }
 

@@ -24,6 +24,10 @@ std::string DecodeCodePage932(std::string_view bytes);
 // UTF-8, so that a cut-off tail or one damaged byte does not garble the titles elsewhere in it.
 std::string DecodeFile(std::string_view bytes);
 
+// What DecodeFile does with bytes that are not valid UTF-8 as a whole, for callers who know that
+// already and decode only the lines they need.
+std::string DecodeMixed(std::string_view bytes);
+
 // Text as the bytes of a file, such that DecodeFile(EncodeText(text)) is `text` for all valid UTF-8
 // (malformed sequences are replaced first). Always UTF-8: bytes of code page 932 could by accident
 // be valid UTF-8 (930 pairs of half-width katakana are) and would read back as something else.

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/track_store.h"
+#include "core/workstation.h"
+#include "host/services.h"
+#include "text/status.h"
+
+// Track files (.znt): a signature line, seven lines of Koutecky-Levich lists, and for each track
+// that is not empty its header lines, the line "Table" and one line a point. Lines end in CR LF;
+// texts are UTF-8 when written, UTF-8 or code page 932 when read.
+
+namespace zento {
+
+inline constexpr std::string_view kTrackFileSignature = "ZENTO File";
+inline constexpr std::string_view kTrackFileExtension = ".znt";
+
+struct TrackFileLoad {
+  enum class Outcome {
+    kUnreadable,     // the file could not be read; nothing was changed
+    kNotRecognized,  // not a track file; nothing was changed
+    kBrokenOff,      // reading ended at a line that makes no sense; what had been read stays
+    kComplete,
+  };
+  Outcome outcome = Outcome::kComplete;
+  Status status;  // a failure unless complete
+  // What a complete file held that was left out, or did not hold although it said so.
+  std::vector<std::string> remarks;
+
+  bool complete() const { return outcome == Outcome::kComplete; }
+};
+
+using TrackHeaders = std::array<TrackRecord, kTracks>;
+
+// Bytes to values. The readers never take memory beyond a small multiple of the bytes' size, nor
+// time beyond a multiple of it, whatever the bytes are. Lines that belong to track numbers outside
+// 0 to 20 are passed over; of a track with more points than the store can hold, the first ones
+// stay.
+
+// Replaces tracks 0 to 20. Lists that the file does not name keep their values.
+TrackFileLoad ReadTracks(std::string_view bytes, TrackStore& tracks);
+// Reads the track numbered `file_track` only, into any slot; when the file has none of that number,
+// nothing is changed.
+TrackFileLoad ImportTrack(std::string_view bytes, int file_track, TrackStore& tracks, int slot);
+// Reads the headers of all tracks; records of numbers that the file does not have stay as they are.
+TrackFileLoad ReadHeaders(std::string_view bytes, TrackHeaders& records);
+// The whole store. StepTime and VoltStep are not part of the format.
+std::string FormatTracks(const TrackStore& tracks);
+
+// The same on files.
+
+// A complete load also sets FileTitle and adds one to DataGeneration.
+TrackFileLoad OpenTracks(Workstation& ws, Files& files, const std::filesystem::path& path);
+// Adds ".znt" unless the name ends in exactly that. On success sets FileTitle; on failure the old
+// file is as it was.
+Status SaveTracksAs(Workstation& ws, Files& files, std::filesystem::path path);
+TrackFileLoad ImportTrackFromFile(TrackStore& tracks, Files& files,
+                                  const std::filesystem::path& path, int file_track, int slot);
+TrackFileLoad ReadTrackHeaders(Files& files, const std::filesystem::path& path,
+                               TrackHeaders& records);
+
+}  // namespace zento
