@@ -1,0 +1,429 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "measure/test_rig.h"
+
+namespace zento {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+TEST(PlannedSweep, IsThePathOverTheRate) {
+  EXPECT_EQ(PlannedSweepMillis({-0.2, 1.2, 0.6}, 2, 50), 80'000);
+  // One cycle has no middle term: 1.4 + 0.6 + 0.8 V.
+  EXPECT_EQ(PlannedSweepMillis({-0.2, 1.2, 0.6}, 1, 50), 56'000);
+  EXPECT_EQ(PlannedSweepMillis({0.5, 0.5, 0.5}, 3, 50), 0);
+  // Ties go to the even millisecond.
+  EXPECT_EQ(PlannedSweepMillis({0, 0.00025, 0}, 1, 200), 2);
+  EXPECT_EQ(PlannedSweepMillis({0, 0.00025, 0}, 1, 1000), 0);
+}
+
+TEST(PlannedSweep, NeverLeavesTheRangeOfAnInteger) {
+  const auto most = std::numeric_limits<std::int32_t>::max();
+  EXPECT_EQ(PlannedSweepMillis({0, 1, 0}, 1, 0), most);
+  EXPECT_EQ(PlannedSweepMillis({0, 1, 0}, 1, 1e-300), most);
+  EXPECT_EQ(PlannedSweepMillis({0, 1e300, 0}, most, 1), most);
+  EXPECT_EQ(PlannedSweepMillis({0, 0, 0}, 1, 0), 0);
+  EXPECT_EQ(PlannedSweepMillis({0, 1, 0}, 1, -50), 0);
+}
+
+TEST(ElapsedTime, SurvivesTheWrapOfTheTickCount) {
+  ElapsedTime time;
+  time.Restart(std::numeric_limits<std::int32_t>::max() - 10);
+  EXPECT_EQ(time.Read(std::numeric_limits<std::int32_t>::min() + 9), 20);
+  // And spans that no difference of two counts can hold.
+  EXPECT_EQ(time.Read(0), 20 + (std::int64_t{1} << 31) - 9);
+  EXPECT_EQ(time.Read(2'000'000'000), 2'000'000'000 + 20 + (std::int64_t{1} << 31) - 9);
+}
+
+TEST(TimerPeriod, IsAWholeNumberOfMillisecondsWhateverTheRate) {
+  EXPECT_EQ(PeriodCut(0.1), 10'000);
+  EXPECT_EQ(PeriodCut(1000), 1);
+  EXPECT_EQ(PeriodCut(300), 3);
+  EXPECT_EQ(PeriodCut(1e300), 1);
+  EXPECT_EQ(PeriodCut(0), std::numeric_limits<std::int32_t>::max());
+  EXPECT_EQ(PeriodRounded(300), 3);
+  EXPECT_EQ(PeriodRounded(600), 2);
+  EXPECT_EQ(PeriodCut(600), 1);
+}
+
+TEST(VoltageMonitor, KeepsTheLastPairsAndForgetsTheOldOnes) {
+  TestRig rig;
+  Graph& graph = *dynamic_cast<Graph*>(rig.machine.desktop.Load("Graph1"));
+  VoltageMonitor monitor(graph.Picture1, Colour{});
+  for (int i = 0; i < 10; ++i) monitor.Add(0.01 * i, 0.001);
+  EXPECT_EQ(monitor.WriteIndex(), 10u);
+  EXPECT_EQ(monitor.Range().x1, -0.1);
+  monitor.Add(-0.4, 0.001);
+  EXPECT_EQ(monitor.Range(), (PlotRange{-0.4, -0.01, 0.1, 0.01}));
+  monitor.Add(std::numeric_limits<double>::quiet_NaN(), 0);
+  EXPECT_EQ(monitor.WriteIndex(), 11u);
+  EXPECT_EQ(monitor.Slot(11)[0], VoltageMonitor::kEmpty);
+  // A night of monitoring does not pile up on the plot.
+  for (int i = 0; i < 100'000; ++i) monitor.Add(0, 0);
+  EXPECT_EQ(monitor.WriteIndex(), (100'000u + 11) % VoltageMonitor::kSlots);
+  EXPECT_LE(graph.Picture1.ItemCount(), 3 * VoltageMonitor::kSlots);
+  monitor.Clear();
+  EXPECT_EQ(monitor.WriteIndex(), 0u);
+  EXPECT_EQ(monitor.Range().x1, -0.1);
+  EXPECT_EQ(monitor.Slot(0)[0], VoltageMonitor::kEmpty);
+}
+
+// A short programme: 0 V, 0.5 V, -0.1 V once, at 100 mV/s: 12 s after a retain time of 2 s.
+frmMeasureCV& ShortRun(TestRig& rig) {
+  frmMeasureCV& cv = rig.CV();
+  cv.SetVoltage(0, 0.5, -0.1);
+  cv.scanrate(100);
+  cv.Repeat(1);
+  cv.RetainTime(2);
+  cv.SamplingRate(10);
+  cv.Accumlation(3);
+  cv.rpm("1000");
+  cv.Title("Ferricyanide");
+  cv.SelTrack(3);
+  return cv;
+}
+
+TEST(CVForm, MonitorsTheInputsWhileIdle) {
+  TestRig rig;
+  rig.volts = [](int channel) { return channel == 0 ? 0.25 : -0.05; };
+  frmMeasureCV& cv = rig.CV();
+  EXPECT_EQ(cv.caption(), "CV Meaurement");
+  rig.RunFor(0.02);
+  EXPECT_EQ(rig.reads, 2 * 100 * 2);
+  EXPECT_EQ(cv.lblVoltage.text(), "0.250000V");
+  rig.instruments.analog_input.Close();
+  rig.RunFor(0.01);
+  EXPECT_EQ(cv.lblVoltage.text(), "no reading");
+  EXPECT_THAT(rig.machine.dialogs.messages, IsEmpty());
+}
+
+TEST(CVForm, SaysWhichDeviceKeepsItFromLoading) {
+  const auto message_when = [](auto fault) {
+    TestRig rig;
+    fault(rig);
+    EXPECT_EQ(rig.machine.desktop.Show("frmMeasureCV"), nullptr);
+    EXPECT_EQ(rig.machine.desktop.Find("frmMeasureCV"), nullptr);
+    return rig.machine.dialogs.messages;
+  };
+  EXPECT_THAT(message_when([](TestRig& rig) { rig.card_status = -1; }),
+              ElementsAre("AD Board Trouble!"));
+  EXPECT_THAT(message_when([](TestRig& rig) { rig.bus_status = 80; }),
+              ElementsAre("GPIB Trouble!"));
+  EXPECT_THAT(message_when([](TestRig& rig) { rig.output_status = -1; }),
+              ElementsAre("DA Board Trouble!"));
+}
+
+TEST(CVForm, CorrectsEntriesSilently) {
+  TestRig rig;
+  frmMeasureCV& cv = rig.CV();
+  const auto leave = [](TextBox& box, const char* text) {
+    EXPECT_TRUE(box.UserSet(text).ok());
+    return box.text();
+  };
+  EXPECT_EQ(leave(cv.txtAccum, "0"), "1");
+  EXPECT_EQ(leave(cv.txtAccum, "250"), "250");
+  EXPECT_EQ(leave(cv.txtSamplingrate, "1001"), "1000");
+  EXPECT_EQ(leave(cv.txtSamplingrate, "none"), "0.1");
+  EXPECT_EQ(leave(cv.txtScanrate, "-20"), "0.01");
+  EXPECT_EQ(leave(cv.txtCycleNum, "0.4"), "1");
+  EXPECT_EQ(leave(cv.txtDataNum, "77"), "20");
+
+  cv.SelTrack(-4);
+  EXPECT_EQ(cv.txtDataNum.text(), "0");
+  cv.rpm("10001");
+  EXPECT_EQ(cv.txtRPM.text(), "10000");
+  cv.rpm("-1");
+  EXPECT_EQ(cv.txtRPM.text(), "0");
+  cv.DiskScale(0);
+  EXPECT_EQ(cv.txtYScale.text(), "1E-05");
+  cv.scanrate(-1);
+  EXPECT_EQ(cv.txtScanrate.text(), "0.001");
+  cv.Repeat(0);
+  EXPECT_EQ(cv.txtCycleNum.text(), "1");
+  cv.RetainTime(-3);
+  EXPECT_EQ(cv.txtRetainTime.text(), "0");
+  cv.SamplingRate(5000);
+  EXPECT_EQ(cv.txtSamplingrate.text(), "1000");
+  cv.Accumlation(-5);
+  EXPECT_EQ(cv.txtAccum.text(), "1");
+  EXPECT_THAT(rig.machine.dialogs.messages, IsEmpty());
+}
+
+TEST(CVForm, KeepsSixSettings) {
+  TestRig rig;
+  frmMeasureCV& cv = rig.CV();
+  EXPECT_EQ(cv.txtVoltSetting[0].text(), "0.6");
+  ASSERT_TRUE(cv.txtVoltSetting[0].UserType("0.75").ok());
+  ASSERT_TRUE(cv.cbxReference.UserChoose(3).ok());
+  ASSERT_TRUE(cv.UpDown2.UserStep(1).ok());
+  EXPECT_EQ(cv.txtCVNum.text(), "1");
+  EXPECT_EQ(cv.txtVoltSetting[0].text(), "0.6");
+  EXPECT_EQ(cv.cbxReference.selected(), 0);
+  ASSERT_TRUE(cv.UpDown2.UserStep(-1).ok());
+  ASSERT_TRUE(cv.UpDown2.UserStep(-1).ok());
+  EXPECT_EQ(cv.txtCVNum.text(), "0");
+  EXPECT_EQ(cv.txtVoltSetting[0].text(), "0.75");
+  EXPECT_EQ(rig.ws.settings.CV[0].CVRef, 3);
+  cv.SettingNum("9");
+  EXPECT_EQ(rig.ws.settings.CVNum, 5);
+  cv.SettingNum("-1");
+  EXPECT_EQ(cv.txtVoltSetting[0].text(), "0.75");
+}
+
+TEST(CVForm, RecordsASweepFromTheEndOfTheRetainTimeAndStoresIt) {
+  TestRig rig;
+  rig.volts = [&rig](int channel) { return channel == 0 ? rig.Seconds() / 10 : 0.5; };
+  frmMeasureCV& cv = ShortRun(rig);
+  rig.RunFor(1);
+  ASSERT_TRUE(cv.cmdStart.UserClick().ok());
+  EXPECT_EQ(rig.ws.running_flag, -1);
+  EXPECT_FALSE(cv.cmdStart.enabled());
+  EXPECT_EQ(rig.sent.front(), "SR0");
+  EXPECT_THAT(rig.sent, Contains("HT002E0"));
+  EXPECT_EQ(rig.sent.back(), "A1");
+  EXPECT_TRUE(rig.MotorOn());
+  EXPECT_DOUBLE_EQ(rig.motor_volts, 1.0);
+  ASSERT_TRUE(rig.machine.desktop.Shown("Graph1"));
+  EXPECT_EQ(rig.machine.desktop.Find("Graph1")->caption(), "Cyclic Voltammogram");
+
+  rig.RunFor(2.05);
+  EXPECT_EQ(cv.lblTimeRemain.text(), "");
+  rig.RunFor(0.15);
+  EXPECT_EQ(cv.lblTimeRemain.text(), "12s remain Scan Rate:0");
+  rig.RunFor(5);
+  EXPECT_EQ(cv.lblTimeRemain.text(), "7s remain Scan Rate:100");
+  ASSERT_TRUE(rig.RunUntilIdle());
+
+  // Ticks at 0.1 s: recording begins with the tick after 2 s, ends with the first one later than
+  // 12 s after it.
+  const TrackRecord& record = rig.Record(3);
+  EXPECT_EQ(record.Mode, kModeCV);
+  EXPECT_EQ(record.Title, "Ferricyanide");
+  EXPECT_EQ(record.MeasTime, "2026/01/01 09:00:16");
+  EXPECT_EQ(record.pnum, 122);
+  EXPECT_EQ(record.Scanrate, 100);
+  EXPECT_EQ(record.V, (std::array<double, 3>{0, 0.5, -0.1}));
+  EXPECT_EQ(record.MaxTime, 12'000);
+  EXPECT_EQ(record.RPM, 1000);
+  EXPECT_EQ(record.DiskYscale, 0.001);
+  EXPECT_EQ(record.Vxmin, -0.1);
+  EXPECT_NEAR(record.Vxmax, 1.52, 1e-9);
+  EXPECT_EQ(record.Vymin, -1e-5);
+  EXPECT_DOUBLE_EQ(record.Vymax, 5e-4);
+  EXPECT_EQ(rig.ws.tracks.Column(0, 3).size(), 122u);
+  EXPECT_NEAR(rig.ws.tracks.Value(0, 3, 0), 0.31, 1e-9);
+  EXPECT_NEAR(rig.ws.tracks.Value(0, 3, 121), 1.52, 1e-9);
+  EXPECT_DOUBLE_EQ(rig.ws.tracks.Value(1, 3, 60), 5e-4);
+  EXPECT_EQ(rig.ws.tracks.kl.KLNStart[3], 0);
+  EXPECT_EQ(rig.ws.tracks.kl.KLNEnd[3], 121);
+
+  EXPECT_EQ(rig.sent.back(), "A0");
+  EXPECT_FALSE(rig.MotorOn());
+  EXPECT_THAT(rig.machine.sound.played, ElementsAre(rig.ws.settings.SoundFileName));
+  EXPECT_THAT(rig.shown_tracks, ElementsAre(3));
+  EXPECT_EQ(cv.txtDataNum.text(), "4");
+  EXPECT_TRUE(cv.cmdStart.enabled());
+  EXPECT_EQ(rig.ws.end_active_run, nullptr);
+  EXPECT_EQ(dynamic_cast<Graph*>(rig.machine.desktop.Find("Graph1"))->Picture1.ItemCount(), 122u);
+}
+
+TEST(CVForm, WithoutAGeneratorWaitsUntilThePotentialLeavesItsStep) {
+  TestRig rig;
+  rig.ws.settings.GPIBControl = 0;
+  double potential = 0.1001;
+  rig.volts = [&](int channel) { return channel == 0 ? potential : 0.0; };
+  frmMeasureCV& cv = ShortRun(rig);
+  cv.StartMeasurement();
+  rig.RunFor(60);
+  potential = 0.1024;  // the same 2.5 mV step
+  rig.RunFor(60);
+  EXPECT_EQ(cv.lblMode.text(), "Waiting for the sweep");
+  potential = 0.1026;
+  rig.RunFor(0.1);
+  EXPECT_EQ(cv.lblMode.text(), "Recording");
+  ASSERT_TRUE(rig.RunUntilIdle());
+  EXPECT_EQ(rig.Record(3).pnum, 122);
+  EXPECT_NEAR(rig.ws.tracks.Value(0, 3, 0), 0.1026, 1e-12);
+  EXPECT_THAT(rig.sent, IsEmpty());
+}
+
+TEST(CVForm, AStopBeforeTheSweepBeginsLeavesTheTrackAsItWas) {
+  TestRig rig;
+  frmMeasureCV& cv = ShortRun(rig);
+  rig.ws.tracks.Record(3).Title = "last week's";
+  rig.ws.tracks.Record(3).pnum = 1;
+  rig.ws.tracks.SetValue(0, 3, 0, 0.7);
+  cv.StartMeasurement();
+  rig.RunFor(1.5);
+  ASSERT_TRUE(cv.cmdStop.UserClick().ok());
+  EXPECT_EQ(rig.ws.running_flag, -1) << "the next tick ends the run";
+  rig.RunFor(0.1);
+  EXPECT_EQ(rig.ws.running_flag, 0);
+  EXPECT_EQ(rig.Record(3).Title, "last week's");
+  EXPECT_EQ(rig.ws.tracks.Value(0, 3, 0), 0.7);
+  EXPECT_EQ(cv.txtDataNum.text(), "3");
+  EXPECT_EQ(rig.sent.back(), "A0");
+  EXPECT_FALSE(rig.MotorOn());
+  EXPECT_THAT(rig.shown_tracks, IsEmpty());
+  EXPECT_THAT(rig.machine.sound.played, IsEmpty());
+}
+
+TEST(CVForm, InButtonModeRunsUntilStopAndStoresTheElapsedTime) {
+  TestRig rig;
+  frmMeasureCV& cv = ShortRun(rig);
+  ASSERT_TRUE(cv.OpnCVMeas.UserChoose(1).ok());
+  cv.SelTrack(20);
+  cv.StartMeasurement();
+  rig.RunFor(2.1 + 30);
+  ASSERT_TRUE(cv.cmdStop.UserClick().ok());
+  rig.RunFor(0.1);
+  EXPECT_EQ(rig.ws.running_flag, 0);
+  EXPECT_EQ(rig.Record(20).MaxTime, 30'000);
+  EXPECT_EQ(rig.Record(20).pnum, 301);
+  EXPECT_EQ(cv.txtDataNum.text(), "0") << "after track 20 comes 0";
+  ASSERT_TRUE(cv.UpDown1.UserStep(-1).ok());
+  EXPECT_EQ(cv.txtDataNum.text(), "20");
+}
+
+TEST(CVForm, RefusesASecondMeasurementAndChangesNothing) {
+  TestRig rig;
+  frmMeasureCV& cv = ShortRun(rig);
+  rig.ws.running_flag = -1;  // a macro waits
+  cv.StartMeasurement();
+  EXPECT_THAT(rig.machine.dialogs.TakeMessages(),
+              ElementsAre("Please terminate other mesurement!"));
+  EXPECT_TRUE(cv.cmdStart.enabled());
+  EXPECT_THAT(rig.sent, IsEmpty());
+  EXPECT_EQ(rig.ws.settings.CV[0].CVCyclenum, 2) << "the entries are not stored either";
+  rig.ws.running_flag = 0;
+  cv.StartMeasurement();
+  cv.StartMeasurement();
+  EXPECT_EQ(rig.machine.dialogs.messages.size(), 1u);
+  EXPECT_TRUE(rig.RunUntilIdle());
+}
+
+TEST(CVForm, AFullBufferEndsTheRunThoughNobodyAnswers) {
+  TestRig rig;
+  rig.machine.dialogs.HoldMessages(true);
+  rig.volts = [](int channel) { return channel == 0 ? 0.1 : 0.2; };
+  frmMeasureCV& cv = ShortRun(rig);
+  cv.SamplingRate(1000);
+  cv.Accumlation(1);
+  ASSERT_TRUE(cv.OpnCVMeas.UserChoose(1).ok());
+  cv.StartMeasurement();
+  ASSERT_TRUE(rig.RunUntilIdle(60));
+  EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre("Buffer overflow!"));
+  EXPECT_EQ(rig.Record(3).pnum, 20001);
+  EXPECT_EQ(rig.ws.tracks.Column(1, 3).size(), 20001u);
+  EXPECT_DOUBLE_EQ(rig.ws.tracks.Value(1, 3, 20000), 2e-4);
+  EXPECT_EQ(rig.sent.back(), "A0");
+  EXPECT_FALSE(rig.MotorOn());
+}
+
+// However the program takes the window away, the run comes to its safe end first.
+TEST(CVForm, EndsARunSafelyWhenItGoes) {
+  const auto check = [](auto end) {
+    TestRig rig;
+    frmMeasureCV& cv = ShortRun(rig);
+    cv.StartMeasurement();
+    rig.RunFor(5);
+    end(rig);
+    EXPECT_EQ(rig.ws.running_flag, 0);
+    EXPECT_EQ(rig.Record(3).pnum, 30);
+    EXPECT_EQ(rig.sent.back(), "A0");
+    EXPECT_FALSE(rig.MotorOn());
+    EXPECT_EQ(rig.ws.end_active_run, nullptr);
+    const long reads = rig.reads;
+    rig.machine.Settle();
+    rig.RunFor(10);
+    return rig.reads - reads;
+  };
+  EXPECT_EQ(check([](TestRig& rig) { rig.machine.desktop.RequestClose("frmMeasureCV"); }), 0);
+  EXPECT_EQ(check([](TestRig& rig) { rig.CV().QuitCVMeasurement(); }), 0);
+  EXPECT_GT(check([](TestRig& rig) { rig.ws.end_active_run(); }), 0) << "the monitor goes on";
+}
+
+TEST(CVForm, WorksWithTheValuesItWasStartedWith) {
+  TestRig rig;
+  rig.volts = [](int) { return 0.5; };
+  frmMeasureCV& cv = ShortRun(rig);
+  cv.StartMeasurement();
+  rig.RunFor(5);
+  ASSERT_TRUE(cv.txtYScale.UserSet("1").ok());
+  ASSERT_TRUE(cv.txtXScale.UserSet("10").ok());
+  ASSERT_TRUE(cv.txtScanrate.UserSet("1").ok());
+  ASSERT_TRUE(cv.UpDown2.UserStep(1).ok());
+  ASSERT_TRUE(cv.txtTitle.UserSet("renamed").ok());
+  ASSERT_TRUE(rig.RunUntilIdle());
+  EXPECT_EQ(rig.Record(3).Title, "renamed");
+  EXPECT_EQ(rig.Record(3).Scanrate, 100);
+  EXPECT_EQ(rig.Record(3).pnum, 122);
+  EXPECT_DOUBLE_EQ(rig.ws.tracks.Value(0, 3, 121), 0.5);
+  EXPECT_DOUBLE_EQ(rig.ws.tracks.Value(1, 3, 121), 5e-4);
+}
+
+TEST(CVForm, ABoardThatFailsForAMomentLeavesAGap) {
+  TestRig rig;
+  frmMeasureCV& cv = ShortRun(rig);
+  cv.StartMeasurement();
+  rig.RunFor(5);
+  rig.instruments.analog_input.Close();
+  rig.RunFor(1);
+  ASSERT_EQ(rig.instruments.analog_input.Open(), 0);
+  ASSERT_TRUE(rig.RunUntilIdle());
+  EXPECT_THAT(rig.machine.dialogs.messages, IsEmpty());
+  EXPECT_EQ(rig.Record(3).pnum, 112);
+  EXPECT_EQ(rig.Record(3).MaxTime, 12'000);
+}
+
+TEST(CVForm, ABoardThatStaysSilentEndsTheRunSafely) {
+  TestRig rig;
+  rig.machine.dialogs.HoldMessages(true);
+  frmMeasureCV& cv = ShortRun(rig);
+  cv.StartMeasurement();
+  rig.RunFor(5);
+  rig.instruments.analog_input.Close();
+  rig.RunFor(3);
+  EXPECT_EQ(rig.ws.running_flag, 0);
+  ASSERT_EQ(rig.machine.dialogs.messages.size(), 1u);
+  EXPECT_THAT(rig.machine.dialogs.messages[0], testing::StartsWith("AD Board Trouble!"));
+  EXPECT_EQ(rig.Record(3).pnum, 30);
+  EXPECT_EQ(rig.sent.back(), "A0");
+  EXPECT_FALSE(rig.MotorOn());
+}
+
+TEST(CVForm, ValuesBeyondAnyNumberAreNotRecorded) {
+  TestRig rig;
+  rig.volts = [](int) { return 2.0; };
+  frmMeasureCV& cv = ShortRun(rig);
+  ASSERT_TRUE(cv.txtYScale.UserSet("1e308").ok());
+  cv.StartMeasurement();
+  ASSERT_TRUE(rig.RunUntilIdle(10));
+  EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre("Overflow"));
+  EXPECT_EQ(rig.Record(3).pnum, 0);
+  EXPECT_EQ(rig.sent.back(), "A0");
+}
+
+TEST(CVForm, GoesOnWhenItsGraphIsClosedAndComesBackToIt) {
+  TestRig rig;
+  frmMeasureCV& cv = ShortRun(rig);
+  cv.StartMeasurement();
+  rig.RunFor(5);
+  rig.machine.desktop.RequestClose("Graph1");
+  rig.RunFor(2);
+  auto* graph = dynamic_cast<Graph*>(rig.machine.desktop.Show("Graph1"));
+  rig.RunFor(0.1);
+  EXPECT_EQ(graph->caption(), "Cyclic Voltammogram");
+  EXPECT_EQ(graph->Picture1.ItemCount(), 51u);
+  EXPECT_TRUE(rig.RunUntilIdle());
+}
+
+}  // namespace
+}  // namespace zento

@@ -1,0 +1,15 @@
+#include "measure/measure_forms.h"
+
+#include <memory>
+
+#include "measure/cv_form.h"
+
+namespace zento {
+
+void RegisterMeasureForms(Desktop& desktop, Workstation& workstation, Host& host,
+                          Instruments& instruments) {
+  desktop.Register("frmMeasureCV",
+                   [&] { return std::make_unique<frmMeasureCV>(workstation, host, instruments); });
+}
+
+}  // namespace zento
