@@ -42,6 +42,10 @@ void AnalogOutput::Write(std::int16_t channel, double& volts) {
     problem_ = "PCI-9112 output: its library is not there";
     return;
   }
+  if (!card_.Registered()) {
+    problem_ = "PCI-9112 output: the card is not registered";
+    return;
+  }
   const std::int16_t status =
       dask_.AO_VWriteChannel(card_.Handle(), static_cast<std::uint16_t>(channel), volts);
   if (status != 0) problem_ = "PCI-9112 output: a write returned " + std::to_string(status);
