@@ -1,0 +1,69 @@
+#include "qt/control_binding.h"
+
+#include "host/controls.h"
+#include "qt/action_bindings.h"
+#include "qt/choice_bindings.h"
+#include "qt/list_bindings.h"
+#include "qt/picture_bindings.h"
+#include "qt/qt_text.h"
+#include "qt/text_bindings.h"
+
+namespace zento {
+
+void ControlBinding::Name(QWidget& widget) const {
+  const QString address = ToQt(control_.Address());
+  widget.setObjectName(address);
+  widget.setAccessibleName(address);
+}
+
+void ControlBinding::Refresh() {
+  if (gone_) return;
+  QWidget& shown = widget();
+  const QString tip = ToQt(control_.tip());
+  if (shown.toolTip() != tip) {
+    shown.setToolTip(tip);
+    shown.setAccessibleDescription(tip);
+  }
+  if (shown.isHidden() == control_.visible()) shown.setVisible(control_.visible());
+  if (label_ != nullptr && label_->isHidden() == control_.visible()) {
+    label_->setVisible(control_.visible());
+  }
+  if (shown.isEnabled() != control_.enabled()) shown.setEnabled(control_.enabled());
+  Show();
+}
+
+std::unique_ptr<ControlBinding> MakeBinding(Control& control, BindingContext& context) {
+  switch (control.Kind()) {
+    case ControlKind::kLabel:
+      return std::make_unique<LabelBinding>(dynamic_cast<Label&>(control), context);
+    case ControlKind::kTextBox: {
+      auto& box = dynamic_cast<TextBox&>(control);
+      if (box.multiline) return std::make_unique<MemoBinding>(box, context);
+      return std::make_unique<LineBinding>(box, context);
+    }
+    case ControlKind::kButton:
+      return std::make_unique<ButtonBinding>(dynamic_cast<Button&>(control), context);
+    case ControlKind::kOptionGroup:
+      return std::make_unique<OptionBinding>(dynamic_cast<OptionGroup&>(control), context);
+    case ControlKind::kCheckBox:
+      return std::make_unique<CheckBinding>(dynamic_cast<CheckBox&>(control), context);
+    case ControlKind::kComboBox:
+      return std::make_unique<ComboBinding>(dynamic_cast<ComboBox&>(control), context);
+    case ControlKind::kUpDown:
+      return std::make_unique<UpDownBinding>(dynamic_cast<UpDown&>(control), context);
+    case ControlKind::kGrid:
+      return std::make_unique<GridBinding>(dynamic_cast<Grid&>(control), context);
+    case ControlKind::kListBox:
+      return std::make_unique<ListBinding>(dynamic_cast<ListBox&>(control), context);
+    case ControlKind::kCanvas:
+      return std::make_unique<CanvasBinding>(dynamic_cast<Canvas&>(control), context);
+    case ControlKind::kProgressBar:
+      return std::make_unique<ProgressBinding>(dynamic_cast<ProgressBar&>(control), context);
+    case ControlKind::kMenuEntry:
+    case ControlKind::kTimer:
+      break;
+  }
+  return nullptr;
+}
+
+}  // namespace zento
