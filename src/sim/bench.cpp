@@ -19,12 +19,17 @@ vendor::Libraries Bench::Libraries() {
   return {PortIoTable(), AioTable(), DaskTable(), GpibTable(), SerialTable()};
 }
 
+std::int64_t Bench::Moment() const {
+  const std::int64_t now = clock_.Micros();
+  return std::clamp(free_at_, now, now + kLongestLead);
+}
+
 void Bench::CatchUp() {
-  plant_.AdvanceTo(static_cast<double>(std::max(clock_.Micros(), free_at_) - start_) * 1e-6);
+  plant_.AdvanceTo(static_cast<double>(Moment() - start_) * 1e-6);
 }
 
 double Bench::Convert(int channel) {
-  const std::int64_t moment = std::max(clock_.Micros(), free_at_);
+  const std::int64_t moment = Moment();
   free_at_ = moment + Board::kConversionMicros;
   clock_.Spend(Board::kConversionMicros);
   const double seconds = static_cast<double>(moment - start_) * 1e-6;
@@ -48,7 +53,7 @@ void Bench::SetOutlets(std::uint8_t state) {
 
 std::string Bench::Describe() {
   CatchUp();
-  const double now = static_cast<double>(free_at_ - start_) * 1e-6;
+  const double now = static_cast<double>(Moment() - start_) * 1e-6;
   const CommandGenerator& generator = plant_.potentiostat().generator();
   return "simulated: cell at " + Format(plant_.VoltsAt(Plant::kPotential, now), "0.000") + " V, " +
          Format(plant_.DiskAmperes() * 1e6, "0.000") + " uA, generator " +

@@ -17,13 +17,17 @@ namespace zento::sim {
 // The simulated bench: everything on the far side of the vendors' libraries. Each call through one
 // of its tables first carries the physics on to the clock's now. A conversion takes 25 us: it
 // happens at the clock's now or at the end of the conversion before it, whichever is later, and is
-// reported to the clock as time spent.
+// reported to the clock as time spent. A clock that ignores that (a real one, since our conversions
+// take no real time) is led by at most `kLongestLead`; conversions beyond it are squeezed together
+// rather than let the experiment run away from the clock.
 //
 // Inputs (of all three boards): 0 disk potential, 1 disk current, 2 ring potential, 3 ring current,
 // 4 rotation; the others carry nothing but noise. Analog output 0 is the motor's voltage. Outlet 0,
 // on the outlet port or the PCI-9112's digital port 0, is the motor's power.
 class Bench {
  public:
+  static constexpr std::int64_t kLongestLead = 20'000;  // us
+
   // Starts at the clock's now. `clock` must outlive the bench.
   Bench(Clock& clock, const Parameters& parameters);
   Bench(const Bench&) = delete;
@@ -55,6 +59,8 @@ class Bench {
   vendor::Gpib GpibTable();
   vendor::SerialLine SerialTable();
 
+  // The bench's now, in us of the clock: never before the last conversion's end, but for the lead.
+  std::int64_t Moment() const;
   void CatchUp();
   // The disturbed voltage of one conversion.
   double Convert(int channel);

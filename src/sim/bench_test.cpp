@@ -109,6 +109,22 @@ TEST(Bench, ConversionsFollowOneAnotherAndTakeTheirTime) {
   EXPECT_NEAR(last - first, 10.0 * 40 * 25e-6, 1e-9);
 }
 
+TEST(Bench, AClockThatDoesNotSpendIsNotRunAwayFrom) {
+  class RealClock : public VirtualClock {
+   public:
+    void Spend(std::int64_t) override {}
+  } clock;
+  Bench bench(clock, Quiet({"bits=0", "own=on", "own_delay=0", "own_1=0", "own_rate=1000"}));
+  const vendor::Libraries libraries = bench.Libraries();
+  libraries.dask.Register_Card(22, 0);
+  double volts = 0;
+  for (int tick = 0; tick < 50; ++tick) {
+    clock.AdvanceTo(clock.Micros() + 10'000);
+    for (int i = 0; i < 1000; ++i) libraries.dask.AI_VReadChannel(0, 0, 3, &volts);  // 25 ms
+  }
+  EXPECT_NEAR(volts, 0.5 + 0.02, 1e-9);
+}
+
 TEST(Bench, WithoutDisturbancesReadingsAreExact) {
   Laboratory lab(Quiet({"bits=0", "rest=0.123456789", "C_red=0"}));
   for (int i = 0; i < 10; ++i) {
@@ -135,8 +151,8 @@ TEST(Bench, RangesQuantiseAndClamp) {
 TEST(Bench, NoiseIsAsSetAndTheSeedRepeatsIt) {
   const auto read = [](std::string_view seed) {
     Laboratory lab(With({"bits=0", "mains=0", "C_red=0", seed}));
-    std::vector<double> values;
-    for (int i = 0; i < 20'000; ++i) values.push_back(lab.Dask(0));
+    std::vector<double> values(20'000);
+    for (double& value : values) value = lab.Dask(0);
     return values;
   };
   const std::vector<double> values = read("seed=5");

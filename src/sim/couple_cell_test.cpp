@@ -35,7 +35,8 @@ std::vector<Point> Record(const Parameters& parameters, const std::vector<std::s
   }
   EXPECT_TRUE(plant.potentiostat().generator().Send("A1").ok());
   std::vector<Point> points;
-  for (double t = interval; t <= seconds; t += interval) {
+  for (int i = 1; i <= std::lround(seconds / interval); ++i) {
+    const double t = i * interval;
     plant.AdvanceTo(t);
     points.push_back({t, plant.VoltsAt(Plant::kPotential, t),
                       plant.VoltsAt(Plant::kDiskCurrent, t) * parameters.disk_range});
@@ -186,7 +187,11 @@ TEST(CoupleCell, DoubleLayerAndResistance) {
   settings.bulk_red = 0;
   CoupleCell cell(settings, 0.0);
   double charge = 0;
-  for (double dt = 2e-5; dt < 1e-2; dt *= 1.3) charge += dt * cell.Step(dt, {0.5, 0}).disk;
+  double dt = 2e-5;
+  while (dt < 1e-2) {
+    charge += dt * cell.Step(dt, {0.5, 0}).disk;
+    dt *= 1.3;
+  }
   EXPECT_NEAR(charge / (farads * 0.5), 1.0, 1e-9);
 
   // R_u moves the peak by the ohmic drop, roughly.
