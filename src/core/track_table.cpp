@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "core/plain_rows.h"
 #include "core/tables.h"
 #include "text/format.h"
 #include "text/number.h"
@@ -93,24 +94,39 @@ Columns MakeRoom(TrackStore& tracks, int slot, std::int32_t points, int columns)
   return room;
 }
 
-template <int kCount>
+// One row by the general rule. False, and the cursor stays, when it is not a row of numbers.
+template <std::size_t kCount>
+bool ReadRow(Cursor& cursor, std::array<double, kCount>& row) {
+  Cursor at = cursor;
+  for (std::size_t column = 0; column < kCount; ++column) {
+    if ((column > 0 && !at.Tab()) || !at.Number(row[column])) return false;
+  }
+  at.NextLine();
+  cursor = at;
+  return true;
+}
+
+template <std::size_t kCount>
 TableRead ReadRows(std::string_view& rest, const Columns& columns, std::int32_t points) {
-  Cursor cursor(rest);
   TableRead read;
-  for (; read.points < points && !cursor.AtEnd(); ++read.points) {
-    const std::string_view line = cursor.Rest();
-    for (std::size_t column = 0; column < kCount; ++column) {
-      double value = 0;
-      if ((column > 0 && !cursor.Tab()) || !cursor.Number(value)) {
-        read.status = NotAPoint(read.points, line);
-        rest = line;
+  const char* const plain_end = PlainEnd(rest);
+  std::array<double, kCount> row{};
+  for (; read.points < points && !rest.empty(); ++read.points) {
+    const char* const behind = ReadPlainRow(rest.data(), plain_end, row);
+    if (behind != nullptr) {
+      rest.remove_prefix(static_cast<std::size_t>(behind - rest.data()));
+    } else {
+      Cursor cursor(rest);
+      if (!ReadRow(cursor, row)) {
+        read.status = NotAPoint(read.points, rest);
         return read;
       }
-      columns[column][read.points] = value;
+      rest = cursor.Rest();
     }
-    cursor.NextLine();
+    for (std::size_t column = 0; column < kCount; ++column) {
+      columns[column][read.points] = row[column];
+    }
   }
-  rest = cursor.Rest();
   return read;
 }
 
