@@ -105,7 +105,7 @@ SettingsLoad LoadSettings(Workstation& ws, Files& files,
   if (!load.read.ok()) return load;
   if (ws.settings.DABoard > 0) {
     const std::filesystem::path file = PathFromText(ws.settings.RPMvsVoltageFile);
-    load.calibration_invalid = file.empty() || !load_calibration(ws.home / file);
+    load.calibration_invalid = !load_calibration(ws.home / file);
     if (load.calibration_invalid) ws.settings.DABoard = 0;
   }
   ws.SettingsLoaded = true;

@@ -241,10 +241,15 @@ TrackFileLoad OpenTracks(Workstation& ws, Files& files, const std::filesystem::p
   return load;
 }
 
-Status SaveTracksAs(Workstation& ws, Files& files, std::filesystem::path path) {
+std::filesystem::path TrackFileName(std::filesystem::path path) {
   if (!TextFromPath(path).ends_with(kTrackFileExtension)) path += kTrackFileExtension;
-  const Status saved = files.Replace(path, FormatTracks(ws.tracks));
-  if (saved.ok()) ws.FileTitle = TextFromPath(path.filename());
+  return path;
+}
+
+Status SaveTracksAs(Workstation& ws, Files& files, const std::filesystem::path& path) {
+  const std::filesystem::path file = TrackFileName(path);
+  const Status saved = files.Replace(file, FormatTracks(ws.tracks));
+  if (saved.ok()) ws.FileTitle = TextFromPath(file.filename());
   return saved;
 }
 

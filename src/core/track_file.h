@@ -56,9 +56,10 @@ std::string FormatTracks(const TrackStore& tracks);
 
 // A complete load also sets FileTitle and adds one to DataGeneration.
 TrackFileLoad OpenTracks(Workstation& ws, Files& files, const std::filesystem::path& path);
-// Adds ".znt" unless the name ends in exactly that. On success sets FileTitle; on failure the old
-// file is as it was.
-Status SaveTracksAs(Workstation& ws, Files& files, std::filesystem::path path);
+// The path with ".znt" added unless it ends in exactly that.
+std::filesystem::path TrackFileName(std::filesystem::path path);
+// Writes to TrackFileName(path). On success sets FileTitle; on failure the old file is as it was.
+Status SaveTracksAs(Workstation& ws, Files& files, const std::filesystem::path& path);
 TrackFileLoad ImportTrackFromFile(TrackStore& tracks, Files& files,
                                   const std::filesystem::path& path, int file_track, int slot);
 TrackFileLoad ReadTrackHeaders(Files& files, const std::filesystem::path& path,

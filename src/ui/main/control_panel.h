@@ -1,0 +1,85 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "core/track_file.h"
+#include "devices/instruments.h"
+#include "graph/preview_plot.h"
+#include "host/controls.h"
+#include "host/form.h"
+#include "ui/main/main_menus.h"
+#include "ui/main/track_preview.h"
+
+namespace zento {
+
+// frmControlPanel, the main window: one track at a time with its header and a preview, and the
+// menus that open every other window. While it is loaded the program runs: loading it reads the
+// settings, closing it ends an active run safely, writes them and closes all other windows.
+class frmControlPanel : public Form {
+ public:
+  frmControlPanel(Workstation& workstation, Host& host, Instruments& instruments);
+
+  bool Load() override;
+  void Unload() override;
+  // Draws the preview again when its style was changed elsewhere.
+  void Activate() override;
+  void CloseRequested() override;
+  LayoutNode Layout() override;
+
+  // Makes the track, 0 to 20, the current one and shows it; others are ignored.
+  void ShowDataInfo(int track);
+  int current_track() const { return track_; }
+  // The window's inner size in device-independent pixels.
+  void SetSize(int width, int height);
+  void SetCell(int row, int column, std::string text);
+  void DrawPreview(int track);
+
+  // The menu's "Open" and "Save as", behind their questions.
+  TrackFileLoad OpenFile(const std::filesystem::path& path);
+  Status SaveFile(const std::filesystem::path& path);
+
+  // Controls in the order of the Tab key.
+  TextBox txtDatNum;
+  UpDown UpDown1;
+  Grid InformationSheet;
+  TextBox txtEditField;
+  ComboBox cbxReference;
+  Label lblTrackTitle;
+  PreviewPlot PrevGraph;
+  // What became of the last file operation. Nothing of it is told in a message box, so that an
+  // unattended run is never held up; a failed save must be seen all the same.
+  Label lblNotice;
+
+ private:
+  // The window as a continuation finds it: null when it is gone by then.
+  static frmControlPanel* In(Desktop& desktop);
+  void StepTrack(int direction);
+  void ShowCaption();
+
+  void SelectSheetRow(int row);
+  void StoreEditField();
+  void OfferRescaling(int row, double previous);
+  void Rescale(int track, int column, double ratio);
+
+  void ChooseReference(int index);
+  void AskForPH(int track, std::int32_t ref);
+  void Convert(int track, std::int32_t ref);
+
+  void AskToOpen();
+  void AskToSave();
+  void ConfirmSave(const std::filesystem::path& path);
+  void AskToDelete();
+  void CloseOtherWindows();
+
+  Workstation& workstation_;
+  Instruments& instruments_;
+  MainMenus menus_;
+  int track_ = 0;
+  int sheet_row_ = -1;
+  PreviewRange range_;
+  PreviewStyle drawn_style_ = PreviewStyle::kLines;
+};
+
+}  // namespace zento

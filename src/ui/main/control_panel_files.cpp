@@ -1,0 +1,86 @@
+// The main window's track files.
+
+#include "host/host.h"
+#include "host/path_text.h"
+#include "ui/main/control_panel.h"
+
+namespace zento {
+namespace {
+
+FileQuestion TrackFileQuestion(bool save, std::string title) {
+  FileQuestion question;
+  question.save = save;
+  question.title = std::move(title);
+  question.description = "Track files";
+  question.pattern = "*.znt";
+  return question;
+}
+
+std::string Notice(const TrackFileLoad& load, const std::filesystem::path& path) {
+  using Outcome = TrackFileLoad::Outcome;
+  if (load.outcome == Outcome::kUnreadable) return "NOT OPENED: " + load.status.why();
+  if (load.outcome == Outcome::kBrokenOff) return "ONLY PARTLY READ: " + load.status.why();
+  std::string notice = "Opened " + TextFromPath(path);
+  if (!load.remarks.empty()) notice += " - " + load.remarks.front();
+  if (load.remarks.size() > 1) notice += " (and more)";
+  return notice;
+}
+
+}  // namespace
+
+void frmControlPanel::AskToOpen() {
+  host().dialogs.AskFile(
+      TrackFileQuestion(false, "Open"),
+      [&desktop = host().desktop](const std::optional<std::filesystem::path>& path) {
+        frmControlPanel* panel = path ? In(desktop) : nullptr;
+        if (panel != nullptr) panel->OpenFile(*path);
+      });
+}
+
+TrackFileLoad frmControlPanel::OpenFile(const std::filesystem::path& path) {
+  TrackFileLoad load = OpenTracks(workstation_, host().files, path);
+  if (load.outcome == TrackFileLoad::Outcome::kNotRecognized) {
+    host().dialogs.Message("This file type is not recognized.");
+    return load;
+  }
+  lblNotice.SetText(Notice(load, path));
+  if (!load.complete()) return load;
+  ShowCaption();
+  ShowDataInfo(0);
+  return load;
+}
+
+void frmControlPanel::AskToSave() {
+  FileQuestion question = TrackFileQuestion(true, "Save as");
+  question.suggested = workstation_.FileTitle;
+  host().dialogs.AskFile(
+      question, [&desktop = host().desktop](const std::optional<std::filesystem::path>& path) {
+        frmControlPanel* panel = path ? In(desktop) : nullptr;
+        if (panel != nullptr) panel->ConfirmSave(*path);
+      });
+}
+
+// The save dialog asks before it overwrites, but knows nothing of an extension that is added to the
+// name afterwards.
+void frmControlPanel::ConfirmSave(const std::filesystem::path& path) {
+  const std::filesystem::path file = TrackFileName(path);
+  if (file == path || !host().files.Exists(file)) {
+    static_cast<void>(SaveFile(path));
+    return;
+  }
+  host().dialogs.Ask(TextFromPath(file.filename()) + " already exists. Do you want to replace it?",
+                     Buttons::kYesNo, [&desktop = host().desktop, file](bool yes) {
+                       frmControlPanel* panel = yes ? In(desktop) : nullptr;
+                       if (panel != nullptr) static_cast<void>(panel->SaveFile(file));
+                     });
+}
+
+Status frmControlPanel::SaveFile(const std::filesystem::path& path) {
+  const Status saved = SaveTracksAs(workstation_, host().files, path);
+  lblNotice.SetText(saved.ok() ? "Saved " + TextFromPath(TrackFileName(path))
+                               : "NOT SAVED: " + saved.why());
+  if (saved.ok()) ShowCaption();
+  return saved;
+}
+
+}  // namespace zento

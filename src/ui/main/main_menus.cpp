@@ -1,0 +1,94 @@
+#include "ui/main/main_menus.h"
+
+#include <array>
+#include <cstddef>
+
+#include "host/desktop.h"
+#include "host/host.h"
+
+namespace zento {
+namespace {
+
+struct Entry {
+  const char* name;
+  const char* menu;
+  const char* caption;
+  const char* shortcut;
+  const char* window;  // null: an action of the main window
+  bool separator_before = false;
+};
+
+// Copying and pasting leave Ctrl+C and Ctrl+V to the text boxes.
+constexpr Entry kEntries[] = {
+    {"mnuOpen", "File", "Open", "Ctrl+O", nullptr},
+    {"mnuSaveAs", "File", "Save as", "Ctrl+S", nullptr},
+    {"mnuImportTrack", "File", "Import Track", "Ctrl+I", "frmImportTrack", true},
+    {"mnuSearchTrack", "File", "Search Track", "Ctrl+F", "frmSearchTrack"},
+    {"mnuQuit", "File", "Quit", "Ctrl+Q", nullptr, true},
+
+    {"mnuCopyAll", "Edit", "Copy All as Text Data", "Ctrl+Shift+C", nullptr},
+    {"mnuCopyOnlyExpData", "Edit", "Copy I-E(or t) Data as Text Data", "Ctrl+Shift+D", nullptr},
+    {"mnuReplaceTitle", "Edit", "Replace words in each title", "Ctrl+H", "frmReplaceTitle"},
+    {"mnuSpecialCopy", "Edit", "Special Copy", "", "frmSpecialCopy"},
+    {"mnuEditTracks", "Edit", "Edit Tracks", "Ctrl+T", "frmEditTracks", true},
+    {"mnuEditATrack", "Edit", "Edit a Track", "Ctrl+E", "frmEditATrack"},
+    {"mnuDeleteTrack", "Edit", "Delete Track", "Ctrl+Del", nullptr},
+    {"mnuPastefromClip", "Edit", "Paste from Clipboard", "Ctrl+Shift+V", nullptr, true},
+    {"mnuCopyI_ttable", "Edit", "Copy I-t table (Multipotentiostat Only)", "", nullptr},
+    {"mnuCopyV_ITable", "Edit", "Copy V-I Table (Multipotentiostat Only)", "", nullptr},
+
+    {"mnuCV", "Measurement", "Cyclic Voltammogram", "Ctrl+1", "frmMeasureCV"},
+    {"mnuRDE", "Measurement", "RDE", "Ctrl+2", "frmMeasureRDE"},
+    {"mnuPotentialStep", "Measurement", "Potential Step", "Ctrl+3", "frmPotentialStep"},
+    {"mnuRPMvsj", "Measurement", "RPM vs. i", "Ctrl+4", "frmMeasureRPMvsj"},
+    {"mnuMultipotentiostat", "Measurement", "Multipotentiostat", "Ctrl+5", "frmMultipotentiostat"},
+
+    {"mnuFFTFilter", "Calculation", "FFT Filter", "", "frmFFTFilter"},
+    {"mnuSmoothing", "Calculation", "Smoothing", "", "frmSmoothing"},
+    {"mnuCalculation", "Calculation", "Calculation", "", "frmCalculation"},
+
+    {"mnuKouteckyLevich", "Analysis", "Koutecky-Levich Analysis", "Ctrl+K", "frmKoutecky_Levich"},
+    {"mnuRDAO2", "Analysis", "%H2O Analysis(O2 reduction)", "", "frmO2Reduction"},
+    {"mnuCottrellEquation", "Analysis", "Cottrell Equation Analysis", "", "frmCottrellEquation"},
+    {"mnuCoulombCalculation", "Analysis", "Coulomb Number Calculation", "", "frmCoulombCalculator"},
+    {"mnuTafelAnalysis", "Analysis", "Tafel Analysis", "", "frmTafelAnalyzer"},
+
+    {"mnuPowerControl", "Tool", "Power Control", "Ctrl+P", "frmPower"},
+    {"mnuMacro", "Tool", "Macro", "Ctrl+M", "frmMacro"},
+    {"mnuAdjustRPM", "Tool", "Adjust RPM", "Ctrl+R", "frmAdjustRPM"},
+
+    {"mnuSettings", "Option", "Settings", "Ctrl+,", "frmSettings"},
+};
+
+}  // namespace
+
+MainMenus::MainMenus(Form& form) : form_(form) {
+  entries_.reserve(std::size(kEntries));
+  for (const Entry& entry : kEntries) {
+    auto control =
+        std::make_unique<MenuEntry>(form, entry.name, entry.menu, entry.caption, entry.shortcut);
+    control->separator_before = entry.separator_before;
+    control->SetEnabled(false);
+    if (entry.window != nullptr) {
+      control->on_click = [&form, window = entry.window] { form.host().desktop.Show(window); };
+    }
+    entries_.push_back(std::move(control));
+  }
+}
+
+void MainMenus::SetAction(std::string_view name, std::function<void()> action) {
+  for (const std::unique_ptr<MenuEntry>& entry : entries_) {
+    if (entry->name() == name) entry->on_click = action;
+  }
+}
+
+void MainMenus::EnableUsable() {
+  const Desktop& desktop = form_.host().desktop;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const char* window = kEntries[i].window;
+    entries_[i]->SetEnabled(window != nullptr ? desktop.Knows(window)
+                                              : static_cast<bool>(entries_[i]->on_click));
+  }
+}
+
+}  // namespace zento

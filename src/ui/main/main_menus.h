@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/controls.h"
+#include "host/form.h"
+
+namespace zento {
+
+// The menus of the main window. An entry opens a window, or does something that the main window
+// gives it; an entry whose window is not known to the desktop, or that was given nothing to do, is
+// there and disabled.
+class MainMenus {
+ public:
+  explicit MainMenus(Form& form);
+
+  // `name` is that of an entry without a window.
+  void SetAction(std::string_view name, std::function<void()> action);
+  // Enables what can be used, once all windows are known.
+  void EnableUsable();
+
+ private:
+  Form& form_;
+  std::vector<std::unique_ptr<MenuEntry>> entries_;
+};
+
+}  // namespace zento

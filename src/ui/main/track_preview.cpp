@@ -1,0 +1,132 @@
+#include "ui/main/track_preview.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "core/axis_step.h"
+#include "core/palette.h"
+#include "core/sweeps.h"
+#include "core/tables.h"
+
+namespace zento {
+namespace {
+
+using Values = std::span<const double>;
+
+constexpr int kLightBlue = 9;
+constexpr int kLightRed = 12;
+constexpr int kChannels = 10;
+
+const char* XFormat(std::int32_t mode) {
+  switch (mode) {
+    case kModePS:
+      return "###0.0";
+    case kModeRPMvsj:
+    case kModeMulti:
+      return "###0";
+    default:
+      return "0.0";
+  }
+}
+
+const char* XTitle(std::int32_t mode) {
+  switch (mode) {
+    case kModePS:
+    case kModeMulti:
+      return "Time /s";
+    case kModeRPMvsj:
+      return "Rotation rate /rpm";
+    default:
+      return "Potential /V";
+  }
+}
+
+void Draw(PreviewPlot& plot, Values x, Values y, Colour colour, PreviewStyle style) {
+  if (style == PreviewStyle::kLines) {
+    plot.Polyline(x, y, colour);
+  } else {
+    plot.Dots(x, y, colour);
+  }
+}
+
+// Colour of the k-th of the cycles between `boundaries` boundaries.
+Colour CycleColour(std::size_t k, std::size_t boundaries, PreviewStyle style) {
+  const std::size_t spread = style == PreviewStyle::kLines ? 144 : 164;
+  return HLSToRGB(static_cast<int>(spread * k / boundaries) + 64, 16, 16);
+}
+
+void DrawCycles(PreviewPlot& plot, TrackStore& tracks, int track, PreviewStyle style) {
+  const Values x = tracks.Points(0, track);
+  const Values y = tracks.Points(1, track);
+  if (x.empty()) return;
+  const std::vector<std::int32_t> boundaries = CycleBoundaries(tracks, track);
+  for (std::size_t k = 1; k < boundaries.size(); ++k) {
+    const auto first = static_cast<std::size_t>(boundaries[k - 1]);
+    // Neighbouring cycles share the point between them.
+    const std::size_t count = static_cast<std::size_t>(boundaries[k]) - first + 1;
+    Draw(plot, x.subspan(first, count), y.subspan(first, count),
+         CycleColour(k, boundaries.size(), style), style);
+  }
+}
+
+void DrawChannels(PreviewPlot& plot, TrackStore& tracks, PreviewStyle style) {
+  const Values time = tracks.Points(2, 0);
+  for (int channel = 0; channel < kChannels; ++channel) {
+    Draw(plot, time, tracks.Points(0, channel), TrackPaleColor(channel), style);
+  }
+  for (int channel = 0; channel < kChannels; ++channel) {
+    Draw(plot, time, tracks.Points(1, channel), TrackColor(channel), style);
+  }
+}
+
+bool Usable(double from, double to) {
+  return std::isfinite(from) && std::isfinite(to) && from != to;
+}
+
+// The values' extent, where there is any.
+void Cover(Values values, double& least, double& most) {
+  if (values.empty()) return;
+  const auto [low, high] = std::minmax_element(values.begin(), values.end());
+  least = *low;
+  most = *high;
+}
+
+}  // namespace
+
+PreviewRange RangeOf(TrackStore& tracks, int track) {
+  const TrackRecord& record = tracks.Record(track);
+  PreviewRange range{record.Vxmin, record.Vymin, record.Vxmax, record.Vymax};
+  if (!Usable(range.x_min, range.x_max)) {
+    const bool multi = record.Mode == kModeMulti;
+    Cover(tracks.Points(multi ? 2 : 0, multi ? 0 : track), range.x_min, range.x_max);
+  }
+  if (!Usable(range.y_min, range.y_max)) {
+    Cover(tracks.Points(1, track), range.y_min, range.y_max);
+  }
+  return range;
+}
+
+void DrawTrack(PreviewPlot& plot, TrackStore& tracks, int track, const PreviewRange& range,
+               PreviewStyle style) {
+  plot.Clear();
+  const std::int32_t mode = tracks.Record(track).Mode;
+  if (mode <= kModeNone || mode >= kModes) return;
+  plot.SetFormats(XFormat(mode), "0.0e+0");
+  plot.SetRange(range.x_min, range.y_min, range.x_max, range.y_max);
+  plot.SetSteps(TickStep(range.x_min, range.x_max), TickStep(range.y_min, range.y_max));
+  plot.SetAxisTitles(XTitle(mode), "Current /A");
+  if (mode == kModeCV) {
+    DrawCycles(plot, tracks, track, style);
+  } else if (mode == kModeMulti) {
+    DrawChannels(plot, tracks, style);
+  } else {
+    const Values x = tracks.Points(0, track);
+    Draw(plot, x, tracks.Points(1, track), QBColor(kLightBlue), style);
+    if (HasRing(mode)) Draw(plot, x, tracks.Points(2, track), QBColor(kLightRed), style);
+  }
+}
+
+}  // namespace zento
