@@ -14,6 +14,8 @@ constexpr double kSweep = 4e-4;     // V of sweep in one step
 constexpr double kUnwatched = 0.1;  // s behind, from which on longer steps are taken
 constexpr double kRelaxed = 0.02;   // longest step, as a share of the time since the last event
 constexpr double kSettling = 0.05;  // s after a jump in which steps grow slowly
+constexpr double kSlowGrowth = 1.05;
+constexpr double kGrowth = 2.0;  // below 1 + sqrt(2), where variable second-order steps are stable
 
 CoupleCell::Settings CoupleSettings(const Parameters& p) {
   CoupleCell::Settings settings;
@@ -71,7 +73,7 @@ double Plant::ChooseStep(double behind) {
     longest = std::max(longest, std::min(kRelaxed * since_event_, 0.25 * behind));
   }
   if (slope * longest > kSweep) longest = std::max(kSweep / slope, kShortest);
-  double dt = std::min(step_ * (since_jump_ < kSettling ? 1.1 : 2.0), longest);
+  double dt = std::min(step_ * (since_jump_ < kSettling ? kSlowGrowth : kGrowth), longest);
   // Equal steps are cheaper than ones that differ in the last digit.
   if (dt > 0.99 * longest) dt = longest;
   const double corner = potentiostat_.UntilCorner();
