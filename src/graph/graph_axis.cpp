@@ -14,6 +14,7 @@ namespace zento {
 namespace {
 
 constexpr int kGridColour = 7;  // light grey
+constexpr int kAxisColour = 8;  // dark grey
 constexpr Colour kPaper{255, 255, 255};
 constexpr double kLabelSize = 10;    // points
 constexpr double kLabelDrop = 2;     // from the x axis to its labels
@@ -53,6 +54,7 @@ class AxisPainter {
 
   void Paint() {
     Grid();
+    AxisLines();
     Title();
     XLabels();
     YLabels();
@@ -74,6 +76,14 @@ class AxisPainter {
       if (at >= 0 && at <= extent_.height)
         surface_.Line({0, at}, {extent_.width, at}, QBColor(kGridColour));
     }
+  }
+
+  void AxisLines() {
+    // An axis at the bottom edge stands on the last row of the surface.
+    const double across = std::min(across_, extent_.height - 1);
+    const double up = std::min(up_, extent_.width - 1);
+    surface_.Line({0, across}, {extent_.width, across}, QBColor(kAxisColour));
+    surface_.Line({up, 0}, {up, extent_.height}, QBColor(kAxisColour));
   }
 
   // A text on its own ground, so that no grid line strikes it through.

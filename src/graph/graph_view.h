@@ -71,6 +71,8 @@ class GraphView : public Canvas {
   void PointerMoved(const PointerEvent& event) override;
   void PointerLeft() override;
 
+  // What is shown.
+  const DisplayList& list() const { return list_; }
   // How many points and shapes are kept.
   std::size_t ItemCount() const { return list_.size(); }
 

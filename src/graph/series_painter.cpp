@@ -67,7 +67,17 @@ class SeriesPainter {
     Draw(series.colour);
   }
 
+  // Whether a line lies wholly before `begin` or behind its `length`, even when rounded.
+  static bool Passes(double from, double to, double begin, double length) {
+    return (from < begin - 2 && to < begin - 2) ||
+           (from > begin + length + 2 && to > begin + length + 2);
+  }
+
   void Segment(Point from, Point to, Colour colour) {
+    if (Passes(from.x, to.x, area_.x, area_.width) || Passes(from.y, to.y, area_.y, area_.height)) {
+      Draw(colour);
+      return;
+    }
     if (!WithinLineLimit(from) || !WithinLineLimit(to)) {
       const Point step{to.x - from.x, to.y - from.y};
       Part part;

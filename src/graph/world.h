@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "host/surface.h"
 
@@ -30,7 +31,7 @@ class WorldAxis {
   float operator()(double world) const {
     const double at = scale_ * world + offset_;
     if (!(at >= -kLimit)) return static_cast<float>(-kLimit);
-    return static_cast<float>(std::floor(std::min(at, kLimit)));
+    return static_cast<float>(Floor(std::min(at, kLimit)));
   }
   // Without limits and rounding.
   double Exact(double world) const { return scale_ * world + offset_; }
@@ -41,6 +42,11 @@ class WorldAxis {
 
  private:
   static constexpr double kLimit = 2.1e9;
+  // Within the limit a conversion does it, which the compiler need not call a function for.
+  static std::int64_t Floor(double value) {
+    const auto towards_zero = static_cast<std::int64_t>(value);
+    return towards_zero - (static_cast<double>(towards_zero) > value ? 1 : 0);
+  }
   double scale_ = 1;
   double offset_ = 0;
 };
