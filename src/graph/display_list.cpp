@@ -12,6 +12,11 @@ namespace {
 
 constexpr Colour kBackground{255, 255, 255};
 
+// A corner beyond any surface may as well stand a little nearer.
+Point WithinReach(Point at) {
+  return {std::clamp(at.x, -kLineLimit, kLineLimit), std::clamp(at.y, -kLineLimit, kLineLimit)};
+}
+
 }  // namespace
 
 void DisplayList::Clear(const AxisFrame* frame) {
@@ -153,14 +158,17 @@ void DisplayList::PaintPolyline(Surface& surface, const WorldMap& map, const Bat
 }
 
 void DisplayList::PaintShape(Surface& surface, const WorldMap& map, const ListShape& shape) {
-  const Point from = map(shape.from);
+  Point from = map(shape.from);
   if (shape.kind == ListShape::Kind::kCircle) {
+    // No surface reaches that far.
+    if (!WithinLineLimit(from) || !(shape.radius >= 0 && shape.radius <= kLineLimit)) return;
     const bool solid = shape.fill_style == 0;
     surface.Circle(from, shape.radius, shape.colour, solid ? &shape.colour : nullptr);
     DrawHatch(surface, from, shape.radius, shape.colour, shape.fill_style);
     return;
   }
-  const Point to = map(shape.to);
+  from = WithinReach(from);
+  const Point to = WithinReach(map(shape.to));
   const Rect rect{std::min(from.x, to.x), std::min(from.y, to.y), std::abs(to.x - from.x),
                   std::abs(to.y - from.y)};
   if (shape.kind == ListShape::Kind::kBox) {

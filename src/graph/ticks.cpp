@@ -55,7 +55,8 @@ Ticks MakeTicks(double from, double to, double step, int most) {
   if (behind < 0) return {};
   // One more than fits, since the first may lie before `from`.
   ticks.count = static_cast<int>(std::min(std::floor(behind), most + 1.0)) + 1;
-  return ticks;
+  const bool finite = std::isfinite(ticks.Value(0)) && std::isfinite(ticks.Value(ticks.count - 1));
+  return finite ? ticks : Ticks{};
 }
 
 std::string TickPattern(double step, double largest) {
