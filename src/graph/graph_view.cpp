@@ -130,9 +130,7 @@ void GraphView::PointerLeft() {
 
 std::string GraphView::Readout() const {
   if (!pointer_inside_) return {};
-  const WorldMap map = ScreenMap();
-  return PointReadout({map.x.World(pointer_.x), map.y.World(pointer_.y)},
-                      std::abs(1 / map.x.scale()), std::abs(1 / map.y.scale()));
+  return PointReadout(pointer_, list_.world(), size());
 }
 
 }  // namespace zento

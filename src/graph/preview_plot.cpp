@@ -276,8 +276,8 @@ void PreviewPlot::ShowIfSensible(const WorldWindow& window) {
 std::string PreviewPlot::Readout() const {
   const Rect area = PlotArea();
   if (!pointer_inside_ || !Inside(area, pointer_)) return {};
-  const WorldMap map(shown_, {area.width, area.height});
-  return PointReadout(WorldAt(pointer_), std::abs(1 / map.x.scale()), std::abs(1 / map.y.scale()));
+  return PointReadout({pointer_.x - area.x, pointer_.y - area.y}, shown_,
+                      {area.width, area.height});
 }
 
 }  // namespace zento

@@ -1,5 +1,6 @@
 #include "graph/readout.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "graph/ticks.h"
@@ -8,15 +9,21 @@
 namespace zento {
 namespace {
 
-std::string Coordinate(double value, double unit) {
+// The pattern follows the whole axis, so that it does not change under the moving pointer.
+std::string Coordinate(double at, const WorldAxis& axis, double from, double to) {
+  double value = axis.World(at);
+  const double unit = std::abs(1 / axis.scale());
   if (!std::isfinite(value) || !(unit > 0) || !std::isfinite(unit)) return "-";
-  return Format(value, TickPattern(unit, std::abs(value)));
+  if (std::abs(value) < unit / 2) value = 0;
+  return Format(value, TickPattern(unit, std::max(std::abs(from), std::abs(to))));
 }
 
 }  // namespace
 
-std::string PointReadout(Point world, double x_unit, double y_unit) {
-  return Coordinate(world.x, x_unit) + ", " + Coordinate(world.y, y_unit);
+std::string PointReadout(Point at, const WorldWindow& window, Size surface) {
+  const WorldMap map(window, surface);
+  return Coordinate(at.x, map.x, window.x1, window.x2) + ", " +
+         Coordinate(at.y, map.y, window.y1, window.y2);
 }
 
 }  // namespace zento

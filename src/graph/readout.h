@@ -2,12 +2,13 @@
 
 #include <string>
 
+#include "graph/world.h"
 #include "host/surface.h"
 
 namespace zento {
 
-// "x, y" of a place in world coordinates with as many digits as the picture resolves; one surface
-// unit is `x_unit` wide and `y_unit` high in world coordinates.
-std::string PointReadout(Point world, double x_unit, double y_unit);
+// "x, y" of a place on a surface that shows the window, in world coordinates, with the digits that
+// one surface unit resolves.
+std::string PointReadout(Point at, const WorldWindow& window, Size surface);
 
 }  // namespace zento

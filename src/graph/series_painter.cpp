@@ -11,22 +11,16 @@ namespace {
 
 constexpr double kMarkRadius = 3;
 
-// What lies between two values, seen from `from`: the part of a line inside, as fractions.
-struct Part {
-  double begin = 0;
-  double end = 1;
-
-  // Cuts off where from + t * step is below `low` or above `high`. False when nothing is left.
-  bool Cut(double from, double step, double low, double high) {
-    if (step == 0) return from >= low && from <= high;
-    double enter = (low - from) / step;
-    double leave = (high - from) / step;
-    if (enter > leave) std::swap(enter, leave);
-    begin = std::max(begin, enter);
-    end = std::min(end, leave);
-    return begin <= end;
-  }
-};
+// Moves `end` along the line to `other` until its coordinate `along` lies within `low` and `high`.
+// The boundary is taken as it is, so that ends at any distance come out right.
+void Clip(Point& end, const Point& other, double Point::*along, double Point::*across, double low,
+          double high) {
+  const double bound = std::clamp(end.*along, low, high);
+  if (bound == end.*along) return;
+  const double part = (bound - end.*along) / (other.*along - end.*along);
+  end.*across += part * (other.*across - end.*across);
+  end.*along = bound;
+}
 
 class SeriesPainter {
  public:
@@ -73,21 +67,27 @@ class SeriesPainter {
            (from > begin + length + 2 && to > begin + length + 2);
   }
 
+  bool Misses(Point from, Point to) const {
+    return Passes(from.x, to.x, area_.x, area_.width) ||
+           Passes(from.y, to.y, area_.y, area_.height);
+  }
+
   void Segment(Point from, Point to, Colour colour) {
-    if (Passes(from.x, to.x, area_.x, area_.width) || Passes(from.y, to.y, area_.y, area_.height)) {
+    if (Misses(from, to)) {
       Draw(colour);
       return;
     }
     if (!WithinLineLimit(from) || !WithinLineLimit(to)) {
-      const Point step{to.x - from.x, to.y - from.y};
-      Part part;
-      if (!part.Cut(from.x, step.x, area_.x - 1, area_.x + area_.width + 1) ||
-          !part.Cut(from.y, step.y, area_.y - 1, area_.y + area_.height + 1)) {
+      const double right = area_.x + area_.width;
+      const double bottom = area_.y + area_.height;
+      Clip(from, to, &Point::x, &Point::y, area_.x - 1, right + 1);
+      Clip(to, from, &Point::x, &Point::y, area_.x - 1, right + 1);
+      if (Misses(from, to)) {
         Draw(colour);
         return;
       }
-      to = {from.x + part.end * step.x, from.y + part.end * step.y};
-      from = {from.x + part.begin * step.x, from.y + part.begin * step.y};
+      Clip(from, to, &Point::y, &Point::x, area_.y - 1, bottom + 1);
+      Clip(to, from, &Point::y, &Point::x, area_.y - 1, bottom + 1);
     }
     if (!open_ || Pixel(from) != end_) {
       Draw(colour);
