@@ -7,14 +7,25 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
+#include <QProxyStyle>
 #include <QStringList>
-#include <QStyleFactory>
 
 namespace zento {
 namespace {
 
 // Points. Smaller system fonts are brought up to it.
 constexpr double kLeastFontSize = 10;
+
+// Buttons say what they do in words; an icon on some of them adds nothing.
+class PlainStyle : public QProxyStyle {
+ public:
+  PlainStyle() : QProxyStyle(QLatin1String("Fusion")) {}
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
 
 QPixmap DrawIcon(int size) {
   QPixmap picture(size, size);
@@ -28,13 +39,13 @@ QPixmap DrawIcon(int size) {
   painter.setPen(QPen(QColor(120, 160, 185), 1.5));
   painter.drawLine(QPointF(9, 33), QPointF(55, 33));
   // The forward wave with its peak, and the way back with the other.
-  QPainterPath wave(QPointF(9, 36));
-  wave.cubicTo(22, 35, 28, 33, 32, 20);
-  wave.cubicTo(35, 8, 40, 18, 55, 23);
-  wave.cubicTo(46, 26, 42, 30, 37, 42);
-  wave.cubicTo(32, 60, 26, 46, 9, 40);
+  QPainterPath wave(QPointF(10, 38));
+  wave.cubicTo(22, 37, 26, 32, 30, 20);
+  wave.cubicTo(33, 9, 38, 16, 54, 24);
+  wave.cubicTo(45, 26, 40, 32, 36, 43);
+  wave.cubicTo(32, 55, 26, 44, 10, 38);
   painter.setBrush(Qt::NoBrush);
-  painter.setPen(QPen(QColor(255, 200, 60), 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setPen(QPen(QColor(255, 200, 60), 3.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPath(wave);
   return picture;
 }
@@ -48,7 +59,7 @@ QIcon ProgramIcon() {
 }
 
 void ApplyAppearance(QApplication& application) {
-  QApplication::setStyle(QStyleFactory::create(QLatin1String("Fusion")));
+  QApplication::setStyle(new PlainStyle);
   QFont font = QApplication::font();
   if (font.pointSizeF() < kLeastFontSize) font.setPointSizeF(kLeastFontSize);
   font.setFamilies({QFontInfo(font).family(), QLatin1String("VL Gothic")});

@@ -50,6 +50,8 @@ class Hairline {
   void Segment(Pixel from, Pixel to);
   void Wide(Pixel from, Pixel to);  // at least as wide as high
   void High(Pixel from, Pixel to);
+  void WideInside(Pixel from, Pixel to);
+  void HighInside(Pixel from, Pixel to);
   void Fill(std::int64_t left, std::int64_t top, std::int64_t right, std::int64_t bottom);
   void Dab(std::int64_t x, std::int64_t y) { Fill(x, y, x + thickness_, y + thickness_); }
 

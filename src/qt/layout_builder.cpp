@@ -35,11 +35,20 @@ QLabel* Caption(const std::string& text) {
   return label;
 }
 
+// A picture with at most a strip below it: a plotting window.
+bool IsPlotPage(const LayoutNode& root) {
+  if (root.kind != LayoutNode::Kind::kRows || root.children.empty()) return false;
+  const Control* first = root.children.front().control;
+  return first != nullptr && first->Kind() == ControlKind::kCanvas && root.children.size() <= 2;
+}
+
 }  // namespace
 
 void LayoutBuilder::Build(const LayoutNode& root, QWidget& page) {
   auto* rows = new QVBoxLayout(&page);
-  rows->setContentsMargins(kPageMargin, kPageMargin, kPageMargin, kPageMargin);
+  // A plot fills its window from edge to edge.
+  const int margin = IsPlotPage(root) ? 0 : kPageMargin;
+  rows->setContentsMargins(margin, margin, margin, margin);
   rows->setSpacing(kSpacing);
   Add(root, *rows);
   if (!Grows(root)) rows->addStretch(1);
@@ -64,7 +73,7 @@ void LayoutBuilder::Add(const LayoutNode& node, QBoxLayout& into) {
   switch (node.kind) {
     case LayoutNode::Kind::kRows: {
       auto* rows = new QVBoxLayout;
-      rows->setSpacing(kSpacing);
+      rows->setSpacing(IsPlotPage(node) ? 0 : kSpacing);
       into.addLayout(rows, share);
       AddChildren(node, *rows);
       // Beside a taller neighbour the rows stay together at the top.

@@ -17,7 +17,6 @@ namespace zento {
 namespace {
 
 constexpr char kProgramName[] = "Zento";
-constexpr char kTimesShown[] = "timesShown";
 
 // The window a person works in, or the one they came from when that is a dialog.
 QWindow* WorkingWindow() {
@@ -66,7 +65,7 @@ void QtDialogs::Show(QDialog& dialog, Qt::WindowModality modality) {
 }
 
 void QtDialogs::Message(const std::string& text, std::function<void()> closed) {
-  auto* box = new QMessageBox(QMessageBox::NoIcon, QLatin1String(kProgramName), ToQt(text),
+  auto* box = new QMessageBox(QMessageBox::Information, QLatin1String(kProgramName), ToQt(text),
                               QMessageBox::Ok);
   box->setObjectName(QLatin1String("Message"));
   box->setTextFormat(Qt::PlainText);

@@ -1,0 +1,81 @@
+#include "app/gui_options.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <cstdint>
+#include <sstream>
+
+#include "host/path_text.h"
+
+namespace zento {
+namespace {
+
+struct Request {
+  std::string bench;
+  std::string home;
+  std::optional<std::uint64_t> seed;
+  std::vector<std::string> bench_set;
+};
+
+void AddOptions(CLI::App& app, Request& request) {
+  app.add_option("--bench", request.bench,
+                 "sim: the simulated bench; hardware: the instruments on this machine. Without it "
+                 "the program asks")
+      ->check(CLI::IsMember({"sim", "hardware"}));
+  app.add_option("--home", request.home,
+                 "folder of settings, calibration and logs; without it the program's own folder "
+                 "when it holds a Parameters.txt, else the user's data folder");
+  app.add_option("--seed", request.seed, "seed of the simulated bench's noise");
+  app.add_option("--bench-set", request.bench_set,
+                 "KEY=VALUE, changes a parameter of the simulated bench; may be repeated. "
+                 "zento-cli bench lists them")
+      ->take_all()
+      ->allow_extra_args(false);
+}
+
+GuiOptions Refuse(const std::string& why) {
+  GuiOptions options;
+  options.answer = "zento: " + why + "\n";
+  options.exit_status = 1;
+  return options;
+}
+
+}  // namespace
+
+GuiOptions ParseGuiOptions(const std::vector<std::string>& arguments) {
+  Request request;
+  CLI::App app("Zento, a workstation for electrochemical measurements.", "zento");
+  app.set_version_flag("--version", std::string("zento ") + ZENTO_VERSION);
+  AddOptions(app, request);
+  try {
+    std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+    if (!reversed.empty()) reversed.pop_back();
+    app.parse(std::move(reversed));
+  } catch (const CLI::ParseError& error) {
+    std::ostringstream out;
+    std::ostringstream err;
+    if (app.exit(error, out, err) != 0) return Refuse(error.what());
+    GuiOptions options;
+    options.answer = out.str();
+    return options;
+  }
+  GuiOptions options;
+  options.home = PathFromText(request.home);
+  if (!request.bench.empty()) options.simulated = request.bench == "sim";
+  if (options.simulated != true && (request.seed || !request.bench_set.empty())) {
+    return Refuse("--bench-set and --seed are for --bench sim");
+  }
+  for (const std::string& assignment : request.bench_set) {
+    if (Status set = sim::SetFromText(options.bench, assignment); !set.ok()) {
+      return Refuse(set.why());
+    }
+  }
+  if (request.seed) {
+    const Status set = sim::Set(options.bench, "seed", std::to_string(*request.seed));
+    if (!set.ok()) return Refuse(set.why());
+  }
+  return options;
+}
+
+}  // namespace zento

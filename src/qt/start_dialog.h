@@ -1,0 +1,13 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+namespace zento {
+
+// Asks, before anything is opened, what to work with: true for the simulated bench, false for the
+// instruments of the laboratory, nothing when the person leaves. There is no default and nothing is
+// remembered: made-up data are never a matter of habit. Gives up when `interrupted` becomes true.
+std::optional<bool> AskForBench(const std::function<bool()>& interrupted);
+
+}  // namespace zento
