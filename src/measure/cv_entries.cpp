@@ -175,7 +175,7 @@ LayoutNode frmMeasureCV::Layout() {
   return Columns({
       Rows({
           Group("Setting",
-                {Fields({Field("Number", txtCVNum, &UpDown2), Field("Title", txtCVTitle)})}),
+                {Fields({Field("Number", txtCVNum, &UpDown2), Field("Name", txtCVTitle)})}),
           Group("Scales", {Fields({Field("XScale V/V (ch 0)", txtXScale),
                                    Field("YScale A/V (ch 1)", txtYScale),
                                    Field("RPM /V (ch. 5)", txtRPMScale)})}),

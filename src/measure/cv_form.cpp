@@ -57,7 +57,7 @@ frmMeasureCV::frmMeasureCV(Workstation& workstation, Host& host, Instruments& in
       txtDataNum(*this, "txtDataNum", "0"),
       UpDown1(*this, "UpDown1"),
       txtTitle(*this, "txtTitle"),
-      picVMon(*this, "picVMon"),
+      picVMon(*this, "picVMon", {360, 240}),
       lblVoltage(*this, "lblVoltage"),
       cmdClearVMon(*this, "cmdClearVMon", "Clear V mon."),
       lblMode(*this, "lblMode"),

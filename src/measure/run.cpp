@@ -170,7 +170,12 @@ void MeasureForm::TickFailed(const std::string& why) {
   ++failed_ticks_;
   if (failing_.Read(now) < kFailedMillis || failed_ticks_ < kFailedTicks || stop_requested_) return;
   RequestStop();
-  host().dialogs.Message(why.empty() ? board_message_ : why);
+  host().dialogs.Message(why.empty() ? BoardMessage() : why);
+}
+
+std::string MeasureForm::BoardMessage() const {
+  const std::string problem = instruments_.analog_input.LastProblem();
+  return problem.empty() ? board_message_ : board_message_ + "\n" + problem;
 }
 
 void MeasureForm::StartGenerator() {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string>
 
@@ -119,7 +118,7 @@ class MeasureForm : public Form {
                 std::span<double> sums);
   // Tells how a run's tick went. A tick that got no point leaves a gap; when nothing but such ticks
   // came for two seconds, and at least five of them, the run is brought to its end with a message:
-  // `why`, or the one of a board that does not open.
+  // `why`, or that of a board that does not open with the cause behind it.
   void TickSucceeded() { failed_ticks_ = 0; }
   void TickFailed(const std::string& why = {});
 
@@ -150,6 +149,7 @@ class MeasureForm : public Form {
  private:
   void Tick();
   void Finish();
+  std::string BoardMessage() const;
 
   Workstation& workstation_;
   Instruments& instruments_;
