@@ -12,7 +12,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
 TEST(PlannedSweep, IsThePathOverTheRate) {
   EXPECT_EQ(PlannedSweepMillis({-0.2, 1.2, 0.6}, 2, 50), 80'000);
@@ -409,6 +408,42 @@ TEST(CVForm, ValuesBeyondAnyNumberAreNotRecorded) {
   EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre("Overflow"));
   EXPECT_EQ(rig.Record(3).pnum, 0);
   EXPECT_EQ(rig.sent.back(), "A0");
+}
+
+TEST(CVForm, DrawsNothingWhileItRecordsFast) {
+  TestRig rig;
+  frmMeasureCV& cv = ShortRun(rig);
+  cv.SamplingRate(20);
+  cv.StartMeasurement();
+  rig.RunFor(10);
+  const auto& picture = dynamic_cast<Graph*>(rig.machine.desktop.Find("Graph1"))->Picture1;
+  EXPECT_EQ(picture.ItemCount(), 0u);
+  ASSERT_TRUE(rig.RunUntilIdle());
+  EXPECT_EQ(picture.ItemCount(), static_cast<std::size_t>(rig.Record(3).pnum));
+}
+
+TEST(CVForm, WaitsNoLongerThanTheGeneratorCanHold) {
+  TestRig rig;
+  frmMeasureCV& cv = ShortRun(rig);
+  cv.RetainTime(5000);
+  cv.StartMeasurement();
+  EXPECT_THAT(rig.sent, Contains("HT999E0"));
+  EXPECT_EQ(cv.txtRetainTime.text(), "999");
+  rig.RunFor(999.2);
+  EXPECT_EQ(cv.lblMode.text(), "Recording");
+}
+
+TEST(CVForm, ClearsItsMonitorOnlyWhileIdle) {
+  TestRig rig;
+  frmMeasureCV& cv = ShortRun(rig);
+  rig.RunFor(0.1);
+  EXPECT_GT(cv.picVMon.ItemCount(), 0u);
+  cv.StartMeasurement();
+  ASSERT_TRUE(cv.cmdClearVMon.UserClick().ok());
+  EXPECT_GT(cv.picVMon.ItemCount(), 0u);
+  rig.ws.end_active_run();
+  ASSERT_TRUE(cv.cmdClearVMon.UserClick().ok());
+  EXPECT_EQ(cv.picVMon.ItemCount(), 0u);
 }
 
 TEST(CVForm, GoesOnWhenItsGraphIsClosedAndComesBackToIt) {
