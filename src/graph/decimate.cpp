@@ -5,69 +5,18 @@
 
 namespace zento {
 
-void PixelPolyline::Keep(Point at) {
-  if (kept_.empty() || kept_.back() != at) kept_.push_back(at);
-}
-
-void PixelPolyline::Extend(double along) {
-  if (along < low_) {
-    low_ = along;
-    low_first_ = false;
-  } else if (along > high_) {
-    high_ = along;
-    low_first_ = true;
-  }
-  last_ = along;
-}
-
-void PixelPolyline::FlushRun() {
-  if (run_ == Run::kColumn || run_ == Run::kRow) {
-    const auto at = [this](double along) {
-      return run_ == Run::kColumn ? Point{start_.x, along} : Point{along, start_.y};
-    };
-    // The extreme that was met last comes last, which saves a vertex where the run ends there.
-    Keep(at(low_first_ ? low_ : high_));
-    Keep(at(low_first_ ? high_ : low_));
-    Keep(at(last_));
-  }
-  run_ = Run::kNone;
-}
-
-void PixelPolyline::Add(Point at) {
-  if (finished_) {
-    kept_.clear();
-    finished_ = false;
-  }
-  if (run_ == Run::kPoint) {
-    if (at == start_) return;
-    if (at.x == start_.x || at.y == start_.y) {
-      run_ = at.x == start_.x ? Run::kColumn : Run::kRow;
-      low_ = high_ = last_ = run_ == Run::kColumn ? start_.y : start_.x;
-    }
-  }
-  if (run_ == Run::kColumn && at.x == start_.x) {
-    Extend(at.y);
-  } else if (run_ == Run::kRow && at.y == start_.y) {
-    Extend(at.x);
-  } else {
-    const bool turned = run_ == Run::kColumn || run_ == Run::kRow;
-    FlushRun();
-    // A run's last vertex may open the next run at a right angle to it.
-    if (turned && (at.x == kept_.back().x || at.y == kept_.back().y)) {
-      start_ = kept_.back();
-      run_ = Run::kPoint;
-      Add(at);
-      return;
-    }
-    Keep(at);
-    start_ = at;
-    run_ = Run::kPoint;
-  }
+void PixelPolyline::FlushExtremes() {
+  // The extreme at which the column is left comes second, which saves a vertex.
+  const double second = last_ == low_ ? low_ : high_;
+  const double before = last_ == low_ ? high_ : low_;
+  if (first_ != before) kept_.push_back({column_, before});
+  kept_.push_back({column_, second});
+  if (last_ != second) kept_.push_back({column_, last_});
 }
 
 std::span<const Point> PixelPolyline::Finish() {
-  FlushRun();
-  if (finished_) kept_.clear();  // nothing was added since
+  FlushColumn();
+  column_ = kNone;
   finished_ = true;
   return kept_;
 }

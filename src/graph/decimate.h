@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -13,31 +15,45 @@
 namespace zento {
 
 // Collects the vertices of a line, given in whole pixels, and drops those that leave no trace: of
-// consecutive ones in one column or one row, which cover every pixel between their extremes, the
-// first, the extremes and the last stay.
+// consecutive ones in one column, which cover every pixel between their extremes, the first, the
+// extremes and the last stay.
 class PixelPolyline {
  public:
   // Coordinates are whole numbers.
-  void Add(Point at);
+  void Add(Point at) {
+    if (at.x == column_) {
+      low_ = std::min(low_, at.y);
+      high_ = std::max(high_, at.y);
+      last_ = at.y;
+      return;
+    }
+    FlushColumn();
+    column_ = at.x;
+    first_ = low_ = high_ = last_ = at.y;
+  }
   // What is left, ready to be drawn. Add begins a new line afterwards.
   std::span<const Point> Finish();
 
  private:
-  void Extend(double along);
-  void FlushRun();
-  void Keep(Point at);
+  void FlushColumn() {
+    if (finished_) {
+      kept_.clear();
+      finished_ = false;
+    }
+    if (!(column_ == column_)) return;
+    kept_.push_back({column_, first_});
+    if (low_ != high_) FlushExtremes();
+  }
+  void FlushExtremes();
 
+  static constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
   std::vector<Point> kept_;
   bool finished_ = false;
-
-  // The vertices since `start_`, all in its column or row. `start_` itself is kept already.
-  enum class Run { kNone, kPoint, kColumn, kRow };
-  Run run_ = Run::kNone;
-  Point start_;
+  double column_ = kNone;  // of the vertices that are not in `kept_` yet
+  double first_ = 0;
   double low_ = 0;
   double high_ = 0;
   double last_ = 0;
-  bool low_first_ = false;
 };
 
 // `points` as PixelPolyline leaves them.

@@ -140,19 +140,26 @@ void DisplayList::PaintPolyline(Surface& surface, const WorldMap& map, const Bat
     if (kept.size() == 1) surface.Dots(kept, batch.colour);
     if (kept.size() > 1) surface.Polyline(kept, batch.colour);
   };
-  bool joined = false;  // the line so far ends at `before`
-  Point before = map(vertices_[batch.begin]);
-  for (std::size_t i = batch.begin + 1; i < batch.end; ++i) {
+  // A vertex is added when it turns out that a line leads to it or on from it.
+  Point before;
+  bool reachable = false;  // `before` may end a line
+  bool joined = false;     // and has been added
+  for (std::size_t i = batch.begin; i < batch.end; ++i) {
     const Point at = map(vertices_[i]);
-    if (!WithinLineLimit(before) || !WithinLineLimit(at)) {
+    if (!WithinLineLimit(at)) {
       if (joined) draw();
-      joined = false;
-    } else {
-      if (!joined) line.Add(before);
+      reachable = joined = false;
+      continue;
+    }
+    if (joined) {
+      line.Add(at);
+    } else if (reachable) {
+      line.Add(before);
       line.Add(at);
       joined = true;
     }
     before = at;
+    reachable = true;
   }
   if (joined) draw();
 }
@@ -185,11 +192,11 @@ void DisplayList::PaintText(Surface& surface, const ListText& text) {
   surface.Text(text.at, text.text, style);
 }
 
-void DisplayList::Paint(Surface& surface) const {
+void DisplayList::Paint(Surface& surface, Size extent) const {
   surface.Clear(kBackground);
-  if (framed_) PaintAxis(surface, frame_);
+  if (framed_) PaintAxis(surface, extent, frame_);
   for (const Batch& batch : batches_) {
-    const WorldMap map(worlds_[batch.world], surface.Extent());
+    const WorldMap map(worlds_[batch.world], extent);
     if (batch.kind == Kind::kDots) {
       PaintDots(surface, map, batch);
     } else if (batch.kind == Kind::kPolyline) {

@@ -49,8 +49,8 @@ class DisplayList {
   void AddShape(const ListShape& shape);
   void AddText(ListText text);
 
-  // Draws everything for the surface's extent, on a white ground.
-  void Paint(Surface& surface) const;
+  // Draws everything on a white ground, the window filling `extent`.
+  void Paint(Surface& surface, Size extent) const;
   static void PaintShape(Surface& surface, const WorldMap& map, const ListShape& shape);
   static void PaintText(Surface& surface, const ListText& text);
 

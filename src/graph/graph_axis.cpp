@@ -42,10 +42,10 @@ double Within(double at, double length, double extent) {
 
 class AxisPainter {
  public:
-  AxisPainter(Surface& surface, const AxisFrame& frame)
+  AxisPainter(Surface& surface, Size extent, const AxisFrame& frame)
       : surface_(surface),
         frame_(frame),
-        extent_(surface.Extent()),
+        extent_(extent),
         map_(frame.world, extent_),
         x_ticks_(MakeTicks(frame.world.x1, frame.world.x2, frame.x_step, Most(extent_.width))),
         y_ticks_(MakeTicks(frame.world.y1, frame.world.y2, frame.y_step, Most(extent_.height))),
@@ -177,8 +177,8 @@ class AxisPainter {
 
 }  // namespace
 
-void PaintAxis(Surface& surface, const AxisFrame& frame) {
-  AxisPainter(surface, frame).Paint();
+void PaintAxis(Surface& surface, Size extent, const AxisFrame& frame) {
+  AxisPainter(surface, extent, frame).Paint();
 }
 
 }  // namespace zento

@@ -16,8 +16,9 @@ Graph::Graph(Host& host, std::string name)
 
 void Graph::CopyPicture() {
   // A copy: a clipboard may ask for the picture later, when the window shows another or has gone.
-  host().clipboard.SetPicture(Picture1.size(),
-                              [list = Picture1.list()](Surface& surface) { list.Paint(surface); });
+  host().clipboard.SetPicture(Picture1.size(), [list = Picture1.list()](Surface& surface) {
+    list.Paint(surface, surface.Extent());
+  });
 }
 
 void Graph::SetPosition(std::int16_t left, std::int16_t top) {

@@ -116,7 +116,7 @@ void GraphView::Curve(std::span<const double> x, std::span<const double> y, Colo
 }
 
 void GraphView::Paint(Surface& surface) {
-  list_.Paint(surface);
+  list_.Paint(surface, PaintSize(surface.Extent(), size()));
 }
 
 void GraphView::PointerMoved(const PointerEvent& event) {

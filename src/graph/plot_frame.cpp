@@ -68,10 +68,10 @@ struct AxisPart {
 
 class FramePainter {
  public:
-  FramePainter(Surface& surface, const PlotFrame& frame)
+  FramePainter(Surface& surface, Size extent, const PlotFrame& frame)
       : surface_(surface),
         frame_(frame),
-        extent_(surface.Extent()),
+        extent_(extent),
         x_(surface, frame.window.x1, frame.window.x2, frame.x_step, extent_.width, frame.x_format,
            frame.fit_formats),
         y_(surface, frame.window.y1, frame.window.y2, frame.y_step, extent_.height, frame.y_format,
@@ -162,8 +162,8 @@ class FramePainter {
 
 }  // namespace
 
-Rect PaintPlotFrame(Surface& surface, const PlotFrame& frame) {
-  return FramePainter(surface, frame).Paint();
+Rect PaintPlotFrame(Surface& surface, Size extent, const PlotFrame& frame) {
+  return FramePainter(surface, extent, frame).Paint();
 }
 
 void PaintPlotBorder(Surface& surface, const Rect& area) {

@@ -19,9 +19,9 @@ struct PlotFrame {
   std::string y_title;
 };
 
-// Clears the surface, draws grid, labels and titles, and returns what they leave for the curves, in
-// whole surface units.
-Rect PaintPlotFrame(Surface& surface, const PlotFrame& frame);
+// Clears the surface, draws grid, labels and titles for `extent`, and returns what they leave for
+// the curves, in whole surface units.
+Rect PaintPlotFrame(Surface& surface, Size extent, const PlotFrame& frame);
 
 // The line around the plot area; drawn last, so that no curve covers it.
 void PaintPlotBorder(Surface& surface, const Rect& area);

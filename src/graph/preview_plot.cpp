@@ -157,8 +157,9 @@ void PreviewPlot::Paint(Surface& surface) {
     frame.x_step = x_step_;
     frame.y_step = y_step_;
   }
-  const Rect area = PaintPlotFrame(surface, frame);
-  if (surface.Extent() == size()) area_ = area;
+  const Size extent = PaintSize(surface.Extent(), size());
+  const Rect area = PaintPlotFrame(surface, extent, frame);
+  if (extent == size()) area_ = area;
   PaintPlotSeries(surface, area, shown_, series_);
   PaintPlotBorder(surface, area);
 }

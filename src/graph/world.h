@@ -67,4 +67,13 @@ inline bool WithinLineLimit(Point at) {
   return std::abs(at.x) <= kLineLimit && std::abs(at.y) <= kLineLimit;
 }
 
+// The size for which a canvas is to be painted. A surface that shows it on the screen may be larger
+// by a fraction of a unit, since its own pixels need not fit: what is painted there and what is
+// added to it later must still agree.
+inline Size PaintSize(Size surface, Size screen) {
+  const bool shown =
+      std::abs(surface.width - screen.width) < 1 && std::abs(surface.height - screen.height) < 1;
+  return shown ? screen : surface;
+}
+
 }  // namespace zento
