@@ -19,9 +19,9 @@ void StopTimers(const Form& form) {
 
 Desktop::~Desktop() {
   *alive_ = false;
+  // Last loaded, first destroyed.
   while (!loaded_.empty()) {
-    // Last loaded, first destroyed.
-    Entry entry = std::move(loaded_.back());
+    const Entry entry = std::move(loaded_.back());
     loaded_.pop_back();
   }
 }
@@ -116,6 +116,12 @@ void Desktop::Retire(std::unique_ptr<Form> form) {
     // Moved out first: a form's destructor may unload another one.
     const auto gone = std::exchange(leaving_, {});
   });
+}
+
+void Desktop::Clear() {
+  while (!loaded_.empty()) Unload(loaded_.back().form->name());
+  const auto gone = std::exchange(leaving_, {});
+  factories_.clear();
 }
 
 std::vector<Form*> Desktop::Loaded() const {

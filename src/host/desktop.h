@@ -65,6 +65,10 @@ class Desktop {
   // destroyed once the handlers now running have returned.
   void Unload(std::string_view name);
 
+  // Unloads every form, the last one loaded first, and destroys them at once with all that waited
+  // for it; forgets the factories. For the program's very end, not to be called from a handler.
+  void Clear();
+
   // In the order in which they were loaded.
   std::vector<Form*> Loaded() const;
 
