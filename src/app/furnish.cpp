@@ -1,0 +1,77 @@
+#include "app/furnish.h"
+
+#include <cmath>
+#include <vector>
+
+#include "core/home.h"
+#include "core/settings_file.h"
+#include "core/settings_table.h"
+#include "devices/calibration.h"
+#include "sim/rotor.h"
+
+namespace zento {
+namespace {
+
+constexpr char kCalibrationFile[] = "rpm-calibration.txt";
+
+#ifdef _WIN32
+constexpr char kSound[] = R"(C:\Windows\Media\chimes.wav)";
+#else
+constexpr char kSound[] = "/usr/share/sounds/freedesktop/stereo/complete.oga";
+#endif
+
+double ToCentivolts(double volts) {
+  return std::round(volts * 100) / 100;
+}
+
+// A sweep around the couple's potential that shows both of its peaks.
+CVPreset PresetForCell(CVPreset preset, const sim::Parameters& parameters) {
+  preset.CVTitle = "Couple of the simulated bench";
+  preset.CVV0 = ToCentivolts(parameters.formal_potential - 0.35);
+  preset.CVV1 = ToCentivolts(parameters.formal_potential + 0.35);
+  preset.CVV2 = preset.CVV0;
+  preset.CVYScale = parameters.disk_range;
+  preset.CVScanrate = 100;
+  preset.CVCyclenum = 1;
+  preset.CVRetainTime = 5;
+  return preset;
+}
+
+Settings SettingsForBench(const sim::Parameters& parameters) {
+  Settings settings;
+  SetAllToDefaults(settings);
+  settings.ADBoard = 2;
+  settings.DABoard = 1;
+  settings.GPIBControl = 2;
+  settings.GPIBAddress = static_cast<std::int32_t>(parameters.gpib_address);
+  settings.PowerControl = 2;
+  settings.RPMvsVoltageFile = kCalibrationFile;
+  settings.SoundFileName = kSound;
+  settings.CV[1] = PresetForCell(settings.CV[1], parameters);
+  return settings;
+}
+
+std::vector<CalibrationPoint> MotorLaw(const sim::Parameters& parameters) {
+  std::vector<CalibrationPoint> points;
+  for (const auto& point : sim::RotorCalibration(parameters)) {
+    points.push_back({point.rpm, point.volts});
+  }
+  return points;
+}
+
+}  // namespace
+
+Status FurnishBench(Files& files, const std::filesystem::path& home,
+                    const sim::Parameters& parameters) {
+  if (files.Exists(SettingsPath(home))) return Status::Ok();
+  if (Status made = files.CreateFolder(home); !made.ok()) return made;
+  // The settings come last: they are the sign that the home is furnished.
+  const auto calibration = home / kCalibrationFile;
+  if (!files.Exists(calibration)) {
+    const Status saved = files.Replace(calibration, FormatCalibration(MotorLaw(parameters)));
+    if (!saved.ok()) return saved;
+  }
+  return files.Replace(SettingsPath(home), FormatSettings(SettingsForBench(parameters)));
+}
+
+}  // namespace zento

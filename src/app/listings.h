@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "core/settings.h"
+#include "core/track_store.h"
+#include "host/services.h"
+#include "sim/parameters.h"
+#include "text/status.h"
+
+// What the command-line program prints without opening a window. All texts end with a line end.
+
+namespace zento {
+
+// The information sheet of every track of a file that is not empty.
+Result<std::string> TrackFileSheets(Files& files, const std::filesystem::path& path);
+
+// A track's points, one a line, cells separated by tabs, in V, A, s, ms or rpm as the track's mode
+// has it; with `headings`, a line that says so comes first.
+Result<std::string> TrackTable(Files& files, const std::filesystem::path& path, int track,
+                               bool headings);
+
+// Every setting: key, type, value, meaning, separated by tabs.
+std::string SettingsListing(const Settings& settings);
+
+// Every parameter of the simulated bench: key, value, unit, meaning, in aligned columns.
+std::string BenchListing(const sim::Parameters& parameters);
+
+}  // namespace zento

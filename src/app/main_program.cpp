@@ -1,0 +1,80 @@
+#include "app/main_program.h"
+
+#include <utility>
+
+#include "app/furnish.h"
+#include "devices/vendor/loader.h"
+#include "graph/graph_form.h"
+#include "measure/measure_forms.h"
+#include "ui/main/main_forms.h"
+
+namespace zento {
+namespace {
+
+constexpr char kSimulatedBanner[] =
+    "SIMULATED BENCH - no instrument is connected, all readings are computed";
+
+// The live plot opens beside the other windows.
+constexpr std::int16_t kGraphLeft = 1000;
+constexpr std::int16_t kGraphTop = 0;
+
+std::unique_ptr<sim::Bench> MakeBench(const Host& host, const MainOptions& options) {
+  if (!options.simulated) return nullptr;
+  return std::make_unique<sim::Bench>(host.clock, *options.simulated);
+}
+
+}  // namespace
+
+MainProgram::MainProgram(Host& host, MainOptions options)
+    : host_(host),
+      options_(std::move(options)),
+      bench_(MakeBench(host, options_)),
+      instruments_(workstation_, host, bench_ ? bench_->Libraries() : vendor::LoadLibraries()) {
+  workstation_.home = options_.home;
+}
+
+MainProgram::~MainProgram() {
+  End();
+  host_.desktop.Clear();
+}
+
+void MainProgram::RegisterForms() {
+  Desktop& desktop = host_.desktop;
+  for (const char* name : {"Graph1", "Graph2"}) {
+    desktop.Register(name, [this, name] { return std::make_unique<Graph>(host_, name); });
+  }
+  RegisterDeviceForms(desktop, workstation_, host_, instruments_);
+  RegisterMeasureForms(desktop, workstation_, host_, instruments_);
+  RegisterMainForms(desktop, workstation_, host_, instruments_);
+}
+
+Status MainProgram::Start() {
+  if (options_.simulated) {
+    const Status furnished = FurnishBench(host_.files, options_.home, *options_.simulated);
+    if (!furnished.ok()) return furnished.Within("furnish the simulated bench's home");
+    host_.desktop.SetBanner(kSimulatedBanner);
+  }
+  RegisterForms();
+  if (host_.desktop.Show(kMainForm) == nullptr) {
+    return Status::Failure("the main window did not open");
+  }
+  host_.desktop.Load("Graph2");
+  if (auto* graph = host_.desktop.LoadAs<Graph>("Graph1")) {
+    graph->SetPosition(kGraphLeft, kGraphTop);
+  }
+  workstation_.DataGeneration = 0;
+  return Status::Ok();
+}
+
+void MainProgram::End() {
+  // A copy: a run that ends takes its function away.
+  const auto end_run = workstation_.end_active_run;
+  if (end_run) end_run();
+  host_.desktop.RequestClose(kMainForm);
+}
+
+bool MainProgram::Ended() const {
+  return host_.desktop.Find(kMainForm) == nullptr;
+}
+
+}  // namespace zento

@@ -1,0 +1,32 @@
+#include "app/rescue.h"
+
+#include <string>
+
+#include "core/track_file.h"
+
+namespace zento {
+namespace {
+
+bool AllEmpty(const TrackStore& tracks) {
+  for (int track = 0; track < kTracks; ++track) {
+    if (tracks.Record(track).Mode != kModeNone) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+Result<std::optional<std::filesystem::path>> RescueTracks(const Workstation& workstation,
+                                                          Files& files) {
+  using Path = std::optional<std::filesystem::path>;
+  if (AllEmpty(workstation.tracks)) return Path();
+  std::filesystem::path path;
+  for (int number = 1; path.empty() || files.Exists(path); ++number) {
+    path = workstation.home / ("Rescued tracks " + std::to_string(number) + ".znt");
+  }
+  const Status saved = files.Replace(path, FormatTracks(workstation.tracks));
+  if (!saved.ok()) return saved;
+  return Path(path);
+}
+
+}  // namespace zento
