@@ -50,9 +50,11 @@ bool IsSource(const fs::path& path) {
   return path.extension() == ".h" || path.extension() == ".cpp";
 }
 
-// Tests and fuzz targets look at a room from outside and may use what they need.
+// Tests, what they share ("test_rig.h") and fuzz targets look at a room from outside and may use
+// what they need.
 bool IsProduct(const std::string& path) {
-  return path.find("_test.cpp") == std::string::npos && path.find("_fuzz.cpp") == std::string::npos;
+  static const std::regex test("(^|_)test[_.]|_fuzz\\.cpp$");
+  return !std::regex_search(fs::path(path).filename().string(), test);
 }
 
 template <typename Visit>

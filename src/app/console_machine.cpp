@@ -2,6 +2,7 @@
 
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
+#include "host/native/native_sound.h"
 #include "host/native/real_time_loop.h"
 #include "host/native/termination.h"
 #include "host/virtual/virtual_host.h"
@@ -35,9 +36,9 @@ class RealMachine : public ConsoleMachine {
   VirtualDialogs dialogs_{timers_};
   MemoryClipboard clipboard_;
   NativeFiles files_;
-  SilentSound sound_;
+  std::unique_ptr<Sound> sound_ = MakeNativeSound();
   Desktop desktop_{timers_};
-  Host host_{clock_, timers_, desktop_, dialogs_, clipboard_, files_, sound_};
+  Host host_{clock_, timers_, desktop_, dialogs_, clipboard_, files_, *sound_};
   Termination termination_{[](void* loop) { static_cast<RealTimeLoop*>(loop)->Wake(); }, &loop_};
 };
 

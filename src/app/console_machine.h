@@ -10,7 +10,7 @@
 namespace zento {
 
 // The machine as the command-line program gives it to the windows: its real files, questions that
-// are answered from a queue, a clipboard of its own, no sound; time real or virtual.
+// are answered from a queue, a clipboard of its own; time real, or virtual and then without sound.
 class ConsoleMachine {
  public:
   enum class Time { kVirtual, kReal };
