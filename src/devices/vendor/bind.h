@@ -17,6 +17,7 @@ class Binder {
     using Function = R(ZENTO_VENDOR_CALL*)(Arguments...);
     SharedLibrary::Function found = library_.Find(name);
     // 32-bit libraries may export the name with the bytes of its arguments behind it.
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): pointers count as what they are
     constexpr std::size_t kBytes = (std::size_t{0} + ... + ((sizeof(Arguments) + 3) / 4 * 4));
     if (found == nullptr) found = library_.Find(name + ("@" + std::to_string(kBytes)));
     if (found == nullptr) {

@@ -35,6 +35,15 @@ class PortDevice {
   int file_;
 };
 
+std::string WhyNotOpened(const std::string& name, int error) {
+  if (name.front() != '/') return "ZENTO_PORT_IO: " + name + " is not a full path";
+  std::string why = "port device " + name + " cannot be opened: " + SystemErrorText(error);
+  if (error == EACCES || error == EPERM) {
+    why += " (access to I/O ports needs the rights of the system's administrator)";
+  }
+  return why;
+}
+
 }  // namespace
 
 PortIo LoadPortIo(const Surroundings& surroundings) {
@@ -43,11 +52,7 @@ PortIo LoadPortIo(const Surroundings& surroundings) {
   // Opening touches no port; whoever may open the device may use all ports.
   const int file = name.front() == '/' ? open(name.c_str(), O_RDWR | O_CLOEXEC) : -1;
   if (file < 0) {
-    table.missing =
-        name.front() != '/'
-            ? "ZENTO_PORT_IO: " + name + " is not a full path"
-            : "port device " + name + " cannot be opened: " + SystemErrorText(errno) +
-                  " (access to I/O ports needs the rights of the system's administrator)";
+    table.missing = WhyNotOpened(name, errno);
     return table;
   }
   const auto device = std::make_shared<PortDevice>(file);
