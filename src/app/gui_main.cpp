@@ -56,7 +56,8 @@ int Run(const GuiOptions& options, bool simulated) {
       told = true;
       program.End();
     }
-    if (program.Ended() && (told || !host.dialogs().Open())) QApplication::quit();
+    // Not quit(), which would ask every window once more.
+    if (program.Ended() && (told || !host.dialogs().Open())) QApplication::exit();
   });
   watch.start(kPollMs);
   QApplication::exec();

@@ -3,7 +3,6 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QMenuBar>
 #include <QScreen>
 #include <QTimer>
@@ -15,6 +14,7 @@
 #include "host/desktop.h"
 #include "host/host.h"
 #include "qt/action_bindings.h"
+#include "qt/banner_strip.h"
 #include "qt/form_menu.h"
 #include "qt/layout_builder.h"
 #include "qt/page_area.h"
@@ -22,14 +22,7 @@
 #include "qt/qt_text.h"
 
 namespace zento {
-namespace {
-
-constexpr char kBannerStyle[] =
-    "background: #ffe08a; color: #3d2b00; font-weight: bold; padding: 4px 12px;";
-
-}  // namespace
-
-FormWindow::FormWindow(Form& form) : form_(&form), banner_(new QLabel), area_(new PageArea) {
+FormWindow::FormWindow(Form& form) : form_(&form), banner_(new BannerStrip), area_(new PageArea) {
   setObjectName(ToQt(form.name()));
   setAccessibleName(ToQt(form.name()));
   setWindowTitle(ToQt(form.caption()));
@@ -44,10 +37,6 @@ FormWindow::~FormWindow() {
 
 void FormWindow::Build() {
   banner_->setObjectName(QLatin1String("banner"));
-  banner_->setTextFormat(Qt::PlainText);
-  banner_->setAlignment(Qt::AlignCenter);
-  banner_->setStyleSheet(QLatin1String(kBannerStyle));
-  banner_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 
   auto* centre = new QWidget;
   auto* rows = new QVBoxLayout(centre);
@@ -160,9 +149,7 @@ void FormWindow::FocusRequested(Control& control) {
 }
 
 void FormWindow::ShowBanner() {
-  const QString text = ToQt(form_->host().desktop.banner());
-  banner_->setText(text);
-  banner_->setVisible(!text.isEmpty());
+  banner_->SetBanner(ToQt(form_->host().desktop.banner()));
 }
 
 // The form's inner size is that of its page, without menu bar and banner.
@@ -206,8 +193,9 @@ void FormWindow::ReportGeometry() {
 void FormWindow::closeEvent(QCloseEvent* event) {
   if (form_ == nullptr) return event->accept();
   form_->CloseRequested();
-  // Unloaded meanwhile: the window is hidden and about to be deleted. Else the form decides when.
-  event->setAccepted(form_ == nullptr);
+  // Unloaded meanwhile: the window is hidden and about to be deleted. A form may also just have
+  // hidden its window. Else it decides when to go.
+  event->setAccepted(form_ == nullptr || !isVisible());
 }
 
 void FormWindow::changeEvent(QEvent* event) {

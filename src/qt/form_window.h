@@ -7,10 +7,9 @@
 #include "host/form.h"
 #include "qt/control_binding.h"
 
-class QLabel;
-
 namespace zento {
 
+class BannerStrip;
 class FormMenu;
 class PageArea;
 
@@ -65,7 +64,7 @@ class FormWindow : public QMainWindow, public FormView, private BindingContext {
   Form* form_;
   std::map<const Control*, std::unique_ptr<ControlBinding>> bindings_;
   std::unique_ptr<FormMenu> menu_;
-  QLabel* banner_;
+  BannerStrip* banner_;
   PageArea* area_;
   bool placing_ = false;  // the program moves the window, not a person
 };

@@ -38,7 +38,7 @@ QString Suffix(const std::string& pattern) {
 
 QtDialogs::~QtDialogs() {
   on_all_closed = {};
-  for (const QPointer<QDialog>& dialog : std::exchange(open_, {})) delete dialog.data();
+  for (const QPointer<QObject>& dialog : std::exchange(open_, {})) delete dialog.data();
 }
 
 bool QtDialogs::Open() const {

@@ -40,7 +40,8 @@ class QtDialogs : public Dialogs {
   // Shows `dialog`, which deletes itself when it is closed.
   void Show(QDialog& dialog, Qt::WindowModality modality);
 
-  std::vector<QPointer<QDialog>> open_;
+  // As plain objects: they are looked at while they are being destroyed.
+  std::vector<QPointer<QObject>> open_;
   QString last_folder_;
 };
 
