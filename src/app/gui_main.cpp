@@ -3,16 +3,19 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QTimer>
+#include <algorithm>
 #include <clocale>
 #include <cstdio>
 
 #include "app/gui_options.h"
 #include "app/home_setup.h"
 #include "app/main_program.h"
+#include "app/rescue.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
 #include "host/native/native_sound.h"
 #include "host/native/termination.h"
+#include "host/path_text.h"
 #include "qt/appearance.h"
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
@@ -62,12 +65,33 @@ int Run(const GuiOptions& options, bool simulated) {
   watch.start(kPollMs);
   QApplication::exec();
   program.End();
-  return told ? kSignalStatus + Termination::Signal() : 0;
+  if (!told) return 0;
+  // Nobody was asked whether to save.
+  const auto rescued = RescueTracks(program.workstation(), files);
+  if (!rescued.ok()) {
+    std::fprintf(stderr, "zento: %s\n", rescued.why().c_str());
+  } else if (rescued.value()) {
+    std::fprintf(stderr, "zento: the tracks were saved to %s\n",
+                 TextFromPath(*rescued.value()).c_str());
+  }
+  return kSignalStatus + Termination::Signal();
+}
+
+int Answer(const GuiOptions& options) {
+  std::fputs(options.answer->c_str(), options.exit_status == 0 ? stdout : stderr);
+  return options.exit_status;
+}
+
+// Help and version need no display.
+bool IsQuestion(const std::string& argument) {
+  return argument == "-h" || argument == "--help" || argument == "--version";
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  const std::vector<std::string> given(argv, argv + argc);
+  if (std::any_of(given.begin(), given.end(), IsQuestion)) return Answer(ParseGuiOptions(given));
   QApplication application(argc, argv);
   // Qt has set the locale from the environment; numbers look the same everywhere.
   std::setlocale(LC_NUMERIC, "C");
@@ -77,10 +101,7 @@ int main(int argc, char** argv) {
   std::vector<std::string> arguments;
   for (const QString& argument : QApplication::arguments()) arguments.push_back(FromQt(argument));
   const GuiOptions options = ParseGuiOptions(arguments);
-  if (options.answer) {
-    std::fputs(options.answer->c_str(), options.exit_status == 0 ? stdout : stderr);
-    return options.exit_status;
-  }
+  if (options.answer) return Answer(options);
   const Termination termination;
   std::optional<bool> simulated = options.simulated;
   if (!simulated) simulated = AskForBench(&Termination::Requested);
