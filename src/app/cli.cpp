@@ -4,10 +4,9 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 #include <algorithm>
-#include <cstdint>
-#include <optional>
 #include <sstream>
 
+#include "app/bench_options.h"
 #include "app/cli_script.h"
 #include "app/console_text.h"
 #include "app/home_setup.h"
@@ -25,8 +24,7 @@ struct Request {
   std::string bench;
   std::string clock;
   std::string home;
-  std::optional<std::uint64_t> seed;
-  std::vector<std::string> bench_set;
+  BenchOptions bench_parameters;
   std::string file;
   int track = 0;
   bool headings = false;
@@ -43,18 +41,6 @@ int Print(const Result<std::string>& text) {
   return kExitOk;
 }
 
-Result<sim::Parameters> BenchParameters(const Request& request) {
-  sim::Parameters parameters;
-  for (const std::string& assignment : request.bench_set) {
-    if (Status set = sim::SetFromText(parameters, assignment); !set.ok()) return set;
-  }
-  if (request.seed) {
-    const Status set = sim::Set(parameters, "seed", std::to_string(*request.seed));
-    if (!set.ok()) return set;
-  }
-  return parameters;
-}
-
 int Script(const Request& request) {
   if (request.bench.empty()) {
     return Fail(Status::Failure(
@@ -66,13 +52,13 @@ int Script(const Request& request) {
   job.home = PathFromText(request.home);
   const bool simulated = request.bench == "sim";
   if (simulated) {
-    const auto parameters = BenchParameters(request);
+    const auto parameters = request.bench_parameters.Parameters();
     if (!parameters.ok()) return Fail(parameters.status());
     job.simulated = parameters.value();
   } else if (request.clock == "virtual") {
     return Fail(
         Status::Failure("instruments know only real time: --clock virtual is for --bench sim"));
-  } else if (!request.bench_set.empty() || request.seed) {
+  } else if (request.bench_parameters.given()) {
     return Fail(Status::Failure("--bench-set and --seed are for --bench sim"));
   }
   const bool real = request.clock.empty() ? !simulated : request.clock == "real";
@@ -94,7 +80,7 @@ int ListSettings(const Request& request) {
 }
 
 int ListBench(const Request& request) {
-  const auto parameters = BenchParameters(request);
+  const auto parameters = request.bench_parameters.Parameters();
   if (!parameters.ok()) return Fail(parameters.status());
   return Print(BenchListing(parameters.value()));
 }
@@ -111,11 +97,7 @@ void AddOptions(CLI::App& app, Request& request) {
   app.add_option("--home", request.home,
                  "folder of settings, calibration and logs; without it the program's own folder "
                  "when it holds a Parameters.txt, else the user's data folder");
-  app.add_option("--seed", request.seed, "seed of the simulated bench's noise");
-  app.add_option("--bench-set", request.bench_set,
-                 "KEY=VALUE, changes a parameter of the simulated bench; may be repeated")
-      ->take_all()
-      ->allow_extra_args(false);
+  request.bench_parameters.AddTo(app);
 }
 
 }  // namespace

@@ -3,9 +3,9 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
-#include <cstdint>
 #include <sstream>
 
+#include "app/bench_options.h"
 #include "host/path_text.h"
 
 namespace zento {
@@ -14,8 +14,7 @@ namespace {
 struct Request {
   std::string bench;
   std::string home;
-  std::optional<std::uint64_t> seed;
-  std::vector<std::string> bench_set;
+  BenchOptions bench_parameters;
 };
 
 void AddOptions(CLI::App& app, Request& request) {
@@ -26,12 +25,7 @@ void AddOptions(CLI::App& app, Request& request) {
   app.add_option("--home", request.home,
                  "folder of settings, calibration and logs; without it the program's own folder "
                  "when it holds a Parameters.txt, else the user's data folder");
-  app.add_option("--seed", request.seed, "seed of the simulated bench's noise");
-  app.add_option("--bench-set", request.bench_set,
-                 "KEY=VALUE, changes a parameter of the simulated bench; may be repeated. "
-                 "zento-cli bench lists them")
-      ->take_all()
-      ->allow_extra_args(false);
+  request.bench_parameters.AddTo(app);
 }
 
 GuiOptions Refuse(const std::string& why) {
@@ -63,18 +57,12 @@ GuiOptions ParseGuiOptions(const std::vector<std::string>& arguments) {
   GuiOptions options;
   options.home = PathFromText(request.home);
   if (!request.bench.empty()) options.simulated = request.bench == "sim";
-  if (options.simulated != true && (request.seed || !request.bench_set.empty())) {
+  if (options.simulated != true && request.bench_parameters.given()) {
     return Refuse("--bench-set and --seed are for --bench sim");
   }
-  for (const std::string& assignment : request.bench_set) {
-    if (Status set = sim::SetFromText(options.bench, assignment); !set.ok()) {
-      return Refuse(set.why());
-    }
-  }
-  if (request.seed) {
-    const Status set = sim::Set(options.bench, "seed", std::to_string(*request.seed));
-    if (!set.ok()) return Refuse(set.why());
-  }
+  const auto bench = request.bench_parameters.Parameters();
+  if (!bench.ok()) return Refuse(bench.why());
+  options.bench = bench.value();
   return options;
 }
 

@@ -12,28 +12,10 @@
 #include "core/track_table.h"
 #include "host/path_text.h"
 #include "text/number.h"
+#include "ui/main/information_sheet.h"
 
 namespace zento {
 namespace {
-
-using Sheet = std::vector<std::array<std::string, 2>>;
-
-Sheet SheetOf(const TrackRecord& record) {
-  return {{"Mode", std::string(EntryOf(ModeName, record.Mode))},
-          {"Title", record.Title},
-          {"Time", record.MeasTime},
-          {"Reference", std::string(EntryOf(RefName, record.ref))},
-          {"Scan rate /mVs-1", PlainNumber(record.Scanrate)},
-          {"V1st /V", PlainNumber(record.V[0])},
-          {"V2nd /V", PlainNumber(record.V[1])},
-          {"V3rd /V", PlainNumber(record.V[2])},
-          {"RPM", PlainNumber(record.RPM)},
-          {"Point Num.", PlainNumber(record.pnum)},
-          {"Conc. molcm-3", PlainNumber(record.Conc)},
-          {"DiskYScale", PlainNumber(record.DiskYscale)},
-          {"RingYScale", PlainNumber(record.RingYscale)},
-          {"pH", PlainNumber(record.pH)}};
-}
 
 Result<std::unique_ptr<TrackStore>> Load(Files& files, const std::filesystem::path& path) {
   const auto bytes = files.Read(path);
@@ -89,7 +71,10 @@ Result<std::string> TrackFileSheets(Files& files, const std::filesystem::path& p
     const TrackRecord& record = tracks.value()->Record(track);
     if (record.Mode == kModeNone) continue;
     text += "Track\t" + std::to_string(track) + "\n";
-    for (const auto& [label, value] : SheetOf(record)) text += label + "\t" + value + "\n";
+    for (int row = 0; row < kSheetRows; ++row) {
+      text.append(SheetLabel(row)).append("\t").append(SheetValue(row, record)).append("\n");
+    }
+    text.append("Reference\t").append(EntryOf(RefName, record.ref)).append("\n");
   }
   return text;
 }

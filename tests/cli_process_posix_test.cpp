@@ -1,0 +1,114 @@
+// What the command-line program does as a process: how it ends when the system asks it to.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+std::string Text(const fs::path& path) {
+  std::ostringstream text;
+  text << std::ifstream(path).rdbuf();
+  return text.str();
+}
+
+class CliProcessTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = testing::TempDir() + "/zento-process-XXXXXX";
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
+    folder_ = name;
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+
+  // Starts a script on the simulated bench.
+  void Start(const std::string& clock, const std::string& script) {
+    std::ofstream(folder_ / "script.zsc") << script;
+    child_ = fork();
+    ASSERT_GE(child_, 0);
+    if (child_ != 0) return;
+    const bool ready = chdir(folder_.c_str()) == 0 && freopen("out", "w", stdout) != nullptr &&
+                       freopen("err", "w", stderr) != nullptr;
+    if (ready) {
+      execl(ZENTO_CLI, "zento-cli", "--bench", "sim", "--clock", clock.c_str(), "--home", "home",
+            "script", "script.zsc", nullptr);
+    }
+    _exit(99);
+  }
+  bool WaitForFile(const char* name) const {
+    for (int i = 0; i < 600; ++i) {
+      if (fs::exists(folder_ / name)) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return false;
+  }
+  int ExitStatus() const {
+    int status = 0;
+    waitpid(child_, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  fs::path folder_;
+  pid_t child_ = -1;
+};
+
+constexpr char kLongRun[] =
+    "open frmMeasureCV\n"
+    "set frmMeasureCV.txtRetainTime 0\n"
+    "set frmMeasureCV.txtRPM 1000\n"
+    "click frmMeasureCV.cmdStart\n"
+    "wait 1s\n"
+    "plot Graph1.Picture1 running.svg\n"
+    "wait idle\n"
+    "get frmMeasureCV\n";
+
+TEST_F(CliProcessTest, ASignalEndsTheRunSafelyAndKeepsWhatWasMeasured) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    Start("real", kLongRun);
+    ASSERT_TRUE(WaitForFile("running.svg")) << Text(folder_ / "err");
+    kill(child_, signal);
+    EXPECT_EQ(ExitStatus(), 128 + signal);
+    EXPECT_THAT(Text(folder_ / "err"), HasSubstr("brought to its safe end"));
+    EXPECT_EQ(Text(folder_ / "out"), "") << "nothing behind the wait is carried out";
+    EXPECT_THAT(Text(folder_ / "home" / "Rescued tracks 1.znt"), HasSubstr("pnum="));
+    EXPECT_THAT(Text(folder_ / "home" / "Parameters.txt"), HasSubstr("CVRPM= 1000"));
+    fs::remove_all(folder_ / "home");
+    fs::remove(folder_ / "running.svg");
+  }
+}
+
+TEST_F(CliProcessTest, AKilledProgramLeavesItsHomeFree) {
+  Start("real", kLongRun);
+  ASSERT_TRUE(WaitForFile("running.svg"));
+  kill(child_, SIGKILL);
+  EXPECT_EQ(ExitStatus(), -1);
+  Start("virtual", "get frmControlPanel.txtDatNum\n");
+  EXPECT_EQ(ExitStatus(), 0) << Text(folder_ / "err");
+}
+
+TEST_F(CliProcessTest, ASignalEndsAnEndlessWaitInVirtualTime) {
+  Start("virtual", std::string(kLongRun) + "wait 100000h\n");
+  ASSERT_TRUE(WaitForFile("running.svg"));
+  kill(child_, SIGTERM);
+  EXPECT_EQ(ExitStatus(), 128 + SIGTERM);
+}
+
+TEST_F(CliProcessTest, OutputThatCannotBeWrittenIsAFailure) {
+  EXPECT_EQ(WEXITSTATUS(std::system(ZENTO_CLI " bench >/dev/full 2>/dev/null")), 1);
+  EXPECT_EQ(WEXITSTATUS(std::system(ZENTO_CLI " bench >/dev/null 2>/dev/null")), 0);
+}
+
+}  // namespace
