@@ -66,7 +66,10 @@ int Run(const GuiOptions& options, bool simulated) {
   QApplication::exec();
   program.End();
   if (!told) return 0;
-  // Nobody was asked whether to save.
+  // Nobody was there to read, or to be asked whether to save.
+  for (const std::string& text : host.dialogs().Unread()) {
+    std::fprintf(stderr, "zento: message: %s\n", text.c_str());
+  }
   const auto rescued = RescueTracks(program.workstation(), files);
   if (!rescued.ok()) {
     std::fprintf(stderr, "zento: %s\n", rescued.why().c_str());

@@ -17,6 +17,7 @@ namespace zento {
 namespace {
 
 constexpr char kProgramName[] = "Zento";
+constexpr char kMessageName[] = "Message";
 
 // The window a person works in, or the one they came from when that is a dialog.
 QWindow* WorkingWindow() {
@@ -46,6 +47,17 @@ bool QtDialogs::Open() const {
                      [](const auto& dialog) { return !dialog.isNull(); });
 }
 
+std::vector<std::string> QtDialogs::Unread() const {
+  std::vector<std::string> texts;
+  for (const QPointer<QObject>& dialog : open_) {
+    const auto* box = qobject_cast<QMessageBox*>(dialog.data());
+    if (box != nullptr && box->objectName() == QLatin1String(kMessageName)) {
+      texts.push_back(FromQt(box->text()));
+    }
+  }
+  return texts;
+}
+
 void QtDialogs::Show(QDialog& dialog, Qt::WindowModality modality) {
   dialog.setAttribute(Qt::WA_DeleteOnClose);
   dialog.setWindowModality(modality);
@@ -67,7 +79,7 @@ void QtDialogs::Show(QDialog& dialog, Qt::WindowModality modality) {
 void QtDialogs::Message(const std::string& text, std::function<void()> closed) {
   auto* box = new QMessageBox(QMessageBox::Information, QLatin1String(kProgramName), ToQt(text),
                               QMessageBox::Ok);
-  box->setObjectName(QLatin1String("Message"));
+  box->setObjectName(QLatin1String(kMessageName));
   box->setTextFormat(Qt::PlainText);
   box->setTextInteractionFlags(Qt::TextSelectableByMouse);
   QObject::connect(box, &QDialog::finished, box, [closed = std::move(closed)] {

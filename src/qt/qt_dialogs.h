@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "host/dialogs.h"
@@ -33,6 +34,8 @@ class QtDialogs : public Dialogs {
 
   // Whether something waits for a person's answer.
   bool Open() const;
+  // The messages that nobody has closed yet, oldest first.
+  std::vector<std::string> Unread() const;
   // Called when the last one has been answered.
   std::function<void()> on_all_closed;
 

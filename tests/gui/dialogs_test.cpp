@@ -26,6 +26,7 @@ TEST_F(DialogsTest, MessagesHoldUpNothing) {
   form.timer.SetEnabled(true);
   ASSERT_TRUE(WaitFor([&] { return ticks > 20; }));
   EXPECT_EQ(closed, 0);
+  EXPECT_EQ(host.dialogs().Unread(), (std::vector<std::string>{"Buffer overflow!", "Another one"}));
   int clicks = 0;
   form.cmdStart.on_click = [&] { ++clicks; };
   Click(Widget(form, "cmdStart"));
