@@ -69,6 +69,7 @@ void FormWindow::LinkTabStops() {
     if (binding == nullptr) continue;
     for (QWidget* stop : binding->TabStops()) {
       if (last != nullptr) QWidget::setTabOrder(last, stop);
+      if (first_stop_ == nullptr) first_stop_ = stop;
       last = stop;
     }
   }
@@ -90,8 +91,11 @@ void FormWindow::Reveal() {
   if (!isVisible()) {
     GeometryRequested(*form_);
     show();
-    // Only now does the window manager's frame have a size.
-    QTimer::singleShot(0, this, [this] { KeepOnScreen(); });
+    if (focusWidget() == nullptr && first_stop_ != nullptr) first_stop_->setFocus();
+    // The window manager gives it a frame at its own pace.
+    for (const int millis : {0, 100, 400}) {
+      QTimer::singleShot(millis, this, [this] { KeepOnScreen(); });
+    }
   }
   if (isMinimized()) showNormal();
   raise();

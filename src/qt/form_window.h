@@ -66,7 +66,8 @@ class FormWindow : public QMainWindow, public FormView, private BindingContext {
   std::unique_ptr<FormMenu> menu_;
   BannerStrip* banner_;
   PageArea* area_;
-  bool placing_ = false;  // the program moves the window, not a person
+  QWidget* first_stop_ = nullptr;  // has the focus when the window opens
+  bool placing_ = false;           // the program moves the window, not a person
 };
 
 }  // namespace zento

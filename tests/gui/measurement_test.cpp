@@ -94,6 +94,19 @@ TEST_F(MeasurementTest, AVoltammogramFromTheMenuToTheInformationSheet) {
   EXPECT_GT(coloured, 50);
 }
 
+TEST_F(MeasurementTest, AnArrowKeyChoosesTheSettingThatStartUses) {
+  Form& form = OpenCv();
+  auto* number = Widget<QLineEdit>(form, "txtCVNum");
+  EXPECT_TRUE(number->hasFocus()) << "the first control has the focus when a window opens";
+  QTest::keyClick(number, Qt::Key_Up);
+  EXPECT_EQ(number->text(), "1");
+  Click(Widget<QPushButton>(form, "cmdStart"));
+  EXPECT_EQ(number->text(), "1");
+  EXPECT_EQ(program->workstation().settings.CVNum, 1);
+  Click(Widget<QPushButton>(form, "cmdStop"));
+  ASSERT_TRUE(WaitFor([&] { return !Running(); }));
+}
+
 TEST_F(MeasurementTest, ClosingTheMainWindowDuringARunStoresThePointsFirst) {
   Form& form = OpenCv();
   TypeShortSweep(form);
