@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -110,18 +111,37 @@ void ReadGetlineStrtod(benchmark::State& state) {
   Count(state);
 }
 
-// No checks, no texts, no lists, no other forms of numbers: digits, a point, digits, an exponent.
+// No checks, no texts, no lists, no other forms of numbers: digits, a point, one to seven digits
+// read at once, an exponent.
 const char* BareNumber(const char* p, double& value) {
   static constexpr double kPower[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  static constexpr std::uint64_t kWhole[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
   const bool negative = *p == '-';
   p += negative;
   std::uint64_t mantissa = 0;
   while (*p >= '0') mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p++ - '0');
-  const char* const point = ++p;
-  while (*p >= '0' && *p <= '9') mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p++ - '0');
-  std::ptrdiff_t power = point - p;
+  ++p;
+  std::uint64_t eight = 0;
+  std::memcpy(&eight, p, sizeof eight);
+  eight ^= 0x3030303030303030u;
+  const int count =
+      std::countr_zero(((eight + 0x7676767676767676u) | eight) & 0x8080808080808080u) / 8;
+  eight <<= 64 - 8 * count;
+  eight = (eight * 10 + (eight >> 8)) & 0x00FF00FF00FF00FFu;
+  eight = (eight * 100 + (eight >> 16)) & 0x0000FFFF0000FFFFu;
+  eight = (eight * 10000 + (eight >> 32)) & 0xFFFFFFFFu;
+  std::ptrdiff_t power = 0;
+  if (count == 4) {  // guessed right, the next number begins early
+    mantissa = mantissa * 10000 + eight;
+    p += 4;
+    power = -4;
+  } else {
+    mantissa = mantissa * kWhole[count] + eight;
+    p += count;
+    power = -count;
+  }
   if (*p == 'e') {
     const bool below = *++p == '-';
     ++p;
@@ -129,7 +149,7 @@ const char* BareNumber(const char* p, double& value) {
     while (*p >= '0') exponent = exponent * 10 + (*p++ - '0');
     power += below ? -exponent : exponent;
   }
-  const double magnitude = static_cast<double>(mantissa);
+  const auto magnitude = static_cast<double>(static_cast<std::int64_t>(mantissa));
   const double scaled = power < 0 ? magnitude / kPower[-power] : magnitude * kPower[power];
   value = negative ? -scaled : scaled;
   return p;

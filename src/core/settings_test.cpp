@@ -12,7 +12,6 @@
 namespace zento {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 bool NoCalibration(const std::filesystem::path&) {

@@ -248,7 +248,7 @@ std::filesystem::path TrackFileName(std::filesystem::path path) {
 
 Status SaveTracksAs(Workstation& ws, Files& files, const std::filesystem::path& path) {
   const std::filesystem::path file = TrackFileName(path);
-  const Status saved = files.Replace(file, FormatTracks(ws.tracks));
+  Status saved = files.Replace(file, FormatTracks(ws.tracks));
   if (saved.ok()) ws.FileTitle = TextFromPath(file.filename());
   return saved;
 }

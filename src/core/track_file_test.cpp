@@ -209,10 +209,11 @@ TEST(TrackFile, OtherLineEndsInTables) {
   for (const std::string& end :
        {std::string("\n"), std::string("\r"), std::string("\r\n"), std::string("\r\r\n")}) {
     TrackStore tracks;
-    const TrackFileLoad load =
-        ReadTracks("ZENTO File\nDataNum=1\nMode=1\npnum=3\nTable\n.1\t1E-3\textra" + end +
-                       " -1 \t +2.5e+2 " + end + "0.5\t7" + end + "DataNum=2" + end + "Title=next",
-                   tracks);
+    std::string file = "ZENTO File\nDataNum=1\nMode=1\npnum=3\nTable\n";
+    for (const char* line : {".1\t1E-3\textra", " -1 \t +2.5e+2 ", "0.5\t7", "DataNum=2"}) {
+      file.append(line).append(end);
+    }
+    const TrackFileLoad load = ReadTracks(file.append("Title=next"), tracks);
     ASSERT_TRUE(load.complete()) << load.status.why();
     EXPECT_THAT(tracks.Points(0, 1), ElementsAre(0.1, -1, 0.5));
     EXPECT_THAT(tracks.Points(1, 1), ElementsAre(1e-3, 250, 7));

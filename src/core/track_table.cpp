@@ -107,26 +107,29 @@ bool ReadRow(Cursor& cursor, std::array<double, kCount>& row) {
 }
 
 template <std::size_t kCount>
-TableRead ReadRows(std::string_view& rest, const Columns& columns, std::int32_t points) {
+TableRead ReadRows(std::string_view& rest, const Columns& to, std::int32_t points) {
   TableRead read;
+  const Columns columns = to;
   const char* const plain_end = PlainEnd(rest);
+  const char* const end = rest.data() + rest.size();
+  const char* at = rest.data();
+  std::int32_t point = 0;
   std::array<double, kCount> row{};
-  for (; read.points < points && !rest.empty(); ++read.points) {
-    const char* const behind = ReadPlainRow(rest.data(), plain_end, row);
-    if (behind != nullptr) {
-      rest.remove_prefix(static_cast<std::size_t>(behind - rest.data()));
+  for (; point < points && at != end; ++point) {
+    if (const char* const behind = ReadPlainRow(at, plain_end, row)) {
+      at = behind;
     } else {
-      Cursor cursor(rest);
+      Cursor cursor({at, static_cast<std::size_t>(end - at)});
       if (!ReadRow(cursor, row)) {
-        read.status = NotAPoint(read.points, rest);
-        return read;
+        read.status = NotAPoint(point, cursor.Rest());
+        break;
       }
-      rest = cursor.Rest();
+      at = cursor.Rest().data();
     }
-    for (std::size_t column = 0; column < kCount; ++column) {
-      columns[column][read.points] = row[column];
-    }
+    for (std::size_t column = 0; column < kCount; ++column) columns[column][point] = row[column];
   }
+  rest.remove_prefix(static_cast<std::size_t>(at - rest.data()));
+  read.points = point;
   return read;
 }
 

@@ -76,7 +76,7 @@ void frmControlPanel::ConfirmSave(const std::filesystem::path& path) {
 }
 
 Status frmControlPanel::SaveFile(const std::filesystem::path& path) {
-  const Status saved = SaveTracksAs(workstation_, host().files, path);
+  Status saved = SaveTracksAs(workstation_, host().files, path);
   lblNotice.SetText(saved.ok() ? "Saved " + TextFromPath(TrackFileName(path))
                                : "NOT SAVED: " + saved.why());
   if (saved.ok()) ShowCaption();

@@ -76,7 +76,7 @@ MainMenus::MainMenus(Form& form) : form_(form) {
   }
 }
 
-void MainMenus::SetAction(std::string_view name, std::function<void()> action) {
+void MainMenus::SetAction(std::string_view name, const std::function<void()>& action) {
   for (const std::unique_ptr<MenuEntry>& entry : entries_) {
     if (entry->name() == name) entry->on_click = action;
   }

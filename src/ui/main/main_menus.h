@@ -19,7 +19,7 @@ class MainMenus {
   explicit MainMenus(Form& form);
 
   // `name` is that of an entry without a window.
-  void SetAction(std::string_view name, std::function<void()> action);
+  void SetAction(std::string_view name, const std::function<void()>& action);
   // Enables what can be used, once all windows are known.
   void EnableUsable();
 
