@@ -108,6 +108,6 @@ int main(int argc, char** argv) {
   const Termination termination;
   std::optional<bool> simulated = options.simulated;
   if (!simulated) simulated = AskForBench(&Termination::Requested);
-  if (!simulated) return 0;
+  if (!simulated) return Termination::Requested() ? kSignalStatus + Termination::Signal() : 0;
   return Run(options, *simulated);
 }

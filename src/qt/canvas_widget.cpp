@@ -119,15 +119,11 @@ void CanvasWidget::Repaint() {
   painting_ = false;
 }
 
-void CanvasWidget::paintEvent(QPaintEvent* event) {
+void CanvasWidget::paintEvent(QPaintEvent*) {
   const QImage& picture = Picture();
+  // The painter is clipped to what needs an update; pixel goes to pixel at any scaling.
   QPainter painter(this);
-  const qreal ratio = devicePixelRatio();
-  for (const QRect& rect : event->region()) {
-    painter.drawImage(
-        rect, picture,
-        QRectF(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio, rect.height() * ratio));
-  }
+  painter.drawImage(QPoint(0, 0), picture);
   if (canvas_ == nullptr) return;
   QtSurface overlay(painter, canvas_->size());
   canvas_->PaintOverlay(overlay);

@@ -17,6 +17,12 @@ namespace {
 constexpr int kSimulated = 1;
 constexpr int kHardware = 2;
 constexpr int kPollMs = 200;
+// A frame, so that a choice looks like one before the pointer is on it.
+constexpr char kChoiceLook[] =
+    "QCommandLinkButton { border: 1px solid palette(mid); border-radius: 5px;"
+    " background: palette(button); }"
+    "QCommandLinkButton:hover, QCommandLinkButton:focus { border-color: palette(highlight);"
+    " background: palette(light); }";
 
 QCommandLinkButton* Choice(const char* name, const char* text, const char* description, int result,
                            QDialog& dialog) {
@@ -24,6 +30,7 @@ QCommandLinkButton* Choice(const char* name, const char* text, const char* descr
   button->setObjectName(QLatin1String(name));
   button->setAccessibleName(QLatin1String(name));
   button->setIcon(QIcon());
+  button->setStyleSheet(QLatin1String(kChoiceLook));
   button->setAutoDefault(false);
   QObject::connect(button, &QAbstractButton::clicked, &dialog,
                    [&dialog, result] { dialog.done(result); });
