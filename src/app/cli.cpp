@@ -111,6 +111,7 @@ int RunCli(const std::vector<std::string>& arguments) {
       "looks into its files.",
       "zento-cli");
   app.set_version_flag("--version", std::string("zento-cli ") + ZENTO_VERSION);
+  app.allow_windows_style_options(false);  // a path may begin with a slash
   app.require_subcommand(1);
   app.fallthrough();
   AddOptions(app, request);

@@ -27,6 +27,7 @@ void WriteError(std::string_view line) {
   std::fflush(stdout);
   const std::string whole = "zento-cli: " + std::string(line) + "\n";
   std::fwrite(whole.data(), 1, whole.size(), stderr);
+  std::fflush(stderr);
 }
 
 Status FlushOut() {

@@ -41,6 +41,7 @@ GuiOptions ParseGuiOptions(const std::vector<std::string>& arguments) {
   Request request;
   CLI::App app("Zento, a workstation for electrochemical measurements.", "zento");
   app.set_version_flag("--version", std::string("zento ") + ZENTO_VERSION);
+  app.allow_windows_style_options(false);  // a path may begin with a slash
   AddOptions(app, request);
   try {
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
