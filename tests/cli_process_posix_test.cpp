@@ -106,6 +106,24 @@ TEST_F(CliProcessTest, ASignalEndsAnEndlessWaitInVirtualTime) {
   EXPECT_EQ(ExitStatus(), 128 + SIGTERM);
 }
 
+TEST_F(CliProcessTest, AReaderThatGoesAwayDoesNotEndTheRun) {
+  std::ofstream(folder_ / "script.zsc") << "get frmControlPanel\n"
+                                           "open frmMeasureCV\n"
+                                           "click frmMeasureCV.cmdStart\n"
+                                           "get frmMeasureCV\n"
+                                           "wait idle\n"
+                                           "answer kept.znt\n"
+                                           "click frmControlPanel.mnuSaveAs\n";
+  const std::string command = "cd " + folder_.string() +
+                              " && { " ZENTO_CLI
+                              " --bench sim --home home script script.zsc; echo $? >status; } "
+                              "2>/dev/null | true";
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  ASSERT_TRUE(WaitForFile("status"));
+  EXPECT_NE(Text(folder_ / "status"), "0\n") << "not everything was printed";
+  EXPECT_THAT(Text(folder_ / "kept.znt"), HasSubstr("pnum="));
+}
+
 TEST_F(CliProcessTest, OutputThatCannotBeWrittenIsAFailure) {
   EXPECT_EQ(WEXITSTATUS(std::system(ZENTO_CLI " bench >/dev/full 2>/dev/null")), 1);
   EXPECT_EQ(WEXITSTATUS(std::system(ZENTO_CLI " bench >/dev/null 2>/dev/null")), 0);

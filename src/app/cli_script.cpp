@@ -1,5 +1,8 @@
 #include "app/cli_script.h"
 
+#include <cstdint>
+#include <exception>
+
 #include "app/cli.h"
 #include "app/console_text.h"
 #include "app/home_setup.h"
@@ -16,6 +19,18 @@ namespace {
 int Fail(const Status& status) {
   WriteError(status.why());
   return kExitFailure;
+}
+
+constexpr std::int64_t kNoLimit = std::int64_t{100} * 366 * 86400 * 1'000'000;
+
+// Whatever goes wrong inside, what is switched on must be switched off.
+ScriptEnd RunGuarded(ScriptDriver& driver, std::string_view text) {
+  try {
+    return driver.Run(text);
+  } catch (const std::exception& error) {
+    WriteError(std::string("the script was given up: ") + error.what());
+    return ScriptEnd::kFailed;
+  }
 }
 
 int ExitStatus(ScriptEnd end) {
@@ -71,11 +86,16 @@ int RunScript(const ScriptJob& job) {
     EndSafely(program, *machine);
     return Fail(started);
   }
-  const ScriptOutput output{[](std::string_view line) { WriteOut(std::string(line) + "\n"); },
+  // Each line at once: somebody may be following a run that takes all night.
+  const ScriptOutput output{[](std::string_view line) {
+                              WriteOut(std::string(line) + "\n");
+                              static_cast<void>(FlushOut());
+                            },
                             WriteError};
   ScriptDriver driver(program.workstation(), machine->host(), machine->dialogs(), machine->loop(),
                       output, &Termination::Requested);
-  const ScriptEnd end = driver.Run(text.value());
+  if (job.time == ConsoleMachine::Time::kReal) driver.idle_limit_micros = kNoLimit;
+  const ScriptEnd end = RunGuarded(driver, text.value());
   EndSafely(program, *machine);
   if (end != ScriptEnd::kCompleted) Rescue(program, files);
   return ExitStatus(end);

@@ -37,6 +37,10 @@ class ScriptDriver {
 
   ScriptEnd Run(std::string_view text);
 
+  // How long "wait idle" waits when the line does not say, so that a run in virtual time that never
+  // ends does not hold the machine for ever.
+  std::int64_t idle_limit_micros = std::int64_t{72} * 3600 * 1'000'000;
+
   // One line a verb, for --help.
   static std::string Help();
 

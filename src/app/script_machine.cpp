@@ -53,7 +53,6 @@ Status ScriptDriver::Plot(std::string_view rest) {
 }
 
 Status ScriptDriver::Wait(std::string_view rest) {
-  constexpr std::int64_t kDefaultLimit = std::int64_t{72} * 3600 * 1'000'000;
   const std::string_view word = TakeWord(rest);
   if (word != "idle") {
     const auto micros = ParseDuration(word);
@@ -62,7 +61,7 @@ Status ScriptDriver::Wait(std::string_view rest) {
     return Status::Ok();
   }
   const std::string_view limit = TakeWord(rest);
-  if (limit.empty()) return WaitIdle(kDefaultLimit);
+  if (limit.empty()) return WaitIdle(idle_limit_micros);
   const auto micros = ParseDuration(limit);
   if (!micros) return Status::Failure("'" + std::string(limit) + "' is no time such as 600s");
   return WaitIdle(*micros);

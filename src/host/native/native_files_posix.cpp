@@ -177,7 +177,8 @@ Status NativeFiles::Replace(const std::filesystem::path& path, std::string_view 
     return SystemFailure(doing);
   }
   if (exists && !S_ISREG(old.st_mode)) return WriteThrough(target, bytes, doing);
-  if (exists && ::access(target.c_str(), W_OK) != 0) return SystemFailure(doing);
+  if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
+    return SystemFailure(doing);
 
   Temporary temporary(target);
   Descriptor& file = temporary.file();

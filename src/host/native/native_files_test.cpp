@@ -152,15 +152,35 @@ TEST_F(NativeFilesTest, FollowsLinksAndKeepsPermissions) {
   EXPECT_FALSE(files_.Replace(folder_ / "loop", "x").ok());
 }
 
+// To root everything may be written: for a while the test is somebody else.
+class OrdinaryUser {
+ public:
+  OrdinaryUser() : was_root_(geteuid() == 0) {
+    if (was_root_ && seteuid(kNobody) != 0) ADD_FAILURE() << "cannot become an ordinary user";
+  }
+  ~OrdinaryUser() {
+    if (was_root_ && seteuid(0) != 0) ADD_FAILURE() << "cannot become root again";
+  }
+  static constexpr uid_t kNobody = 65534;
+
+ private:
+  bool was_root_;
+};
+
 TEST_F(NativeFilesTest, RefusesWhatTheUserMayNotWrite) {
-  if (geteuid() == 0) GTEST_SKIP() << "everything may be written by root";
+  if (geteuid() == 0) {
+    ASSERT_EQ(chown(folder_.c_str(), OrdinaryUser::kNobody, 0), 0);
+  }
+  const OrdinaryUser user;
   ASSERT_TRUE(files_.Replace(folder_ / "kept", "old").ok());
   ASSERT_EQ(chmod((folder_ / "kept").c_str(), 0440), 0);
   EXPECT_FALSE(files_.Replace(folder_ / "kept", "new").ok());
   ASSERT_EQ(chmod(folder_.c_str(), 0550), 0);
   EXPECT_FALSE(files_.Replace(folder_ / "other", "new").ok());
+  EXPECT_FALSE(files_.Append(folder_ / "other", "new").ok());
   ASSERT_EQ(chmod(folder_.c_str(), 0750), 0);
   EXPECT_EQ(Names(), (std::vector<std::string>{"kept"}));
+  EXPECT_EQ(Text(folder_ / "kept"), "old");
 }
 
 #endif

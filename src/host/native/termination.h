@@ -6,7 +6,8 @@ namespace zento {
 // SIGTERM and SIGHUP, or Ctrl+C, Ctrl+Break, the closing of the console, logging off and shutting
 // down on Windows. Nothing but noting the request is done inside the system's handler. While one of
 // these lives the requests do not end the process by themselves; the program ends its run safely
-// and returns. A file that grows beyond the user's limit becomes a write error instead of a signal.
+// and returns. A file that grows beyond the user's limit and a pipe that nobody reads any more are
+// write errors then instead of signals.
 //
 // At most one lives at a time.
 class Termination {

@@ -15,7 +15,10 @@ std::atomic<void*> wake_context{nullptr};
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<void*>::is_always_lock_free);
 
 std::array<struct sigaction, kSignals.size()> before;
-struct sigaction before_file_size;
+
+// What would end the process in the middle of a write.
+constexpr std::array kWriteSignals = {SIGXFSZ, SIGPIPE};
+std::array<struct sigaction, kWriteSignals.size()> before_write;
 
 extern "C" void NoteSignal(int signal) {
   requested = signal;
@@ -37,12 +40,16 @@ Termination::Termination(void (*wake)(void*), void* context) {
     if (before[i].sa_handler != SIG_IGN) sigaction(kSignals[i], &action, nullptr);
   }
   action.sa_handler = SIG_IGN;
-  sigaction(SIGXFSZ, &action, &before_file_size);
+  for (std::size_t i = 0; i < kWriteSignals.size(); ++i) {
+    sigaction(kWriteSignals[i], &action, &before_write[i]);
+  }
 }
 
 Termination::~Termination() {
   for (std::size_t i = 0; i < kSignals.size(); ++i) sigaction(kSignals[i], &before[i], nullptr);
-  sigaction(SIGXFSZ, &before_file_size, nullptr);
+  for (std::size_t i = 0; i < kWriteSignals.size(); ++i) {
+    sigaction(kWriteSignals[i], &before_write[i], nullptr);
+  }
   wake_up = nullptr;
 }
 
