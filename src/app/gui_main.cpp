@@ -36,6 +36,62 @@ int Refuse(const std::string& why) {
   return 1;
 }
 
+// Watches over a started program until it has ended: by its main window, or by the system's
+// request.
+class Session {
+ public:
+  Session(QtHost& host, MainProgram& program, Files& files)
+      : host_(host), program_(program), files_(files) {}
+
+  int Run() {
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [this] { Watch(); });
+    watch.start(kPollMs);
+    QApplication::exec();
+    if (!told_) return 0;
+    // Nobody was there to read.
+    for (const std::string& text : host_.dialogs().Unread()) {
+      std::fprintf(stderr, "zento: message: %s\n", text.c_str());
+    }
+    return kSignalStatus + Termination::Signal();
+  }
+
+ private:
+  void Watch() {
+    if (Termination::Requested() && !told_) {
+      told_ = true;
+      program_.End();
+    }
+    if (!program_.Ended()) {
+      measuring_ = program_.workstation().running_flag != 0;
+      return;
+    }
+    // What could not be saved because the end came first.
+    if ((told_ || measuring_) && !rescued_) Rescue();
+    // A message is read before the program goes, unless the system is in a hurry. Not quit(), which
+    // would ask every window once more.
+    if (told_ || !host_.dialogs().Open()) QApplication::exit();
+  }
+
+  void Rescue() {
+    rescued_ = true;
+    const auto saved = RescueTracks(program_.workstation(), files_);
+    if (!saved.ok()) {
+      host_.dialogs().Message("The tracks could not be saved: " + saved.why());
+    } else if (saved.value()) {
+      host_.dialogs().Message("The program was ended before the tracks were saved. They are in " +
+                              TextFromPath(*saved.value()));
+    }
+  }
+
+  QtHost& host_;
+  MainProgram& program_;
+  Files& files_;
+  bool told_ = false;       // by the system, to end
+  bool measuring_ = false;  // when the main window was last seen
+  bool rescued_ = false;
+};
+
 int Run(const GuiOptions& options, bool simulated) {
   const auto home = TakeHome(options.home, simulated, "the graphical program");
   if (!home.ok()) return Refuse(home.why());
@@ -49,35 +105,7 @@ int Run(const GuiOptions& options, bool simulated) {
   main_options.home = home.value().folder;
   MainProgram program(host.host(), main_options);
   if (const Status started = program.Start(); !started.ok()) return Refuse(started.why());
-
-  // The program ends when its main window has closed and nothing it said is unread; when the system
-  // asks it to end, at once, but never before an active run is safe.
-  bool told = false;
-  QTimer watch;
-  QObject::connect(&watch, &QTimer::timeout, [&] {
-    if (Termination::Requested() && !told) {
-      told = true;
-      program.End();
-    }
-    // Not quit(), which would ask every window once more.
-    if (program.Ended() && (told || !host.dialogs().Open())) QApplication::exit();
-  });
-  watch.start(kPollMs);
-  QApplication::exec();
-  program.End();
-  if (!told) return 0;
-  // Nobody was there to read, or to be asked whether to save.
-  for (const std::string& text : host.dialogs().Unread()) {
-    std::fprintf(stderr, "zento: message: %s\n", text.c_str());
-  }
-  const auto rescued = RescueTracks(program.workstation(), files);
-  if (!rescued.ok()) {
-    std::fprintf(stderr, "zento: %s\n", rescued.why().c_str());
-  } else if (rescued.value()) {
-    std::fprintf(stderr, "zento: the tracks were saved to %s\n",
-                 TextFromPath(*rescued.value()).c_str());
-  }
-  return kSignalStatus + Termination::Signal();
+  return Session(host, program, files).Run();
 }
 
 int Answer(const GuiOptions& options) {
