@@ -24,14 +24,16 @@ double ToCentivolts(double volts) {
   return std::round(volts * 100) / 100;
 }
 
-// A sweep around the couple's potential that shows both of its peaks.
+// A sweep around the couple's potential that shows both of its peaks, sampled slowly enough to be
+// drawn while it is recorded.
 CVPreset PresetForCell(CVPreset preset, const sim::Parameters& parameters) {
   preset.CVTitle = "Couple of the simulated bench";
   preset.CVV0 = ToCentivolts(parameters.formal_potential - 0.35);
   preset.CVV1 = ToCentivolts(parameters.formal_potential + 0.35);
   preset.CVV2 = preset.CVV0;
   preset.CVYScale = parameters.disk_range;
-  preset.CVScanrate = 100;
+  preset.CVScanrate = 50;
+  preset.CVSamplingRate = 10;
   preset.CVCyclenum = 1;
   preset.CVRetainTime = 5;
   return preset;
