@@ -70,7 +70,7 @@ Status FurnishBench(Files& files, const std::filesystem::path& home,
   // The settings come last: they are the sign that the home is furnished.
   const auto calibration = home / kCalibrationFile;
   if (!files.Exists(calibration)) {
-    const Status saved = files.Replace(calibration, FormatCalibration(MotorLaw(parameters)));
+    Status saved = files.Replace(calibration, FormatCalibration(MotorLaw(parameters)));
     if (!saved.ok()) return saved;
   }
   return files.Replace(SettingsPath(home), FormatSettings(SettingsForBench(parameters)));

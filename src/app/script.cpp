@@ -81,7 +81,7 @@ Status ScriptDriver::Carry(std::string_view line) {
   if (name.empty() || name.front() == '#') return Status::Ok();
   const auto verb = std::ranges::find(Verbs(), name, &Verb::name);
   if (verb == Verbs().end()) return Status::Failure("there is no verb '" + std::string(name) + "'");
-  const Status done = (this->*verb->act)(rest);
+  Status done = (this->*verb->act)(rest);
   loop_.Settle();
   return done;
 }

@@ -198,7 +198,7 @@ Status NativeFiles::Append(const std::filesystem::path& path, std::string_view b
   struct stat before {};
   const bool regular = ::fstat(file.get(), &before) == 0 && S_ISREG(before.st_mode);
   if (!WriteAll(file.get(), bytes)) {
-    const Status failed = SystemFailure(doing);
+    Status failed = SystemFailure(doing);
     if (regular && ::ftruncate(file.get(), before.st_size) != 0) {
       return Status::Failure(failed.why() + "; part of it was written");
     }

@@ -143,7 +143,7 @@ Status NativeFiles::Append(const std::filesystem::path& path, std::string_view b
   LARGE_INTEGER end{};
   if (SetFilePointerEx(file.get(), {}, &end, FILE_END) == 0) return SystemFailure(doing);
   if (!WriteAll(file.get(), bytes)) {
-    const Status failed = SystemFailure(doing);
+    Status failed = SystemFailure(doing);
     if (SetFilePointerEx(file.get(), end, nullptr, FILE_BEGIN) == 0 ||
         SetEndOfFile(file.get()) == 0) {
       return Status::Failure(failed.why() + "; part of it was written");

@@ -25,7 +25,7 @@ TEST(VirtualDialogs, CancelsWhatNobodyAnswersAndNotesIt) {
   std::vector<std::string> heard;
   machine.dialogs.Ask("Delete?", Buttons::kOkCancel,
                       [&](bool ok) { heard.push_back(ok ? "ok" : "cancel"); });
-  machine.dialogs.AskText({"pH", "", "7"}, [&](std::optional<std::string> text) {
+  machine.dialogs.AskText({"pH", "", "7"}, [&](const std::optional<std::string>& text) {
     heard.push_back(text.value_or("nothing"));
   });
   machine.Settle();
