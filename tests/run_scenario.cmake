@@ -1,15 +1,13 @@
-# Runs one script of tests/scenarios through zento-cli on the simulated bench in virtual time, in an
+# Runs one script through zento-cli on the simulated bench in virtual time, in an
 # empty folder and a fresh home, and holds what it prints, tells and returns against the approved
-# text beside it.
+# text.
 #
-#   cmake -DCLI=... -DSCRIPT=... -DWORK=... [-DAPPROVE=ON] -P run_scenario.cmake
+#   cmake -DCLI=... -DSCRIPT=... -DEXPECTED=... -DWORK=... [-DAPPROVE=ON] -P run_scenario.cmake
 #
 # A script's first lines may be "#! OPTION...": further options of zento-cli. With APPROVE the
 # approved text is written instead; look at what changed before committing it.
 
 get_filename_component(name ${SCRIPT} NAME_WE)
-get_filename_component(folder ${SCRIPT} DIRECTORY)
-set(expected ${folder}/${name}.expected)
 
 set(options --bench sim --clock virtual --home home)
 file(STRINGS ${SCRIPT} directives REGEX "^#! ")
@@ -33,17 +31,17 @@ string(REPLACE "${WORK}/" "" actual "${actual}")
 file(WRITE ${WORK}/actual "${actual}exit status ${status}\n")
 
 if(APPROVE)
-  configure_file(${WORK}/actual ${expected} COPYONLY)
+  configure_file(${WORK}/actual ${EXPECTED} COPYONLY)
   return()
 endif()
 execute_process(
-  COMMAND ${CMAKE_COMMAND} -E compare_files --ignore-eol ${WORK}/actual ${expected}
+  COMMAND ${CMAKE_COMMAND} -E compare_files --ignore-eol ${WORK}/actual ${EXPECTED}
   RESULT_VARIABLE differs OUTPUT_QUIET ERROR_QUIET)
 if(differs)
   file(READ ${WORK}/actual actual)
   find_program(DIFF diff)
   if(DIFF)
-    execute_process(COMMAND ${DIFF} -u ${expected} ${WORK}/actual)
+    execute_process(COMMAND ${DIFF} -u ${EXPECTED} ${WORK}/actual)
   endif()
   message(FATAL_ERROR "${name}: this is not what was approved:\n${actual}")
 endif()
