@@ -6,6 +6,10 @@
 #include <algorithm>
 #include <clocale>
 #include <cstdio>
+#include <exception>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "app/gui_options.h"
 #include "app/home_setup.h"
@@ -36,12 +40,32 @@ int Refuse(const std::string& why) {
   return 1;
 }
 
-// Watches over a started program until it has ended: by its main window, or by the system's
-// request.
+// Keeps an error that a handler throws (memory that runs out, say) from ending the program on the
+// spot, with the motor turning and the points unsaved.
+class Application : public QApplication {
+ public:
+  using QApplication::QApplication;
+  bool notify(QObject* receiver, QEvent* event) override {
+    try {
+      return QApplication::notify(receiver, event);
+    } catch (const std::exception& error) {
+      if (failure_.empty()) failure_ = std::string("internal error: ") + error.what();
+      return false;
+    }
+  }
+  // What was thrown first; empty while nothing was.
+  const std::string& failure() const { return failure_; }
+
+ private:
+  std::string failure_;
+};
+
+// Watches over a started program until it has ended: by its main window, by the system's request,
+// or because of an error inside.
 class Session {
  public:
-  Session(QtHost& host, MainProgram& program, Files& files)
-      : host_(host), program_(program), files_(files) {}
+  Session(const Application& application, QtHost& host, MainProgram& program, Files& files)
+      : application_(application), host_(host), program_(program), files_(files) {}
 
   int Run() {
     QTimer watch;
@@ -53,12 +77,16 @@ class Session {
     for (const std::string& text : host_.dialogs().Unread()) {
       std::fprintf(stderr, "zento: message: %s\n", text.c_str());
     }
+    if (!application_.failure().empty()) {
+      std::fprintf(stderr, "zento: %s\n", application_.failure().c_str());
+      return 1;
+    }
     return kSignalStatus + Termination::Signal();
   }
 
  private:
   void Watch() {
-    if (Termination::Requested() && !told_) {
+    if ((Termination::Requested() || !application_.failure().empty()) && !told_) {
       told_ = true;
       program_.End();
     }
@@ -84,15 +112,16 @@ class Session {
     }
   }
 
+  const Application& application_;
   QtHost& host_;
   MainProgram& program_;
   Files& files_;
-  bool told_ = false;       // by the system, to end
+  bool told_ = false;       // by the system or an error, to end
   bool measuring_ = false;  // when the main window was last seen
   bool rescued_ = false;
 };
 
-int Run(const GuiOptions& options, bool simulated) {
+int Run(const Application& application, const GuiOptions& options, bool simulated) {
   const auto home = TakeHome(options.home, simulated, "the graphical program");
   if (!home.ok()) return Refuse(home.why());
 
@@ -105,7 +134,7 @@ int Run(const GuiOptions& options, bool simulated) {
   main_options.home = home.value().folder;
   MainProgram program(host.host(), main_options);
   if (const Status started = program.Start(); !started.ok()) return Refuse(started.why());
-  return Session(host, program, files).Run();
+  return Session(application, host, program, files).Run();
 }
 
 int Answer(const GuiOptions& options) {
@@ -123,7 +152,7 @@ bool IsQuestion(const std::string& argument) {
 int main(int argc, char** argv) {
   const std::vector<std::string> given(argv, argv + argc);
   if (std::any_of(given.begin(), given.end(), IsQuestion)) return Answer(ParseGuiOptions(given));
-  QApplication application(argc, argv);
+  Application application(argc, argv);
   // Qt has set the locale from the environment; numbers look the same everywhere.
   std::setlocale(LC_NUMERIC, "C");
   QApplication::setQuitOnLastWindowClosed(false);
@@ -137,5 +166,5 @@ int main(int argc, char** argv) {
   std::optional<bool> simulated = options.simulated;
   if (!simulated) simulated = AskForBench(&Termination::Requested);
   if (!simulated) return Termination::Requested() ? kSignalStatus + Termination::Signal() : 0;
-  return Run(options, *simulated);
+  return Run(application, options, *simulated);
 }

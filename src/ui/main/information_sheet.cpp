@@ -54,7 +54,8 @@ std::string SheetValue(int row, const TrackRecord& record) {
       return PlainNumber(record.pnum);
     default: {
       TrackRecord copy = record;
-      return PlainNumber(RowAt(row).number(copy));
+      // The digits a person means: a converted potential is -0.058 V, not -0.058000000000000024 V.
+      return PlainNumber(RowAt(row).number(copy), 15);
     }
   }
 }
