@@ -36,6 +36,11 @@ int Refuse(const std::string& why) {
   std::fprintf(stderr, "zento: %s\n", why.c_str());
   QMessageBox box(QMessageBox::Critical, QStringLiteral("Zento"), ToQt(why), QMessageBox::Ok);
   box.setTextFormat(Qt::PlainText);
+  QTimer watch;
+  QObject::connect(&watch, &QTimer::timeout, [&] {
+    if (Termination::Requested()) box.reject();
+  });
+  watch.start(kPollMs);
   box.exec();
   return 1;
 }

@@ -2,11 +2,14 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
+#include <QPrinter>
 #include <QRegularExpression>
 #include <QSvgRenderer>
+#include <QTemporaryDir>
 #include <QWheelEvent>
 #include <random>
 
@@ -186,6 +189,12 @@ TEST_F(CanvasTest, SavedPicturesAreWhatTheySayTheyAre) {
   EXPECT_TRUE(pdf.startsWith("%PDF"));
   const QRegularExpression page("/MediaBox \\[0 0 315(\\.0+)? 180(\\.0+)?\\]");
   EXPECT_TRUE(QString::fromLatin1(pdf).contains(page)) << "420 x 240 pixels in points";
+  const QTemporaryDir folder;
+  QPrinter printer;
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(folder.filePath("page.pdf"));
+  PrintCanvas(form.curve, size, printer);
+  EXPECT_GT(QFileInfo(folder.filePath("page.pdf")).size(), 1000);
 }
 
 }  // namespace
