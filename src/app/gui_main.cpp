@@ -14,7 +14,7 @@
 #include "app/gui_options.h"
 #include "app/home_setup.h"
 #include "app/main_program.h"
-#include "app/rescue.h"
+#include "core/rescue.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
 #include "host/native/native_sound.h"
@@ -95,12 +95,9 @@ class Session {
       told_ = true;
       program_.End();
     }
-    if (!program_.Ended()) {
-      measuring_ = program_.workstation().running_flag != 0;
-      return;
-    }
-    // What could not be saved because the end came first.
-    if ((told_ || measuring_) && !rescued_) Rescue();
+    if (!program_.Ended()) return;
+    // What nobody saved, or could save because the end came first.
+    if (!rescued_) Rescue();
     // A message is read before the program goes, unless the system is in a hurry. Not quit(), which
     // would ask every window once more.
     if (told_ || !host_.dialogs().Open()) QApplication::exit();
@@ -121,8 +118,7 @@ class Session {
   QtHost& host_;
   MainProgram& program_;
   Files& files_;
-  bool told_ = false;       // by the system or an error, to end
-  bool measuring_ = false;  // when the main window was last seen
+  bool told_ = false;  // by the system or an error, to end
   bool rescued_ = false;
 };
 

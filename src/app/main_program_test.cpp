@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "app/rescue.h"
+#include "core/rescue.h"
 #include "core/settings_file.h"
 #include "core/track_file.h"
 #include "graph/graph_form.h"
@@ -129,6 +129,8 @@ TEST_F(MainProgramTest, RescuesTracksNextToEarlierOnes) {
   workstation.tracks.Record(4).pnum = 1;
   workstation.tracks.SetValue(1, 4, 0, 2.5e-5);
   EXPECT_EQ(RescueTracks(workstation, machine_.files).value(), "/home/Rescued tracks 1.znt");
+  EXPECT_EQ(RescueTracks(workstation, machine_.files).value(), std::nullopt) << "nothing is new";
+  workstation.tracks.Record(4).Title = "changed";
   EXPECT_EQ(RescueTracks(workstation, machine_.files).value(), "/home/Rescued tracks 2.znt");
   TrackStore read;
   ASSERT_TRUE(

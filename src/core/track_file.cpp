@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/list_head.h"
+#include "core/rescue.h"
 #include "core/track_file_lines.h"
 #include "core/track_keys.h"
 #include "core/track_table.h"
@@ -235,6 +236,8 @@ std::string FormatTracks(const TrackStore& tracks) {
 TrackFileLoad OpenTracks(Workstation& ws, Files& files, const std::filesystem::path& path) {
   TrackFileLoad load =
       WithBytes(files, path, [&](std::string_view bytes) { return ReadTracks(bytes, ws.tracks); });
+  using Outcome = TrackFileLoad::Outcome;
+  if (load.complete() || load.outcome == Outcome::kBrokenOff) MarkTracksKept(ws);
   if (!load.complete()) return load;
   ws.FileTitle = TextFromPath(path.filename());
   ++ws.DataGeneration;
@@ -249,7 +252,9 @@ std::filesystem::path TrackFileName(std::filesystem::path path) {
 Status SaveTracksAs(Workstation& ws, Files& files, const std::filesystem::path& path) {
   const std::filesystem::path file = TrackFileName(path);
   Status saved = files.Replace(file, FormatTracks(ws.tracks));
-  if (saved.ok()) ws.FileTitle = TextFromPath(file.filename());
+  if (!saved.ok()) return saved;
+  MarkTracksKept(ws);
+  ws.FileTitle = TextFromPath(file.filename());
   return saved;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -39,7 +40,9 @@ struct Workstation {
   std::int32_t card_handle = -1;                  // PCI-9112; -1 = none registered
   std::vector<CalibrationPoint> rpm_calibration;  // in file order
 
-  std::string FileTitle;            // name, without folder, of the track file last opened or saved
+  std::string FileTitle;  // name, without folder, of the track file last opened or saved
+  // Fingerprint of the tracks as they were last opened, saved or rescued; see core/rescue.h.
+  std::size_t kept_tracks = 0;
   std::int32_t DataGeneration = 0;  // one more for each track file that was loaded
   std::filesystem::path home;       // the program's folder: settings, calibration, logs
 

@@ -1,5 +1,6 @@
 // The main window's track files.
 
+#include "core/rescue.h"
 #include "host/host.h"
 #include "host/path_text.h"
 #include "ui/main/control_panel.h"
@@ -37,13 +38,24 @@ void frmControlPanel::AskToOpen() {
       });
 }
 
+// Opening replaces all tracks; those that stand in no file yet are kept in the home first.
 TrackFileLoad frmControlPanel::OpenFile(const std::filesystem::path& path) {
+  const auto rescued = RescueTracks(workstation_, host().files);
+  if (!rescued.ok()) {
+    TrackFileLoad refused;
+    refused.outcome = TrackFileLoad::Outcome::kUnreadable;
+    refused.status = rescued.status().Within("keep the unsaved tracks");
+    lblNotice.SetText(Notice(refused, path));
+    return refused;
+  }
   TrackFileLoad load = OpenTracks(workstation_, host().files, path);
   if (load.outcome == TrackFileLoad::Outcome::kNotRecognized) {
     host().dialogs.Message("This file type is not recognized.");
     return load;
   }
-  lblNotice.SetText(Notice(load, path));
+  std::string notice = Notice(load, path);
+  if (rescued.value()) notice += " - unsaved before: " + TextFromPath(*rescued.value());
+  lblNotice.SetText(std::move(notice));
   if (!load.complete()) return load;
   ShowCaption();
   ShowDataInfo(0);

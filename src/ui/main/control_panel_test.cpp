@@ -276,6 +276,25 @@ TEST_F(ControlPanel, FailuresOfFilesLoseNothing) {
   EXPECT_THAT(panel.lblNotice.text(), HasSubstr("missing.znt"));
 }
 
+TEST_F(ControlPanel, OpeningKeepsTracksThatStandInNoFile) {
+  frmControlPanel& panel = Panel();
+  FillCV(2);
+  ASSERT_TRUE(panel.SaveFile("run.znt").ok());
+  ASSERT_TRUE(panel.OpenFile("run.znt").complete());
+  EXPECT_FALSE(machine.files.Exists("home/Rescued tracks 1.znt")) << "all was saved";
+
+  ws.tracks.Record(2).Title = "edited";
+  machine.files.FailNext(MemoryFiles::Operation::kReplace, "disk full");
+  EXPECT_FALSE(panel.OpenFile("run.znt").complete());
+  EXPECT_EQ(ws.tracks.Record(2).Title, "edited");
+  EXPECT_THAT(panel.lblNotice.text(), HasSubstr("disk full"));
+
+  ASSERT_TRUE(panel.OpenFile("run.znt").complete());
+  EXPECT_EQ(ws.tracks.Record(2).Title, "Pt");
+  EXPECT_THAT(machine.files.Read("home/Rescued tracks 1.znt").value(), HasSubstr("Title=edited"));
+  EXPECT_THAT(panel.lblNotice.text(), HasSubstr("Rescued tracks 1.znt"));
+}
+
 TEST_F(ControlPanel, ClosingEndsTheRunThenSavesThenClosesTheRest) {
   std::vector<std::string> steps;
   machine.desktop.on_quit = [&] { steps.emplace_back("quit"); };
