@@ -14,10 +14,9 @@ namespace zento {
 //        dropped, and so is the point when no digit is left behind it ("0.###" of 5 is "5")
 //   .    the decimal point, in every locale
 //   e+0  exponent form; the letter keeps its case, "+" writes the exponent's sign always and "-"
-//   only
-//        when negative, the zeros are the exponent's least digits. The mantissa has as many digits
-//        before the point as the pattern has from its first 0 there on, at least one: "00E+0" of
-//        0.05 is "50E-3".
+//        only when negative, the zeros are the exponent's least digits. The mantissa has as many
+//        digits before the point as the pattern has from its first 0 there on, at least one:
+//        "00E+0" of 0.05 is "50E-3".
 //
 // Other text before and after is copied. A number larger than the pattern keeps all its digits.
 // Rounding starts from the exact binary value and takes an exact tie away from zero: 0.125 under

@@ -17,8 +17,9 @@ namespace zento {
 // clipboard and files in memory. What tests and dry runs stand on.
 //
 //   VirtualHost machine;
-//   machine.desktop.Register("frmPower", [&] { return std::make_unique<PowerForm>(machine.host);
-//   }); Form* form = machine.desktop.Show("frmPower"); machine.dialogs.Answer("yes");
+//   machine.desktop.Register("frmX", [&] { return std::make_unique<FormX>(machine.host); });
+//   Form* form = machine.desktop.Show("frmX");
+//   machine.dialogs.Answer("yes");
 //   form->Find("cmdStart")->UserClick();
 //   machine.RunFor(2'500'000);
 //
