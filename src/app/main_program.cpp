@@ -31,6 +31,7 @@ MainProgram::MainProgram(Host& host, MainOptions options)
       bench_(MakeBench(host, options_)),
       instruments_(workstation_, host, bench_ ? bench_->Libraries() : vendor::LoadLibraries()) {
   workstation_.home = options_.home;
+  workstation_.run_log.Attach(host, options_.home);
 }
 
 MainProgram::~MainProgram() {
@@ -70,6 +71,7 @@ void MainProgram::End() {
   // A copy: a run that ends takes its function away.
   const auto end_run = workstation_.end_active_run;
   if (end_run) end_run();
+  workstation_.run_log.Flush();
   host_.desktop.RequestClose(kMainForm);
 }
 

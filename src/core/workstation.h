@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "core/run_log.h"
 #include "core/settings.h"
 #include "core/track_store.h"
 
@@ -45,6 +46,8 @@ struct Workstation {
   std::size_t kept_tracks = 0;
   std::int32_t DataGeneration = 0;  // one more for each track file that was loaded
   std::filesystem::path home;       // the program's folder: settings, calibration, logs
+
+  RunLog run_log;                   // not attached to a home in tests that do not ask for it
 
   // Set by a measurement while running_flag is: brings the run to its safe end before it returns
   // (points stored, generator off, rotation 0, flag cleared). Empty while no measurement runs.

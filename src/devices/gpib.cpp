@@ -83,7 +83,10 @@ bool GpibLink::Send(std::int32_t address, std::string_view command) {
   const std::int32_t control = Control();
   if (control != kSerialConverter && control != kBusBoard) return false;
   if (on_command) on_command(command);
-  return control == kBusBoard ? SendOnBoard(address, command) : SendOnSerial(address, command);
+  const bool sent =
+      control == kBusBoard ? SendOnBoard(address, command) : SendOnSerial(address, command);
+  if (!sent && on_failure) on_failure(command, status_text_);
+  return sent;
 }
 
 bool GpibLink::SendOnBoard(std::int32_t address, std::string_view command) {

@@ -40,6 +40,8 @@ class GpibLink {
 
   // Told every command that is about to be sent, without the link's framing.
   std::function<void(std::string_view command)> on_command;
+  // Told of a command that did not go out, and why.
+  std::function<void(std::string_view command, const std::string& why)> on_failure;
 
  private:
   std::int32_t Initialise(std::int32_t control);

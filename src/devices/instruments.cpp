@@ -1,6 +1,8 @@
 #include "devices/instruments.h"
 
 #include <memory>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "devices/adjust_rpm_form.h"
@@ -16,7 +18,13 @@ Instruments::Instruments(Workstation& workstation, Host& host, vendor::Libraries
       digital_output(workstation, libraries, card),
       gpib(workstation, libraries),
       generator(workstation, gpib),
-      rotation(workstation, host, analog_output, digital_output) {}
+      rotation(workstation, host, analog_output, digital_output) {
+  RunLog& log = workstation.run_log;
+  gpib.on_command = [&log](std::string_view command) { log.BusCommand(command); };
+  gpib.on_failure = [&log](std::string_view command, const std::string& why) {
+    log.Event("bus: " + std::string(command) + " FAILED: " + why);
+  };
+}
 
 void Instruments::Release() {
   analog_input.Close();

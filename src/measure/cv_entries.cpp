@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "core/tables.h"
 #include "measure/cv_form.h"
 #include "text/number.h"
 
@@ -14,6 +15,11 @@ constexpr std::int32_t kLongestRetainTime = 999;
 
 double NumberIn(const TextBox& box) {
   return ParseLenient(box.text());
+}
+
+std::string ReferenceName(std::int32_t ref) {
+  const bool known = ref > 0 && ref < static_cast<std::int32_t>(RefName.size());
+  return known ? std::string(RefName[static_cast<std::size_t>(ref)]) : "none";
 }
 
 }  // namespace
@@ -118,6 +124,29 @@ void frmMeasureCV::StorePreset() {
   preset.CVRPM = ToLong(NumberIn(txtRPM));
   preset.CVSamplingRate = NumberIn(txtSamplingrate);
   preset.CVAccum = NumberIn(txtAccum);
+}
+
+std::vector<RunParameter> frmMeasureCV::Parameters() const {
+  const CVPreset& p = plan_.preset;
+  const auto value = [](double number, const char* unit) { return PlainNumber(number) + unit; };
+  return {
+      {"Title", txtTitle.text()},
+      {"Target track", PlainNumber(target_.number())},
+      {"Setting", PlainNumber(settings().CVNum) + " " + p.CVTitle},
+      {"Potentials", value(p.CVV0, " V, ") + value(p.CVV1, " V, ") + value(p.CVV2, " V")},
+      {"Scan rate", value(p.CVScanrate, " mV/s")},
+      {"Cycles", PlainNumber(p.CVCyclenum)},
+      {"Method",
+       ByButton() ? "until stopped" : "by cycles, " + FormatDuration(planned_) + " planned"},
+      {"Sweep from", plan_.generator ? "the function generator, held at the first potential for " +
+                                           PlainNumber(p.CVRetainTime) + " s"
+                                     : std::string("the potentiostat")},
+      {"Rotation", PlainNumber(p.CVRPM) + " rpm"},
+      {"Sampling",
+       value(p.CVSamplingRate, " Hz, ") + PlainNumber(plan_.rounds) + " readings a point"},
+      {"Scales", value(p.CVXScale, " V/V, ") + value(p.CVYScale, " A/V")},
+      {"Reference", ReferenceName(p.CVRef)},
+  };
 }
 
 void frmMeasureCV::rpm(const std::string& rpm) {

@@ -103,6 +103,7 @@ void frmMeasureCV::MonitorTick() {
 void frmMeasureCV::StartMeasurement() {
   if (!BeginRun()) return;
   MakePlan();
+  LogBegin("Cyclic voltammetry");
   ShowEmptyGraph();
   lblTimeRemain.SetText("");
   lblMode.SetText("Waiting for the sweep");

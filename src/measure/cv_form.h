@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "graph/graph_view.h"
 #include "measure/live_plot.h"
@@ -79,6 +80,7 @@ class frmMeasureCV : public MeasureForm {
   void QuitCVMeasurement();
 
  protected:
+  std::vector<RunParameter> Parameters() const override;
   void MonitorTick() override;
   void MeasureTick() override;
   void FinishRun() override;

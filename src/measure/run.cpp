@@ -23,6 +23,24 @@ std::int64_t Period(double millis) {
   return static_cast<std::int64_t>(std::max(millis, 1.0));
 }
 
+std::string InWords(EndReason reason) {
+  switch (reason) {
+    case EndReason::kPerson:
+      return "stopped by hand";
+    case EndReason::kTime:
+      return "the planned time is over";
+    case EndReason::kCharge:
+      return "the charge limit was reached";
+    case EndReason::kOverflow:
+      return "the buffer is full";
+    case EndReason::kDevice:
+      return "the readings failed";
+    case EndReason::kClosing:
+      return "the window or the program was closed";
+  }
+  return {};
+}
+
 // Off while a tick is handled, so that ticks never overlap; on again on every way out, except that
 // of a window that was unloaded meanwhile.
 class TickGuard {
@@ -131,14 +149,49 @@ bool MeasureForm::BeginRun() {
   recording_ = false;
   generator_started_ = false;
   point_index_ = 0;
+  stored_track_.reset();
+  end_reason_ = EndReason::kPerson;
+  logged_rpm_ = 0;
   failed_ticks_ = 0;
   start_->SetEnabled(false);
   timer_->SetEnabled(false);
   return true;
 }
 
+void MeasureForm::LogBegin(const std::string& what) {
+  log_entry_ = workstation_.run_log.Begin(what, Parameters());
+}
+
+void MeasureForm::LogEvent(const std::string& text) {
+  workstation_.run_log.Event(text, log_entry_);
+}
+
+void MeasureForm::LogEnd() {
+  std::string how = InWords(end_reason_);
+  if (stored_track_) {
+    how += "; " + PlainNumber(workstation_.tracks.Record(*stored_track_).pnum) +
+           " points in track " + PlainNumber(*stored_track_);
+  } else {
+    how += "; no points, nothing stored";
+  }
+  workstation_.run_log.End(std::exchange(log_entry_, 0), how);
+}
+
+void MeasureForm::Say(const std::string& text) {
+  if (measuring_) LogEvent("Message: " + text);
+  host().dialogs.Message(text);
+}
+
+void MeasureForm::RequestStop(EndReason reason) {
+  if (!measuring_ || stop_requested_) return;
+  stop_requested_ = true;
+  end_reason_ = reason;
+  LogEvent("Stop requested: " + InWords(reason));
+}
+
 void MeasureForm::StartRecording() {
   recording_ = true;
+  LogEvent("Recording begins");
   RestartTime();
 }
 
@@ -155,8 +208,8 @@ void MeasureForm::KeepPoint() {
     ++point_index_;
     return;
   }
-  RequestStop();
-  host().dialogs.Message("Buffer overflow!");
+  RequestStop(EndReason::kOverflow);
+  Say("Buffer overflow!");
 }
 
 bool MeasureForm::ReadSums(std::span<const std::uint8_t> channels, std::int32_t rounds,
@@ -166,11 +219,21 @@ bool MeasureForm::ReadSums(std::span<const std::uint8_t> channels, std::int32_t 
 
 void MeasureForm::TickFailed(const std::string& why) {
   const std::int32_t now = host().clock.TickCount();
-  if (failed_ticks_ == 0) failing_.Restart(now);
+  if (failed_ticks_ == 0) {
+    failing_.Restart(now);
+    const std::string problem = instruments_.analog_input.LastProblem();
+    LogEvent("A reading failed, a gap begins: " + (why.empty() ? problem : why));
+  }
   ++failed_ticks_;
   if (failing_.Read(now) < kFailedMillis || failed_ticks_ < kFailedTicks || stop_requested_) return;
-  RequestStop();
-  host().dialogs.Message(why.empty() ? BoardMessage() : why);
+  RequestStop(EndReason::kDevice);
+  Say(why.empty() ? BoardMessage() : why);
+}
+
+void MeasureForm::EndGap() {
+  LogEvent("Readings are back: " + PlainNumber(failed_ticks_) + " points are missing, " +
+           FormatDuration(failing_.Read(host().clock.TickCount())));
+  failed_ticks_ = 0;
 }
 
 std::string MeasureForm::BoardMessage() const {
@@ -184,6 +247,7 @@ void MeasureForm::StartGenerator() {
 }
 
 void MeasureForm::SetRotation(std::int32_t rpm) {
+  if (std::exchange(logged_rpm_, rpm) != rpm) LogEvent("Rotation " + PlainNumber(rpm) + " rpm");
   instruments_.rotation.SetRotation(rpm);
 }
 
@@ -192,8 +256,8 @@ void MeasureForm::StopDevices() {
   SetRotation(0);
 }
 
-void MeasureForm::StopWithSound() {
-  RequestStop();
+void MeasureForm::StopWithSound(EndReason reason) {
+  RequestStop(reason);
   host().sound.Play(settings().SoundFileName);
 }
 
@@ -211,6 +275,7 @@ TrackRecord& MeasureForm::StoreRun(int track, Mode mode, const std::string& titl
   record.Title = title;
   record.MeasTime = FormatGeneralDate(host().clock.Now());
   record.pnum = point_index_;
+  stored_track_ = track;
 
   KouteckyLevichLists& lists = workstation_.tracks.kl;
   lists.Resize();
@@ -233,6 +298,7 @@ void MeasureForm::Tick() {
 void MeasureForm::Finish() {
   FinishRun();
   measuring_ = false;
+  LogEnd();
   start_->SetEnabled(true);
   workstation_.end_active_run = nullptr;
   workstation_.running_flag = 0;
@@ -240,7 +306,7 @@ void MeasureForm::Finish() {
 
 void MeasureForm::EndRunNow() {
   if (!measuring_) return;
-  stop_requested_ = true;
+  RequestStop(EndReason::kClosing);
   Finish();
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
+#include "core/run_log.h"
 #include "core/workstation.h"
 #include "devices/instruments.h"
 #include "host/controls.h"
@@ -53,6 +56,16 @@ class TargetTrack {
   int number_ = 0;
 };
 
+// Why a run came to its end. The first reason given is the one that counts.
+enum class EndReason {
+  kPerson,    // the Stop button
+  kTime,      // the planned time is over
+  kCharge,    // the charge limit was reached
+  kOverflow,  // no room for more points
+  kDevice,    // nothing could be read any more
+  kClosing,   // the window or the program is being closed
+};
+
 // What every measurement window has in common: one timer with two states (a live monitor, and
 // measuring), the claim on the workstation's running flag, the points, the stop request that the
 // next tick acts on, and the way to a safe end. A window adds its controls, its plan, what a tick
@@ -88,8 +101,16 @@ class MeasureForm : public Form {
   // Claims the running flag and empties the run's state; the timer rests until the window enables
   // it. False, with a message, while anything else is running.
   bool BeginRun();
-  // The next tick ends the run.
-  void RequestStop() { stop_requested_ = true; }
+  // Opens the run's entry in the log, with Parameters(). Called once the run's plan is made and
+  // before anything is switched on; `what` is the run as a person calls it ("Potential step").
+  void LogBegin(const std::string& what);
+  // Something worth reading the morning after. Not for what happens at every tick.
+  void LogEvent(const std::string& text);
+  // A message box, noted in the log during a run. It holds up nothing.
+  void Say(const std::string& text);
+
+  // The next tick ends the run. Without a run, nothing happens.
+  void RequestStop(EndReason reason = EndReason::kPerson);
   bool StopRequested() const { return stop_requested_; }
   // Ends the run now, if there is one.
   void EndRunNow();
@@ -119,22 +140,30 @@ class MeasureForm : public Form {
   // Tells how a run's tick went. A tick that got no point leaves a gap; when nothing but such ticks
   // came for two seconds, and at least five of them, the run is brought to its end with a message:
   // `why`, or that of a board that does not open with the cause behind it.
-  void TickSucceeded() { failed_ticks_ = 0; }
+  void TickSucceeded() {
+    if (failed_ticks_ != 0) EndGap();
+  }
   void TickFailed(const std::string& why = {});
 
   // Switches the generator on, and marks it to be switched off at the end.
   void StartGenerator();
+  // A rotation rate that the run asks for; other rates than the last one are noted in the log.
+  // Ramps and feedback, which change it at many ticks, go through instruments() instead.
   void SetRotation(std::int32_t rpm);
   // Generator off when it was started, rotation 0.
   void StopDevices();
 
   // Requests the stop with the end-of-measurement sound.
-  void StopWithSound();
+  void StopWithSound(EndReason reason = EndReason::kTime);
 
   // Puts the recorded points into the track (`columns` of 2 or 3) with the header fields that all
   // modes share: mode, title, time of day, point count. The window fills in the others. The range
   // that the Koutecky-Levich analysis uses becomes the whole track.
   TrackRecord& StoreRun(int track, Mode mode, const std::string& title, int columns);
+
+  // Everything the run was started with, as used by it and with units, title and target track
+  // included. Called by LogBegin.
+  virtual std::vector<RunParameter> Parameters() const = 0;
 
   Workstation& workstation() const { return workstation_; }
   Instruments& instruments() const { return instruments_; }
@@ -149,6 +178,8 @@ class MeasureForm : public Form {
  private:
   void Tick();
   void Finish();
+  void EndGap();
+  void LogEnd();
   std::string BoardMessage() const;
 
   Workstation& workstation_;
@@ -162,6 +193,10 @@ class MeasureForm : public Form {
   bool recording_ = false;
   bool generator_started_ = false;
   std::int32_t point_index_ = 0;
+  std::optional<int> stored_track_;
+  EndReason end_reason_ = EndReason::kPerson;
+  RunLog::Entry log_entry_ = 0;
+  std::int32_t logged_rpm_ = 0;
   ElapsedTime time_;
   int failed_ticks_ = 0;
   ElapsedTime failing_;

@@ -87,8 +87,8 @@ struct TestRig {
   std::vector<std::string> sent;
   std::vector<int> shown_tracks;
 
-  Workstation ws;
   VirtualHost machine;
+  Workstation ws;
   std::int64_t began = machine.clock.Micros();
   Instruments instruments{ws, machine.host, Tables()};
 };
