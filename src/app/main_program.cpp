@@ -68,7 +68,10 @@ Status MainProgram::Start() {
 }
 
 void MainProgram::End() {
-  // A copy: a run that ends takes its function away.
+  // Copies: what ends takes its function away. The macro goes first, or it would take its next
+  // line.
+  const auto end_macro = workstation_.end_active_macro;
+  if (end_macro) end_macro();
   const auto end_run = workstation_.end_active_run;
   if (end_run) end_run();
   workstation_.run_log.Flush();

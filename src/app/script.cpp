@@ -38,7 +38,8 @@ std::span<const ScriptDriver::Verb> ScriptDriver::Verbs() {
        "queue the answer to the next question: yes, no, ok, cancel, a text or a path",
        &ScriptDriver::Answer},
       {"wait", "idle [LIMIT] | 2.5s",
-       "let time pass until no run is active (for LIMIT at most; in virtual time 72h if not said) "
+       "let time pass until no run and no macro is active (for LIMIT at most; in virtual time 72h "
+       "if not said) "
        "/ for so long",
        &ScriptDriver::Wait},
       {"messages", "", "print the message boxes shown since the last time, and forget them",

@@ -68,7 +68,8 @@ Status ScriptDriver::Wait(std::string_view rest) {
 }
 
 Status ScriptDriver::WaitIdle(std::int64_t limit_micros) {
-  switch (loop_.RunUntil([this] { return workstation_.running_flag == 0; }, limit_micros)) {
+  const auto idle = [this] { return workstation_.running_flag == 0 && !workstation_.macro_active; };
+  switch (loop_.RunUntil(idle, limit_micros)) {
     case Waited::kDone:
       return Status::Ok();
     case Waited::kInterrupted:

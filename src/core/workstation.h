@@ -52,6 +52,11 @@ struct Workstation {
   // Set by a measurement while running_flag is: brings the run to its safe end before it returns
   // (points stored, generator off, rotation 0, flag cleared). Empty while no measurement runs.
   std::function<void()> end_active_run;
+  // True from a macro's start to its end, also while it waits for a measurement.
+  bool macro_active = false;
+  // Set while macro_active is: stops the macro before it returns (its wait ended, rotation 0). A
+  // measurement goes on; whoever wants that ended too calls end_active_run afterwards.
+  std::function<void()> end_active_macro;
   // Set by the main window while it is loaded: shows a track as its current one. Call through
   // ShowTrack, which does nothing without a main window.
   std::function<void(int track)> show_data_info;

@@ -92,7 +92,9 @@ void frmControlPanel::CloseOtherWindows() {
 }
 
 void frmControlPanel::CloseRequested() {
-  // A copy: a run that ends takes its function away.
+  // Copies: what ends takes its function away. The macro goes first, or it would take its next
+  // line.
+  if (const auto end_macro = workstation_.end_active_macro) end_macro();
   if (const auto end_run = workstation_.end_active_run) end_run();
   Desktop& desktop = host().desktop;
   desktop.Unload(kName);
