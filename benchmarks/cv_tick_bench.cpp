@@ -6,6 +6,7 @@
 
 #include <array>
 #include <memory>
+#include <vector>
 
 #include "core/palette.h"
 #include "graph/graph_form.h"
@@ -92,6 +93,7 @@ class FiveChannels : public MeasureForm {
   bool Full() const { return PointIndex() > 20000; }
 
  protected:
+  std::vector<RunParameter> Parameters() const override { return {}; }
   void MonitorTick() override {}
   void MeasureTick() override {
     benchmark::DoNotOptimize(ReadTime());

@@ -8,12 +8,13 @@
 namespace zento {
 namespace {
 
-constexpr char kEol[] = "\r\n";
+constexpr std::string_view kEol = "\r\n";
 constexpr std::int64_t kSoonMillis = 1000;
 // A file that every editor still opens at once: some hundreds of runs.
 constexpr std::size_t kLargeFile = std::size_t{4} << 20;
 // What is kept in memory while the file cannot be written.
 constexpr std::size_t kMostWaiting = std::size_t{4} << 20;
+constexpr std::size_t kLongestBusLine = 100;
 constexpr std::size_t kTimeWidth = 21;  // the time of day and two blanks
 
 // One line of printable text, whatever a title or another machine's answer holds: a line break in
@@ -91,7 +92,20 @@ void RunLog::Event(const std::string& text, Entry entry) {
 }
 
 void RunLog::BusCommand(std::string_view command) {
+  if (host_ == nullptr || JoinBusLine(Printable(command))) return;
+  const std::size_t before = waiting_.size();
   Event("bus: " + std::string(command));
+  bus_line_ = waiting_.size() - before;
+  bus_time_ = host_->clock.Now();
+}
+
+bool RunLog::JoinBusLine(const std::string& command) {
+  const std::size_t length = bus_line_ + 1 + command.size();
+  if (bus_line_ == 0 || length > kLongestBusLine || bus_time_ != host_->clock.Now()) return false;
+  waiting_.resize(waiting_.size() - kEol.size());
+  waiting_.append(" ").append(command).append(kEol);
+  bus_line_ = length;
+  return true;
 }
 
 void RunLog::End(Entry entry, const std::string& how) {
@@ -115,6 +129,7 @@ std::size_t RunLog::DepthFor(Entry entry) const {
 }
 
 void RunLog::Line(std::size_t depth, const std::string& text) {
+  bus_line_ = 0;
   waiting_ += FormatGeneralDate(host_->clock.Now()) + "  ";
   waiting_.append(2 * depth, ' ').append(Printable(text)).append(kEol);
 }
@@ -130,6 +145,7 @@ void RunLog::WriteSoon() {
 void RunLog::Flush() {
   if (host_ == nullptr) return;
   soon_->SetEnabled(false);
+  bus_line_ = 0;
   if (waiting_.empty()) return;
   const Status written = host_->files.Append(path_, waiting_);
   if (written.ok()) {
@@ -146,8 +162,8 @@ void RunLog::Flush() {
 void RunLog::Forget() {
   if (waiting_.size() <= kMostWaiting) return;
   const std::size_t cut = waiting_.find('\n', waiting_.size() - kMostWaiting / 2);
-  waiting_.replace(0, cut + 1,
-                   std::string("(lines are missing here: the file could not be written)") + kEol);
+  waiting_.erase(0, cut + 1);
+  waiting_.insert(0, std::string("(Lines are missing here: the file could not be written.)\r\n"));
 }
 
 void RunLog::StartNewFileWhenLarge() {

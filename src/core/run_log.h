@@ -47,7 +47,8 @@ class RunLog {
   Entry Begin(const std::string& what, std::span<const RunParameter> parameters = {});
   // One line, with the time.
   void Event(const std::string& text, Entry entry = 0);
-  // A command that is about to go out on the bus, whoever sends it.
+  // A command that is about to go out on the bus, whoever sends it. Those of one moment share
+  // lines.
   void BusCommand(std::string_view command);
   // How the entry ended, in full; its duration is added. Ending an entry twice does nothing.
   void End(Entry entry, const std::string& how);
@@ -65,6 +66,7 @@ class RunLog {
 
   std::size_t DepthFor(Entry entry) const;
   void Line(std::size_t depth, const std::string& text);
+  bool JoinBusLine(const std::string& command);
   void Continue(std::size_t depth, const std::string& text);
   void WriteSoon();
   void StartNewFileWhenLarge();
@@ -75,7 +77,9 @@ class RunLog {
   std::optional<TimerQueue::Entry> soon_;
   std::vector<Open> open_;
   Entry last_entry_ = 0;
-  std::string waiting_;                 // lines not in the file yet
+  std::string waiting_;       // lines not in the file yet
+  std::size_t bus_line_ = 0;  // length of the line of bus commands that ends it, or 0
+  CalendarTime bus_time_;
   std::optional<std::size_t> in_file_;  // bytes; known once it was looked at
   bool told_ = false;                   // that the file cannot be written
 };

@@ -16,6 +16,8 @@ constexpr std::int32_t kMostRounds = 1'000'000;
 constexpr std::int32_t kLastSlot = kAcquisitionCapacity - 1;
 constexpr int kFailedTicks = 5;
 constexpr std::int64_t kFailedMillis = 2000;
+// Gaps that the log tells one by one; a board that fails now and then all night would fill it.
+constexpr int kListedGaps = 20;
 
 std::int64_t Period(double millis) {
   // Written so that a rate of 0 or none at all gives a period too.
@@ -153,6 +155,8 @@ bool MeasureForm::BeginRun() {
   end_reason_ = EndReason::kPerson;
   logged_rpm_ = 0;
   failed_ticks_ = 0;
+  gaps_ = 0;
+  missing_points_ = 0;
   start_->SetEnabled(false);
   timer_->SetEnabled(false);
   return true;
@@ -173,6 +177,10 @@ void MeasureForm::LogEnd() {
            " points in track " + PlainNumber(*stored_track_);
   } else {
     how += "; no points, nothing stored";
+  }
+  if (gaps_ > 0) {
+    how += "; " + PlainNumber(missing_points_) + " readings failed, in " + PlainNumber(gaps_) +
+           (gaps_ == 1 ? " gap" : " gaps");
   }
   workstation_.run_log.End(std::exchange(log_entry_, 0), how);
 }
@@ -219,20 +227,27 @@ bool MeasureForm::ReadSums(std::span<const std::uint8_t> channels, std::int32_t 
 
 void MeasureForm::TickFailed(const std::string& why) {
   const std::int32_t now = host().clock.TickCount();
-  if (failed_ticks_ == 0) {
-    failing_.Restart(now);
-    const std::string problem = instruments_.analog_input.LastProblem();
-    LogEvent("A reading failed, a gap begins: " + (why.empty() ? problem : why));
-  }
+  if (failed_ticks_ == 0) BeginGap(why, now);
   ++failed_ticks_;
+  ++missing_points_;
   if (failing_.Read(now) < kFailedMillis || failed_ticks_ < kFailedTicks || stop_requested_) return;
   RequestStop(EndReason::kDevice);
   Say(why.empty() ? BoardMessage() : why);
 }
 
+void MeasureForm::BeginGap(const std::string& why, std::int32_t now) {
+  failing_.Restart(now);
+  if (++gaps_ > kListedGaps) return;
+  const std::string cause = why.empty() ? instruments_.analog_input.LastProblem() : why;
+  LogEvent("A reading failed, a gap begins" + (cause.empty() ? "" : ": " + cause));
+  if (gaps_ == kListedGaps) LogEvent("Further gaps are counted, not listed");
+}
+
 void MeasureForm::EndGap() {
-  LogEvent("Readings are back: " + PlainNumber(failed_ticks_) + " points are missing, " +
-           FormatDuration(failing_.Read(host().clock.TickCount())));
+  if (gaps_ < kListedGaps) {
+    LogEvent("Readings are back after " + PlainNumber(failed_ticks_) + " failed, " +
+             FormatDuration(failing_.Read(host().clock.TickCount())));
+  }
   failed_ticks_ = 0;
 }
 

@@ -178,6 +178,7 @@ class MeasureForm : public Form {
  private:
   void Tick();
   void Finish();
+  void BeginGap(const std::string& why, std::int32_t now);
   void EndGap();
   void LogEnd();
   std::string BoardMessage() const;
@@ -200,6 +201,8 @@ class MeasureForm : public Form {
   ElapsedTime time_;
   int failed_ticks_ = 0;
   ElapsedTime failing_;
+  int gaps_ = 0;            // of this run
+  int missing_points_ = 0;  // in them
   std::string board_message_;
 };
 
