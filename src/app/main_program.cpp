@@ -5,6 +5,7 @@
 #include "app/furnish.h"
 #include "devices/vendor/loader.h"
 #include "graph/graph_form.h"
+#include "macro/macro_form.h"
 #include "measure/measure_forms.h"
 #include "ui/main/main_forms.h"
 
@@ -46,6 +47,7 @@ void MainProgram::RegisterForms() {
   }
   RegisterDeviceForms(desktop, workstation_, host_, instruments_);
   RegisterMeasureForms(desktop, workstation_, host_, instruments_);
+  RegisterMacroForms(desktop, workstation_, host_, instruments_);
   RegisterMainForms(desktop, workstation_, host_, instruments_);
 }
 

@@ -4,6 +4,7 @@
 #include "app/script.h"
 #include "app/script_keys.h"
 #include "app/script_words.h"
+#include "host/controls.h"
 
 // The verbs that act on windows and their controls.
 
@@ -61,8 +62,13 @@ Status ScriptDriver::Set(std::string_view rest) {
 Status ScriptDriver::Type(std::string_view rest) {
   const auto control = TakeControl(rest);
   if (!control.ok()) return control.status();
-  return Act(*control.value(),
-             [&] { return control.value()->UserType(std::string(RestAsText(rest))); });
+  const std::string text(RestAsText(rest));
+  return Act(*control.value(), [&] {
+    // Where the text is edited in place, typing goes on at the caret.
+    auto* box = dynamic_cast<TextBox*>(control.value());
+    if (box != nullptr && box->multiline) return box->UserInsert(text);
+    return control.value()->UserType(text);
+  });
 }
 
 Status ScriptDriver::PressKeyIn(std::string_view rest) {

@@ -62,6 +62,10 @@ Status PressButton(const Form& form, bool Button::*role) {
 }
 
 Status TypeInto(TextBox& box, Key key) {
+  if (box.multiline) {
+    if (key.code == KeyCode::kCharacter) return box.UserInsert(Utf8(key.character));
+    return box.UserErase();
+  }
   std::string text = box.text();
   if (key.code == KeyCode::kCharacter) return box.UserType(text + Utf8(key.character));
   while (!text.empty() && Continues(text.back())) text.pop_back();
@@ -78,7 +82,7 @@ Status PressInBox(TextBox& box, Key key) {
       return TypeInto(box, key);
     case KeyCode::kEnter:
       if (box.on_key) return box.UserKey(key);
-      if (box.multiline) return box.UserType(box.text() + "\n");
+      if (box.multiline) return box.UserInsert("\n");
       box.UserLeave();
       return PressButton(box.form(), &Button::is_default);
     case KeyCode::kEscape:

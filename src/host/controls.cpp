@@ -4,6 +4,8 @@
 #include <charconv>
 #include <optional>
 
+#include "text/lines.h"
+
 namespace zento {
 namespace {
 
@@ -13,6 +15,23 @@ std::optional<int> Index(const std::string& text) {
   const auto [end, error] = std::from_chars(text.data(), last, value);
   if (error != std::errc{} || end != last) return std::nullopt;
   return value;
+}
+
+std::string OnOneLine(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+  return text;
+}
+
+std::string OnlyLineFeeds(std::string text) {
+  if (text.find('\r') == text.npos) return text;
+  std::string joined;
+  std::string_view line;
+  LineReader reader(text);
+  while (reader.Next(line)) joined.append(line) += '\n';
+  // The last line has no end of its own, unless the text ends with one.
+  if (text.back() != '\n' && text.back() != '\r') joined.pop_back();
+  return joined;
 }
 
 Status BadIndex(const Control& control, const std::string& text) {
@@ -28,16 +47,51 @@ void Label::SetText(std::string text) {
 }
 
 void TextBox::Replace(std::string text) {
-  if (!multiline) {
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-  }
-  text_ = std::move(text);
+  text_ = multiline ? OnlyLineFeeds(std::move(text)) : OnOneLine(std::move(text));
+  selection_ = Inside(selection_);
+}
+
+TextBox::Range TextBox::Inside(Range range) const {
+  range.end = std::min(range.end, text_.size());
+  range.begin = std::min(range.begin, range.end);
+  return range;
 }
 
 void TextBox::SetText(std::string text) {
   if (text == text_) return;
   Replace(std::move(text));
+  Changed();
+}
+
+void TextBox::Select(Range range) {
+  range = Inside(range);
+  if (range == selection_) return;
+  selection_ = range;
+  Changed();
+}
+
+void TextBox::ReplaceSelection(std::string_view text) {
+  const std::size_t behind = text_.size() - selection_.end;
+  Replace(text_.substr(0, selection_.begin) + std::string(text) + text_.substr(selection_.end));
+  selection_.begin = selection_.end = text_.size() - std::min(behind, text_.size());
+  Changed();
+}
+
+int TextBox::CaretLine() const {
+  const auto caret = text_.begin() + static_cast<std::ptrdiff_t>(selection_.end);
+  return static_cast<int>(std::count(text_.begin(), caret, '\n'));
+}
+
+std::string_view TextBox::CaretLineText() const {
+  const std::string_view text = text_;
+  const std::string_view before = text.substr(0, selection_.end);
+  const std::size_t begin = before.rfind('\n') + 1;  // npos + 1 = 0
+  return text.substr(begin, text.find('\n', selection_.end) - begin);
+}
+
+void TextBox::MarkLine(int line) {
+  if (line == marked_line_) return;
+  marked_line_ = line;
   Changed();
 }
 
@@ -50,9 +104,33 @@ Status TextBox::UserSet(const std::string& value) {
 Status TextBox::UserType(const std::string& text) {
   if (read_only) return Status::Failure(Address() + " can only be read");
   Replace(text);
+  selection_ = {text_.size(), text_.size()};
   Changed();
   if (on_change) on_change();
   return Status::Ok();
+}
+
+Status TextBox::UserInsert(std::string_view text) {
+  if (read_only) return Status::Failure(Address() + " can only be read");
+  ReplaceSelection(text);
+  if (on_change) on_change();
+  return Status::Ok();
+}
+
+Status TextBox::UserErase() {
+  if (selection_.begin == selection_.end) {
+    const auto continues = [this](std::size_t i) {
+      return (static_cast<unsigned char>(text_[i]) & 0xC0) == 0x80;
+    };
+    while (selection_.begin > 0 && continues(--selection_.begin)) continue;
+  }
+  return UserInsert({});
+}
+
+void TextBox::UserSelect(Range range) {
+  selection_ = Inside(range);
+  Changed();
+  if (on_select) on_select();
 }
 
 Status TextBox::UserKey(Key key) {

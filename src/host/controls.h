@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -25,8 +26,25 @@ class Label : public Control {
   std::string text_;
 };
 
+// How pieces of a line look in a box of several lines.
+enum class TextRole { kPlain, kKeyword, kNumber, kComment };
+
+// A piece of a line, in bytes from the line's beginning.
+struct TextSpan {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  TextRole role = TextRole::kPlain;
+  friend bool operator==(const TextSpan&, const TextSpan&) = default;
+};
+
+struct LineLook {
+  std::vector<TextSpan> spans;  // in order, none over another
+  std::string fault;            // what is wrong with the line, for a person; empty = nothing
+};
+
 // A line of text, or several when `multiline` is set before the form is shown. Line breaks cannot
-// enter a single-line box: they are replaced by blanks.
+// enter a single-line box: they are replaced by blanks. In a box of several lines they are all
+// "\n", whatever they came as.
 class TextBox : public Control {
  public:
   TextBox(Form& form, std::string name, std::string text = {}, int index = -1)
@@ -40,19 +58,51 @@ class TextBox : public Control {
   bool multiline = false;
   bool read_only = false;
 
+  // For several lines: colours a line, of which `number` counts from 1, and says what is wrong with
+  // it. Depends on nothing but the line; only the words of the fault may depend on the number. Set
+  // before the form is shown.
+  std::function<LineLook(std::string_view line, int number)> look;
+
+  // What is selected, in bytes, begin <= end; the caret stands at the end. Kept inside the text.
+  struct Range {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    friend bool operator==(const Range&, const Range&) = default;
+  };
+  Range selection() const { return selection_; }
+  void Select(Range range);
+  // Puts `text` where the selection is; the caret then stands behind it. Runs no handler.
+  void ReplaceSelection(std::string_view text);
+  // The line the caret stands in, from 0, and its text.
+  int CaretLine() const;
+  std::string_view CaretLineText() const;
+
+  // A line that is pointed out, from 0; -1 = none.
+  int marked_line() const { return marked_line_; }
+  void MarkLine(int line);
+
   std::function<void()> on_change;      // after every change by a person
+  std::function<void()> on_select;      // after a person moved the caret or selected
   std::function<void()> on_lost_focus;  // a person leaves the box
   std::function<void(Key)> on_key;      // a key other than the typing of text
 
   Status UserSet(const std::string& value) override;
   Status UserType(const std::string& text) override;
   Status UserKey(Key key) override;
+  // The person types or pastes where the selection is.
+  Status UserInsert(std::string_view text);
+  // The person deletes what is selected, or the character before the caret.
+  Status UserErase();
+  void UserSelect(Range range);
   // The person leaves the box.
   void UserLeave();
 
  private:
   void Replace(std::string text);
+  Range Inside(Range range) const;
   std::string text_;
+  Range selection_;
+  int marked_line_ = -1;
 };
 
 class Button : public Control {

@@ -24,7 +24,32 @@ std::vector<std::string> SplitLines(std::string_view text) {
   return lines;
 }
 
+// What acts on the cell, the motor and the world, rather than on a window's boxes.
+bool IsLogged(CommandKind kind) {
+  return kind == CommandKind::kStart || kind == CommandKind::kHardware ||
+         kind == CommandKind::kWait || kind == CommandKind::kMail;
+}
+
 }  // namespace
+
+std::string MacroOutcomeText(const MacroOutcome& outcome) {
+  using End = MacroOutcome::End;
+  const std::string at_line = outcome.line > 0 ? " at line " + PlainNumber(outcome.line) : "";
+  switch (outcome.end) {
+    case End::kNotStarted:
+      return "Not started: " + outcome.why;
+    case End::kRefused:
+      return "Ended:" + outcome.why;
+    case End::kStopped:
+      return "Stopped" + at_line;
+    case End::kCompleted:
+      break;
+  }
+  std::string text = "Finished";
+  if (outcome.unknown > 0) text += "; unknown commands: " + PlainNumber(outcome.unknown);
+  if (outcome.ignored > 0) text += "; failures after a mail: " + PlainNumber(outcome.ignored);
+  return text;
+}
 
 MacroInterpreter::MacroInterpreter(Workstation& workstation, Host& host, Instruments& instruments)
     : workstation_(workstation),
@@ -41,9 +66,15 @@ MacroInterpreter::~MacroInterpreter() {
   Stop();
 }
 
-bool MacroInterpreter::Start(std::string_view text) {
+bool MacroInterpreter::Start(std::string_view text, const std::string& title) {
   if (workstation_.macro_active) return false;
   outcome_ = {};
+  lines_ = SplitLines(text);
+  const RunParameter parameters[] = {
+      {"Lines", PlainNumber(lines_.size())},
+      {"Debug mode", debug_mode_ != 0 ? "on" : "off"},
+  };
+  log_entry_ = workstation_.run_log.Begin(title.empty() ? "Macro" : "Macro " + title, parameters);
   if (!OpenDevices()) return false;
   active_ = true;
   workstation_.macro_active = true;
@@ -52,7 +83,6 @@ bool MacroInterpreter::Start(std::string_view text) {
   ignore_failures_ = false;
   measuring_since_ = 0;
   line_ = 0;
-  lines_ = SplitLines(text);
   next_ = 0;
   context_.mail = {};
   turn_timer_.SetInterval(kNextTurnMillis);
@@ -75,6 +105,7 @@ bool MacroInterpreter::OpenDevices() {
   if (trouble.empty()) return true;
   outcome_.end = MacroOutcome::End::kNotStarted;
   outcome_.why = trouble;
+  workstation_.run_log.End(log_entry_, MacroOutcomeText(outcome_));
   told().RunEnded(outcome_);
   return false;
 }
@@ -152,6 +183,7 @@ void MacroInterpreter::CarryOut(const MacroLine& line) {
 MacroLineResult MacroInterpreter::Act(const MacroLine& line) {
   const MacroCommand& command = *line.command;
   if (debug_mode_ != 0 && command.dry == DryRule::kSkip) return MacroLineResult::kLeftOut;
+  if (IsLogged(command.kind)) Log(lines_[next_ - 1]);
   const ActionResult result = command.action(context_, line.arguments);
   if (result == ActionResult::kWindowMissing) {
     return Fail(MissingWindowMessage(command.name, line_), true);
@@ -173,6 +205,7 @@ MacroLineResult MacroInterpreter::Act(const MacroLine& line) {
 
 // A command that could be read but has failed. Once a mail was sent, such failures end no run.
 MacroLineResult MacroInterpreter::Fail(std::string why, bool show) {
+  if (!show || ignore_failures_) Log("Failed:" + why);
   if (ignore_failures_) {
     ++outcome_.ignored;
     return MacroLineResult::kIgnored;
@@ -219,6 +252,7 @@ void MacroInterpreter::Finish(MacroOutcome::End end) {
   workstation_.macro_active = false;
   workstation_.end_active_macro = nullptr;
   lines_.clear();
+  workstation_.run_log.End(log_entry_, MacroOutcomeText(outcome_));
   told().RunEnded(outcome_);
 }
 
@@ -233,8 +267,13 @@ void MacroInterpreter::MakeSafe(MacroOutcome::End end) {
 }
 
 void MacroInterpreter::Say(const std::string& message) {
+  Log((message.front() == ' ' ? "Message:" : "Message: ") + message);
   host_.dialogs.Message(message);
   told().MessageShown(message);
+}
+
+void MacroInterpreter::Log(const std::string& text) {
+  workstation_.run_log.Event(text, log_entry_);
 }
 
 }  // namespace zento

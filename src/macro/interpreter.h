@@ -32,6 +32,9 @@ struct MacroOutcome {
   bool Clean() const { return end == End::kCompleted && unknown == 0 && ignored == 0; }
 };
 
+// "Finished", "Stopped at line 3", ...: for a status line or a log.
+std::string MacroOutcomeText(const MacroOutcome& outcome);
+
 // What became of one line.
 enum class MacroLineResult {
   kCarriedOut,
@@ -82,7 +85,8 @@ class MacroInterpreter {
   // Opens what the settings name, shows the power window when there are outlets, and begins with
   // the first line in the next turn. False when the run does not start: a device did not open
   // (said, and told as kNotStarted), or a macro is active already (nothing is said).
-  bool Start(std::string_view text);
+  // `title` names the macro in the run log.
+  bool Start(std::string_view text, const std::string& title = {});
 
   // Ends the run now; called by a line that is being carried out, right after that line.
   void Stop();
@@ -102,7 +106,6 @@ class MacroInterpreter {
 
  private:
   bool OpenDevices();
-  void Refuse(const std::string& why, bool show);
   void Turn();
   bool Step();
   bool TakeLine();
@@ -116,6 +119,7 @@ class MacroInterpreter {
   void Finish(MacroOutcome::End end);
   void MakeSafe(MacroOutcome::End end);
   void Say(const std::string& message);
+  void Log(const std::string& text);
   MacroObserver& told() { return observer != nullptr ? *observer : nobody_; }
 
   Workstation& workstation_;
@@ -138,6 +142,7 @@ class MacroInterpreter {
   std::size_t next_ = 0;
   MacroContext context_;
   MacroOutcome outcome_;
+  RunLog::Entry log_entry_ = 0;
   ElapsedTime wait_time_;
   std::int64_t wait_millis_ = 0;
 };
