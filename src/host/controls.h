@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -171,7 +172,8 @@ class CheckBox : public Control {
 
 class ComboBox : public Control {
  public:
-  ComboBox(Form& form, std::string name) : Control(form, std::move(name)) {}
+  explicit ComboBox(Form& form, std::string name, int index = -1)
+      : Control(form, std::move(name), index) {}
   ControlKind Kind() const override { return ControlKind::kComboBox; }
   const std::vector<std::string>& items() const { return items_; }
   void SetItems(std::vector<std::string> items);
@@ -307,7 +309,7 @@ class ProgressBar : public Control {
 template <typename C, std::size_t N>
 class ControlArray {
  public:
-  // Each element's text or caption is `captions[i]`.
+  // Each element's text or caption is `captions[i]`; elements that have none take none.
   ControlArray(Form& form, const std::string& name, const std::array<std::string, N>& captions)
       : ControlArray(form, name, captions, std::make_index_sequence<N>{}) {}
   ControlArray(Form& form, const std::string& name)
@@ -321,7 +323,15 @@ class ControlArray {
   template <std::size_t... I>
   ControlArray(Form& form, const std::string& name, const std::array<std::string, N>& captions,
                std::index_sequence<I...>)
-      : elements_{C(form, name, captions[I], static_cast<int>(I))...} {}
+      : elements_{Make(form, name, captions[I], static_cast<int>(I))...} {}
+
+  static C Make(Form& form, const std::string& name, const std::string& caption, int index) {
+    if constexpr (std::is_constructible_v<C, Form&, std::string, std::string, int>) {
+      return C(form, name, caption, index);
+    } else {
+      return C(form, name, index);
+    }
+  }
 
   std::array<C, N> elements_;
 };

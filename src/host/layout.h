@@ -16,6 +16,7 @@ struct LayoutNode {
     kGroup,    // a frame with a caption around its children, from top to bottom
     kFields,   // children are fields; their labels and boxes stand in two aligned columns
     kField,    // caption, control and, beside it, an up-down or a second control
+    kTable,    // children are kColumns whose children stand in aligned columns
     kItem,     // a control alone
     kText,     // a caption that belongs to no control
     kStretch,  // room that takes what is left
@@ -45,6 +46,10 @@ inline LayoutNode Fields(std::vector<LayoutNode> fields) {
 }
 inline LayoutNode Field(std::string label, Control& control, Control* companion = nullptr) {
   return {LayoutNode::Kind::kField, std::move(label), &control, companion, {}, 0};
+}
+// Rows made with Columns, such as headings and, below them, one row for each electrode.
+inline LayoutNode Table(std::vector<LayoutNode> rows) {
+  return {LayoutNode::Kind::kTable, {}, nullptr, nullptr, std::move(rows), 0};
 }
 inline LayoutNode Item(Control& control, int stretch = 0) {
   return {LayoutNode::Kind::kItem, {}, &control, nullptr, {}, stretch};

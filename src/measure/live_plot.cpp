@@ -64,6 +64,10 @@ void LivePlot::Curve(std::span<const AcquiredPoint> points, std::size_t y, Colou
   window->Picture1.Curve(places, colour);
 }
 
+void LivePlot::Curve(std::span<const double> x, std::span<const double> y, Colour colour) {
+  if (Graph* window = Window()) window->Picture1.Curve(x, y, colour);
+}
+
 void LivePlot::Point(double x, double y, Colour colour) {
   if (Graph* window = Window()) window->Picture1.VPset(x, y, colour);
 }

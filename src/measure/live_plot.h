@@ -38,6 +38,8 @@ class LivePlot {
   void Redraw(const AxisLook& look);
   // Column `y` against column 0.
   void Curve(std::span<const AcquiredPoint> points, std::size_t y, Colour colour);
+  // As many points as the shorter of the two has.
+  void Curve(std::span<const double> x, std::span<const double> y, Colour colour);
   void Point(double x, double y, Colour colour);
 
   // Holds all points so far, without margin.

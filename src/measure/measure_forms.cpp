@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "measure/cv_form.h"
+#include "measure/multi_form.h"
 
 namespace zento {
 
@@ -10,6 +11,9 @@ void RegisterMeasureForms(Desktop& desktop, Workstation& workstation, Host& host
                           Instruments& instruments) {
   desktop.Register("frmMeasureCV",
                    [&] { return std::make_unique<frmMeasureCV>(workstation, host, instruments); });
+  desktop.Register("frmMultipotentiostat", [&] {
+    return std::make_unique<frmMultipotentiostat>(workstation, host, instruments);
+  });
 }
 
 }  // namespace zento

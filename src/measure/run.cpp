@@ -43,6 +43,11 @@ std::string InWords(EndReason reason) {
   return {};
 }
 
+std::string TrackRange(int first, int last) {
+  const std::string from = " " + PlainNumber(first);
+  return first == last ? from : "s" + from + " to " + PlainNumber(last);
+}
+
 // Off while a tick is handled, so that ticks never overlap; on again on every way out, except that
 // of a window that was unloaded meanwhile.
 class TickGuard {
@@ -174,7 +179,7 @@ void MeasureForm::LogEnd() {
   std::string how = InWords(end_reason_);
   if (stored_track_) {
     how += "; " + PlainNumber(workstation_.tracks.Record(*stored_track_).pnum) +
-           " points in track " + PlainNumber(*stored_track_);
+           " points in track" + TrackRange(*stored_track_, stored_to_);
   } else {
     how += "; no points, nothing stored";
   }
@@ -285,12 +290,17 @@ TrackRecord& MeasureForm::StoreRun(int track, Mode mode, const std::string& titl
       return p[static_cast<std::size_t>(column)];
     });
   }
+  return StampTrack(track, mode, title);
+}
+
+TrackRecord& MeasureForm::StampTrack(int track, Mode mode, const std::string& title) {
   TrackRecord& record = workstation_.tracks.Record(track);
   record.Mode = mode;
   record.Title = title;
   record.MeasTime = FormatGeneralDate(host().clock.Now());
   record.pnum = point_index_;
-  stored_track_ = track;
+  if (!stored_track_) stored_track_ = track;
+  stored_to_ = track;
 
   KouteckyLevichLists& lists = workstation_.tracks.kl;
   lists.Resize();

@@ -161,6 +161,10 @@ class MeasureForm : public Form {
   // that the Koutecky-Levich analysis uses becomes the whole track.
   TrackRecord& StoreRun(int track, Mode mode, const std::string& title, int columns);
 
+  // The header fields that all modes share, for a track whose `PointIndex()` points the window puts
+  // there itself. A run that stores several tracks stores consecutive ones, from the lowest on.
+  TrackRecord& StampTrack(int track, Mode mode, const std::string& title);
+
   // Everything the run was started with, as used by it and with units, title and target track
   // included. Called by LogBegin.
   virtual std::vector<RunParameter> Parameters() const = 0;
@@ -194,7 +198,8 @@ class MeasureForm : public Form {
   bool recording_ = false;
   bool generator_started_ = false;
   std::int32_t point_index_ = 0;
-  std::optional<int> stored_track_;
+  std::optional<int> stored_track_;  // the first one
+  int stored_to_ = 0;                // the last one
   EndReason end_reason_ = EndReason::kPerson;
   RunLog::Entry log_entry_ = 0;
   std::int32_t logged_rpm_ = 0;

@@ -24,7 +24,10 @@ class VoltageMonitor {
   void Clear();
   // Keeps the pair in the ring in place of the oldest one, and draws it. Values that are not finite
   // are left out.
-  void Add(double x, double y);
+  void Add(double x, double y) { Add(x, y, colour_); }
+  // The same in another colour, where several electrodes share the monitor. A pair keeps its
+  // colour when the plot is drawn anew.
+  void Add(double x, double y, Colour colour);
   void Redraw();
 
   const std::array<double, 2>& Slot(std::size_t index) const { return ring_[index]; }
@@ -35,6 +38,7 @@ class VoltageMonitor {
   GraphView& plot_;
   Colour colour_;
   std::vector<std::array<double, 2>> ring_;
+  std::vector<Colour> colours_;  // of the slots
   std::size_t next_ = 0;
   LiveRange range_;
 };

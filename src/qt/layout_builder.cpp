@@ -106,6 +106,14 @@ void LayoutBuilder::Add(const LayoutNode& node, QBoxLayout& into) {
       for (const LayoutNode& child : node.children) AddField(child, *grid, grid->rowCount());
       break;
     }
+    case LayoutNode::Kind::kTable: {
+      auto* grid = new QGridLayout;
+      grid->setHorizontalSpacing(kSpacing);
+      grid->setVerticalSpacing(kSpacing - 2);
+      into.addLayout(grid, share);
+      AddTable(node, *grid);
+      break;
+    }
     case LayoutNode::Kind::kField:
       if (ControlBinding* binding = find_(*node.control)) {
         auto* row = new QHBoxLayout;
@@ -124,6 +132,19 @@ void LayoutBuilder::Add(const LayoutNode& node, QBoxLayout& into) {
     case LayoutNode::Kind::kStretch:
       into.addStretch(std::max(1, node.stretch));
       break;
+  }
+}
+
+void LayoutBuilder::AddTable(const LayoutNode& node, QGridLayout& into) {
+  for (int row = 0; const LayoutNode& cells : node.children) {
+    for (int column = 0; const LayoutNode& cell : cells.children) {
+      ControlBinding* binding = cell.control == nullptr ? nullptr : find_(*cell.control);
+      if (binding != nullptr) into.addWidget(&binding->widget(), row, column);
+      if (cell.kind == LayoutNode::Kind::kText) into.addWidget(Caption(cell.caption), row, column);
+      if (cell.stretch > 0) into.setColumnStretch(column, cell.stretch);
+      ++column;
+    }
+    ++row;
   }
 }
 

@@ -29,6 +29,7 @@ class LayoutBuilder {
  private:
   void Add(const LayoutNode& node, QBoxLayout& into);
   void AddChildren(const LayoutNode& node, QBoxLayout& into);
+  void AddTable(const LayoutNode& node, QGridLayout& into);
   void AddField(const LayoutNode& node, QGridLayout& into, int row);
   QLayout* FieldBox(const LayoutNode& node, ControlBinding& binding);
   QLabel* FieldLabel(const LayoutNode& node, ControlBinding& binding);
