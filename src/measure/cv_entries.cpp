@@ -5,6 +5,7 @@
 
 #include "core/tables.h"
 #include "measure/cv_form.h"
+#include "measure/entries.h"
 #include "text/number.h"
 
 namespace zento {
@@ -12,10 +13,6 @@ namespace {
 
 // The generator holds the first potential for at most three digits of seconds.
 constexpr std::int32_t kLongestRetainTime = 999;
-
-double NumberIn(const TextBox& box) {
-  return ParseLenient(box.text());
-}
 
 std::string ReferenceName(std::int32_t ref) {
   const bool known = ref > 0 && ref < static_cast<std::int32_t>(RefName.size());
@@ -25,19 +22,12 @@ std::string ReferenceName(std::int32_t ref) {
 }  // namespace
 
 void frmMeasureCV::WireBoxes() {
-  for (TextBox* box : {&txtCVTitle, &txtXScale, &txtYScale, &txtVoltSetting[0], &txtVoltSetting[1],
-                       &txtVoltSetting[2], &txtScanrate, &txtCycleNum, &txtRetainTime, &txtRPM,
-                       &txtSamplingrate, &txtAccum}) {
-    box->on_lost_focus = [this] { LeaveBox(); };
-    box->on_key = [this](Key key) {
-      if (key.code == KeyCode::kEnter) LeaveBox();
-    };
-  }
+  OnCommit({&txtCVTitle, &txtXScale, &txtYScale, &txtVoltSetting[0], &txtVoltSetting[1],
+            &txtVoltSetting[2], &txtScanrate, &txtCycleNum, &txtRetainTime, &txtRPM,
+            &txtSamplingrate, &txtAccum},
+           [this] { LeaveBox(); });
   cbxReference.on_select = [this](int) { StorePreset(); };
-  txtCVNum.on_lost_focus = [this] { SettingNum(txtCVNum.text()); };
-  txtCVNum.on_key = [this](Key key) {
-    if (key.code == KeyCode::kEnter) SettingNum(txtCVNum.text());
-  };
+  OnCommit({&txtCVNum}, [this] { SettingNum(txtCVNum.text()); });
   UpDown2.on_up = [this] { StepPreset(1); };
   UpDown2.on_down = [this] { StepPreset(-1); };
 }
@@ -50,20 +40,15 @@ void frmMeasureCV::LeaveBox() {
 }
 
 void frmMeasureCV::LimitEntries() {
-  LimitAccum();
+  LimitToOneOrMore(txtAccum);
   LimitSamplingRate();
   if (NumberIn(txtScanrate) <= 0) txtScanrate.SetText("0.01");
-  if (NumberIn(txtCycleNum) < 1) txtCycleNum.SetText("1");
-}
-
-void frmMeasureCV::LimitAccum() {
-  if (NumberIn(txtAccum) < 1) txtAccum.SetText("1");
+  LimitToOneOrMore(txtCycleNum);
 }
 
 void frmMeasureCV::LimitSamplingRate() {
-  const double rate = NumberIn(txtSamplingrate);
-  if (rate > 1000) txtSamplingrate.SetText("1000");
-  if (rate <= 0) txtSamplingrate.SetText("0.1");
+  if (NumberIn(txtSamplingrate) > 1000) txtSamplingrate.SetText("1000");
+  LimitToSomeRate(txtSamplingrate);
 }
 
 void frmMeasureCV::LimitRetainTime() {
@@ -150,8 +135,7 @@ std::vector<RunParameter> frmMeasureCV::Parameters() const {
 }
 
 void frmMeasureCV::rpm(const std::string& rpm) {
-  const double value = ParseLenient(rpm);
-  txtRPM.SetText(value < 0 ? "0" : value > 10000 ? "10000" : rpm);
+  txtRPM.SetText(LimitedRpm(rpm));
 }
 
 void frmMeasureCV::SettingNum(const std::string& number) {
@@ -159,7 +143,7 @@ void frmMeasureCV::SettingNum(const std::string& number) {
 }
 
 void frmMeasureCV::DiskScale(double amperes_per_volt) {
-  txtYScale.SetText(PlainNumber(amperes_per_volt > 0 ? amperes_per_volt : 1e-5));
+  txtYScale.SetText(PlainNumber(LimitedScale(amperes_per_volt)));
 }
 
 void frmMeasureCV::SetVoltage(double first, double second, double third) {
@@ -187,7 +171,7 @@ void frmMeasureCV::SamplingRate(double hertz) {
 
 void frmMeasureCV::Accumlation(std::int32_t readings) {
   txtAccum.SetText(PlainNumber(readings));
-  LimitAccum();
+  LimitToOneOrMore(txtAccum);
 }
 
 void frmMeasureCV::SetSize(std::int16_t left, std::int16_t top, std::int16_t width,

@@ -104,7 +104,6 @@ class frmMeasureCV : public MeasureForm {
   void WireBoxes();
   void LeaveBox();
   void LimitEntries();
-  void LimitAccum();
   void LimitSamplingRate();
   void LimitRetainTime();
   CVPreset& CurrentPreset();

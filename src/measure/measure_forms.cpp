@@ -4,6 +4,8 @@
 
 #include "measure/cv_form.h"
 #include "measure/multi_form.h"
+#include "measure/rpm_form.h"
+#include "measure/step_form.h"
 
 namespace zento {
 
@@ -13,6 +15,12 @@ void RegisterMeasureForms(Desktop& desktop, Workstation& workstation, Host& host
                    [&] { return std::make_unique<frmMeasureCV>(workstation, host, instruments); });
   desktop.Register("frmMultipotentiostat", [&] {
     return std::make_unique<frmMultipotentiostat>(workstation, host, instruments);
+  });
+  desktop.Register("frmPotentialStep", [&] {
+    return std::make_unique<frmPotentialStep>(workstation, host, instruments);
+  });
+  desktop.Register("frmMeasureRPMvsj", [&] {
+    return std::make_unique<frmMeasureRPMvsj>(workstation, host, instruments);
   });
 }
 

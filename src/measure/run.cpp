@@ -16,6 +16,7 @@ constexpr std::int32_t kMostRounds = 1'000'000;
 constexpr std::int32_t kLastSlot = kAcquisitionCapacity - 1;
 constexpr int kFailedTicks = 5;
 constexpr std::int64_t kFailedMillis = 2000;
+constexpr std::int64_t kLongestWaitForStop = 1000;  // ms
 // Gaps that the log tells one by one; a board that fails now and then all night would fill it.
 constexpr int kListedGaps = 20;
 
@@ -33,6 +34,8 @@ std::string InWords(EndReason reason) {
       return "the planned time is over";
     case EndReason::kCharge:
       return "the charge limit was reached";
+    case EndReason::kLimit:
+      return "the limit rate was exceeded";
     case EndReason::kOverflow:
       return "the buffer is full";
     case EndReason::kDevice:
@@ -200,6 +203,10 @@ void MeasureForm::RequestStop(EndReason reason) {
   stop_requested_ = true;
   end_reason_ = reason;
   LogEvent("Stop requested: " + InWords(reason));
+  // Nobody who presses Stop expects the motor to turn until a point is due in some minutes.
+  if (timer_->Interval() <= kLongestWaitForStop) return;
+  sampling_interval_ = timer_->Interval();
+  timer_->SetInterval(kLongestWaitForStop);
 }
 
 void MeasureForm::StartRecording() {
@@ -321,6 +328,7 @@ void MeasureForm::Tick() {
 }
 
 void MeasureForm::Finish() {
+  if (const auto interval = std::exchange(sampling_interval_, 0)) timer_->SetInterval(interval);
   FinishRun();
   measuring_ = false;
   LogEnd();

@@ -61,6 +61,7 @@ enum class EndReason {
   kPerson,    // the Stop button
   kTime,      // the planned time is over
   kCharge,    // the charge limit was reached
+  kLimit,     // the limit rotation rate was exceeded
   kOverflow,  // no room for more points
   kDevice,    // nothing could be read any more
   kClosing,   // the window or the program is being closed
@@ -109,9 +110,12 @@ class MeasureForm : public Form {
   // A message box, noted in the log during a run. It holds up nothing.
   void Say(const std::string& text);
 
-  // The next tick ends the run. Without a run, nothing happens.
+  // The next tick ends the run; at slow sampling it comes within a second. Without a run, nothing
+  // happens.
   void RequestStop(EndReason reason = EndReason::kPerson);
   bool StopRequested() const { return stop_requested_; }
+  // Of the stop that was requested.
+  EndReason Reason() const { return end_reason_; }
   // Ends the run now, if there is one.
   void EndRunNow();
 
@@ -198,8 +202,9 @@ class MeasureForm : public Form {
   bool recording_ = false;
   bool generator_started_ = false;
   std::int32_t point_index_ = 0;
-  std::optional<int> stored_track_;  // the first one
-  int stored_to_ = 0;                // the last one
+  std::int64_t sampling_interval_ = 0;  // ms; 0 unless the last tick was hurried
+  std::optional<int> stored_track_;     // the first one
+  int stored_to_ = 0;                   // the last one
   EndReason end_reason_ = EndReason::kPerson;
   RunLog::Entry log_entry_ = 0;
   std::int32_t logged_rpm_ = 0;
