@@ -13,6 +13,7 @@
 #include "host/virtual/virtual_host.h"
 #include "measure/live_plot.h"
 #include "measure/run.h"
+#include "paper_view.h"
 
 namespace {
 
@@ -30,46 +31,6 @@ vendor::Libraries Tables() {
   };
   return tables;
 }
-
-// Draws nowhere, so that the drawing of a point is counted up to the toolkit's door.
-class Paper : public Surface {
- public:
-  Size Extent() const override { return {480, 320}; }
-  void Clear(Colour) override {}
-  void Line(Point, Point, Colour, double) override {}
-  void Polyline(std::span<const Point> points, Colour, double) override { Touch(points); }
-  void Dots(std::span<const Point> points, Colour) override { Touch(points); }
-  void Circle(Point, double, Colour, const Colour*) override {}
-  void Box(Rect, Colour) override {}
-  void FillBox(Rect, Colour) override {}
-  void Text(Point, std::string_view, const TextStyle&) override {}
-  Size Measure(std::string_view text, const TextStyle& style) const override {
-    return {0.6 * style.size * static_cast<double>(text.size()), style.size};
-  }
-  void SetClip(Rect) override {}
-  void ClearClip() override {}
-
- private:
-  static void Touch(std::span<const Point> points) {
-    for (const Point& point : points) benchmark::DoNotOptimize(point.x + point.y);
-  }
-};
-
-class Window : public FormView {
- public:
-  void ControlChanged(Control&) override {}
-  void CanvasInvalid(Canvas&) override {}
-  void CanvasOverlayInvalid(Canvas&) override {}
-  void CanvasExtended(Canvas&, Rect, const std::function<void(Surface&)>& paint) override {
-    paint(paper_);
-  }
-  void CaptionChanged(Form&) override {}
-  void FocusRequested(Control&) override {}
-  void GeometryRequested(Form&) override {}
-
- private:
-  Paper paper_;
-};
 
 // A ring-disk measurement's tick: five inputs, two of them recorded, one point drawn.
 class FiveChannels : public MeasureForm {
@@ -129,7 +90,7 @@ void Tick(benchmark::State& state) {
                            [&] { return std::make_unique<Graph>(machine.host, "Graph1"); });
   machine.desktop.Register(
       "five", [&] { return std::make_unique<FiveChannels>(ws, machine.host, instruments); });
-  Window window;
+  PaperView window;
   machine.desktop.Load("Graph1")->SetView(&window);
   auto* form = machine.desktop.LoadAs<FiveChannels>("five");
   form->Start();
