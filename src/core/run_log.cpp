@@ -63,7 +63,7 @@ std::string FormatDuration(std::int64_t millis) {
 void RunLog::Attach(Host& host, std::filesystem::path home) {
   host_ = &host;
   path_ = RunLogPath(home);
-  soon_.emplace(host.timers, [this] { Flush(); });
+  soon_.emplace(host.timers, [this] { Write(false); });
   soon_->SetInterval(kSoonMillis);
 }
 
@@ -142,12 +142,14 @@ void RunLog::WriteSoon() {
   if (!soon_->Enabled()) soon_->SetEnabled(true);
 }
 
-void RunLog::Flush() {
+void RunLog::Write(bool flushed) {
   if (host_ == nullptr) return;
   soon_->SetEnabled(false);
   bus_line_ = 0;
   if (waiting_.empty()) return;
-  const Status written = host_->files.Append(path_, waiting_);
+  Files& files = host_->files;
+  const Status written =
+      flushed ? files.AppendFlushed(path_, waiting_) : files.Append(path_, waiting_);
   if (written.ok()) {
     if (in_file_) *in_file_ += waiting_.size();
     waiting_.clear();

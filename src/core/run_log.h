@@ -25,8 +25,9 @@ struct RunParameter {
 // in the morning to know what the night was like.
 //
 // Entries nest: a measurement begun while a macro runs stands indented under it, and may outlive
-// it. The beginning and the end of an entry are in the file when the call returns; other lines
-// follow within a second of theirs, together, so that many of them hold up no tick.
+// it. The beginning and the end of an entry are on the disk when the call returns; other lines are
+// in the file within a second of theirs, together and without waiting for the disk, so that many of
+// them hold up no tick.
 //
 // Nothing here fails towards the caller. While the file cannot be written, its lines are kept in
 // memory and tried again with the next ones, and the person is told once.
@@ -53,8 +54,8 @@ class RunLog {
   // How the entry ended, in full; its duration is added. Ending an entry twice does nothing.
   void End(Entry entry, const std::string& how);
 
-  // Writes what has not been written yet.
-  void Flush();
+  // Puts what has not been written yet on the disk.
+  void Flush() { Write(true); }
 
  private:
   struct Open {
@@ -69,6 +70,7 @@ class RunLog {
   bool JoinBusLine(const std::string& command);
   void Continue(std::size_t depth, const std::string& text);
   void WriteSoon();
+  void Write(bool flushed);
   void StartNewFileWhenLarge();
   void Forget();
 

@@ -30,8 +30,11 @@ class Files {
   // Replaces the file whole: written beside, flushed, renamed. After a failure the old file is as
   // it was and nothing is left beside it.
   virtual Status Replace(const std::filesystem::path& path, std::string_view bytes) = 0;
-  // Adds to the end, creating the file when it is missing.
+  // Adds to the end, creating the file when it is missing. What was added outlives the program; a
+  // power cut some seconds later too.
   virtual Status Append(const std::filesystem::path& path, std::string_view bytes) = 0;
+  // The same, and flushed to the disk, for which it may wait.
+  virtual Status AppendFlushed(const std::filesystem::path& path, std::string_view bytes) = 0;
   // Moves a file; fails rather than overwrite.
   virtual Status Rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
   virtual bool Exists(const std::filesystem::path& path) = 0;

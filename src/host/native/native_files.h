@@ -16,6 +16,7 @@ class NativeFiles : public Files {
   Result<std::string> Read(const std::filesystem::path& path) override;
   Status Replace(const std::filesystem::path& path, std::string_view bytes) override;
   Status Append(const std::filesystem::path& path, std::string_view bytes) override;
+  Status AppendFlushed(const std::filesystem::path& path, std::string_view bytes) override;
   Status Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
   bool Exists(const std::filesystem::path& path) override;
   Status CreateFolder(const std::filesystem::path& path) override;

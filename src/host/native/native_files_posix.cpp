@@ -139,6 +139,22 @@ Status FlushFolder(const std::filesystem::path& folder, const std::string& doing
   return SystemFailure(doing + ": written, but its folder could not be flushed");
 }
 
+Status AppendTo(const std::filesystem::path& path, std::string_view bytes, bool flush) {
+  const std::string doing = "append to " + TextFromPath(path);
+  Descriptor file(Open(path, O_WRONLY | O_APPEND | O_CREAT, 0666));
+  if (!file) return SystemFailure(doing);
+  struct stat before {};
+  const bool regular = ::fstat(file.get(), &before) == 0 && S_ISREG(before.st_mode);
+  if (!WriteAll(file.get(), bytes) || (flush && regular && !Flush(file.get()))) {
+    Status failed = SystemFailure(doing);
+    if (regular && ::ftruncate(file.get(), before.st_size) != 0) {
+      return Status::Failure(failed.why() + "; part of it was written");
+    }
+    return failed;
+  }
+  return file.Close() ? Status::Ok() : SystemFailure(doing);
+}
+
 }  // namespace
 
 Result<std::string> NativeFiles::Read(const std::filesystem::path& path) {
@@ -192,19 +208,11 @@ Status NativeFiles::Replace(const std::filesystem::path& path, std::string_view 
 }
 
 Status NativeFiles::Append(const std::filesystem::path& path, std::string_view bytes) {
-  const std::string doing = "append to " + TextFromPath(path);
-  Descriptor file(Open(path, O_WRONLY | O_APPEND | O_CREAT, 0666));
-  if (!file) return SystemFailure(doing);
-  struct stat before {};
-  const bool regular = ::fstat(file.get(), &before) == 0 && S_ISREG(before.st_mode);
-  if (!WriteAll(file.get(), bytes)) {
-    Status failed = SystemFailure(doing);
-    if (regular && ::ftruncate(file.get(), before.st_size) != 0) {
-      return Status::Failure(failed.why() + "; part of it was written");
-    }
-    return failed;
-  }
-  return file.Close() ? Status::Ok() : SystemFailure(doing);
+  return AppendTo(path, bytes, false);
+}
+
+Status NativeFiles::AppendFlushed(const std::filesystem::path& path, std::string_view bytes) {
+  return AppendTo(path, bytes, true);
 }
 
 Status NativeFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {

@@ -58,7 +58,8 @@ TEST_F(NativeFilesTest, ReplacesAndReadsBackWhateverTheNameAndTheBytes) {
   ASSERT_TRUE(files_.Replace(path, bytes).ok());
   EXPECT_EQ(Text(path), bytes);
   EXPECT_EQ(Names(), (std::vector<std::string>{"測定 ä.znt"}));
-  ASSERT_TRUE(files_.Append(path, "more").ok());
+  ASSERT_TRUE(files_.Append(path, "mo").ok());
+  ASSERT_TRUE(files_.AppendFlushed(path, "re").ok());
   EXPECT_EQ(Text(path), bytes + "more");
 }
 
@@ -122,6 +123,7 @@ TEST_F(NativeFilesTest, ADiskThatFillsLeavesTheOldFileAndNothingElse) {
     EXPECT_FALSE(failed.ok());
     EXPECT_NE(failed.why().find("run.znt"), std::string::npos);
     EXPECT_FALSE(files_.Append(path, std::string(100'000, 'x')).ok());
+    EXPECT_FALSE(files_.AppendFlushed(path, std::string(100'000, 'x')).ok());
   }
   EXPECT_EQ(Text(path), "old");
   EXPECT_EQ(Names(), (std::vector<std::string>{"run.znt"}));

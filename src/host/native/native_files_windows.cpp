@@ -99,6 +99,23 @@ struct Remover {
   std::filesystem::path path;
 };
 
+Status AppendTo(const std::filesystem::path& path, std::string_view bytes, bool flush) {
+  const std::string doing = "append to " + TextFromPath(path);
+  Handle file(Open(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
+  if (!file) return SystemFailure(doing);
+  LARGE_INTEGER end{};
+  if (SetFilePointerEx(file.get(), {}, &end, FILE_END) == 0) return SystemFailure(doing);
+  if (!WriteAll(file.get(), bytes) || (flush && FlushFileBuffers(file.get()) == 0)) {
+    Status failed = SystemFailure(doing);
+    if (SetFilePointerEx(file.get(), end, nullptr, FILE_BEGIN) == 0 ||
+        SetEndOfFile(file.get()) == 0) {
+      return Status::Failure(failed.why() + "; part of it was written");
+    }
+    return failed;
+  }
+  return file.Close() ? Status::Ok() : SystemFailure(doing);
+}
+
 }  // namespace
 
 Result<std::string> NativeFiles::Read(const std::filesystem::path& path) {
@@ -137,20 +154,11 @@ Status NativeFiles::Replace(const std::filesystem::path& path, std::string_view 
 }
 
 Status NativeFiles::Append(const std::filesystem::path& path, std::string_view bytes) {
-  const std::string doing = "append to " + TextFromPath(path);
-  Handle file(Open(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
-  if (!file) return SystemFailure(doing);
-  LARGE_INTEGER end{};
-  if (SetFilePointerEx(file.get(), {}, &end, FILE_END) == 0) return SystemFailure(doing);
-  if (!WriteAll(file.get(), bytes)) {
-    Status failed = SystemFailure(doing);
-    if (SetFilePointerEx(file.get(), end, nullptr, FILE_BEGIN) == 0 ||
-        SetEndOfFile(file.get()) == 0) {
-      return Status::Failure(failed.why() + "; part of it was written");
-    }
-    return failed;
-  }
-  return file.Close() ? Status::Ok() : SystemFailure(doing);
+  return AppendTo(path, bytes, false);
+}
+
+Status NativeFiles::AppendFlushed(const std::filesystem::path& path, std::string_view bytes) {
+  return AppendTo(path, bytes, true);
 }
 
 Status NativeFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {

@@ -70,6 +70,10 @@ Status MemoryFiles::Append(const std::filesystem::path& path, std::string_view b
   return Status::Ok();
 }
 
+Status MemoryFiles::AppendFlushed(const std::filesystem::path& path, std::string_view bytes) {
+  return Append(path, bytes);
+}
+
 Status MemoryFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {
   const std::string doing = Doing("rename", from);
   if (auto fault = Fault(Operation::kRename, doing)) return *fault;
