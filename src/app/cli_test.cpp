@@ -133,6 +133,9 @@ TEST_F(CliTest, ListsEverySettingAndEveryParameterOfTheBench) {
   EXPECT_THAT(out_, testing::ContainsRegex("E0 +0\\.3 +V "));
   EXPECT_THAT(out_, testing::ContainsRegex("seed +17 "));
   EXPECT_EQ(Run({"bench", "--bench-set", "E0=high"}), kExitFailure);
+  EXPECT_EQ(Run({"bench", "--bench-set", "cell=oxygen", "--bench-set", "R_u=7"}), kExitOk);
+  EXPECT_THAT(out_, testing::ContainsRegex("C_dl +50 .*default of couple 20, array 20"));
+  EXPECT_THAT(out_, testing::ContainsRegex("R_u +7 "));
 }
 
 }  // namespace

@@ -129,7 +129,11 @@ std::string BenchListing(const sim::Parameters& parameters) {
     for (std::size_t i = 0; i < 3; ++i) {
       text += rows[row][i] + std::string(widths[i] - rows[row][i].size() + 2, ' ');
     }
-    text.append(sim::ParameterTable()[row].help).append("\n");
+    const sim::Parameter& parameter = sim::ParameterTable()[row];
+    text.append(parameter.help);
+    const std::string others = OtherStandards(parameter, parameters.Kind());
+    if (!others.empty()) text.append("; default of ").append(others);
+    text.append("\n");
   }
   return text;
 }

@@ -22,8 +22,12 @@ namespace zento::sim {
 // rather than let the experiment run away from the clock.
 //
 // Inputs (of all three boards): 0 disk potential, 1 disk current, 2 ring potential, 3 ring current,
-// 4 rotation; the others carry nothing but noise. Analog output 0 is the motor's voltage. Outlet 0,
-// on the outlet port or the PCI-9112's digital port 0, is the motor's power.
+// 4 rotation; the others carry nothing but noise. With an array of cells, whose ten potentiostats
+// all follow the same command, inputs 2 i and 2 i + 1 are potential and current of cell i, and the
+// rotation's signal is not connected. A signal beyond a board's range reads as its end, so that
+// rotation at 1000 rpm/V is clipped at 2499 rpm (at 2500 without quantisation). Analog output 0 is
+// the motor's voltage. Outlet 0, on the outlet port or the PCI-9112's digital port 0, is the
+// motor's power.
 class Bench {
  public:
   static constexpr std::int64_t kLongestLead = 20'000;  // us

@@ -7,12 +7,14 @@
 namespace zento::sim {
 namespace {
 
-// Port-mapped converter: a write of channel + 16 to the first port starts a conversion; then the
-// second port shows the done bit with the high nibble, the first one the low byte.
+// Port-mapped converter: a write of channel + 16 (channels 0 to 63) to the first port starts a
+// conversion; then the second port shows the done bit with the high nibble, the first one the low
+// byte.
 constexpr std::uint16_t kConverterPort = 0x1D0;
 constexpr std::uint16_t kStatusPort = 0x1D1;
 constexpr std::uint16_t kOutletPort = 0x40;
-constexpr std::uint8_t kStart = 0x10;
+constexpr std::uint8_t kStart = 16;
+constexpr std::uint8_t kPortChannels = 64;
 constexpr std::uint8_t kDone = 0x40;
 
 constexpr std::int32_t kAioNotOpen = 1;
@@ -58,8 +60,8 @@ std::uint8_t Bench::ReadPort(std::uint16_t port) {
 void Bench::WritePort(std::uint16_t port, std::uint8_t value) {
   if (port == kOutletPort) {
     SetOutlets(value);
-  } else if (port == kConverterPort && (value & kStart) != 0) {
-    port_word_ = board_.Word(Convert(value & ~kStart));
+  } else if (port == kConverterPort && value >= kStart && value < kStart + kPortChannels) {
+    port_word_ = board_.Word(Convert(value - kStart));
     port_done_ = !faults.conversion_never_done;
   }
 }

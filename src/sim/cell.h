@@ -2,6 +2,9 @@
 
 namespace zento::sim {
 
+inline constexpr double kFaraday = 96485.33212;  // C/mol
+inline constexpr double kGas = 8.314462618;      // J/(mol K)
+
 // What the potentiostat and the rotor impose on a cell at the end of a step.
 struct Drive {
   double volts = 0.0;  // commanded disk potential against the reference

@@ -2,6 +2,7 @@
 
 #include "sim/cell.h"
 #include "sim/diffusion.h"
+#include "sim/interface.h"
 
 namespace zento::sim {
 
@@ -10,11 +11,9 @@ namespace zento::sim {
 //
 // Kinetics (Butler-Volmer): J = k_b c_Red(0) - k_f c_Ox(0), with
 //   k_b = k0 e^((1 - alpha) n F (E - E0)/(R T)),  k_f = k0 e^(-alpha n F (E - E0)/(R T)).
-// Each species' profile gives c(0) = alpha_i -+ beta_i J (see DiffusionLayer), which leaves one
-// equation for the potential E at the interface, solved by Newton's method:
-//   (E_cmd - E)/R_u = C_dl A dE/dt + n F A (k_b alpha_R - k_f alpha_O)/(1 + k_b beta_R + k_f
-//   beta_O).
-// The double layer is integrated by backward Euler, which loses no charge.
+// Each species' profile gives c(0) = alpha_i -+ beta_i J (see DiffusionLayer), which leaves the
+// current as a function of the potential E at the interface alone:
+//   I = n F A (k_b alpha_R - k_f alpha_O)/(1 + k_b beta_R + k_f beta_O).
 //
 // The results are held against Nicholson and Shain (1964) for reversible and irreversible waves,
 // Nicholson (1965) for quasi-reversible ones, Cottrell (1903), and Levich (1962) for rotation.
@@ -45,26 +44,16 @@ class CoupleCell final : public Cell {
   struct Rates {
     double anodic, cathodic;  // cm/s
   };
-  struct Flux {
-    double value, slope;  // mol/(cm2 s), and per volt
-  };
-
   Rates RatesAt(double interface_volts) const;
-  Flux FluxAt(double interface_volts) const;
-  struct Interface {
-    double volts, flux;
-  };
-  Interface SolveInterface(double dt, double volts) const;
+  Interface::Faradaic FaradaicAt(double interface_volts) const;
 
   Settings settings_;
-  double per_volt_;     // n F / (R T)
-  double per_flux_;     // n F A, A per mol/(cm2 s)
-  double capacitance_;  // F
+  double per_volt_;  // n F / (R T)
+  double per_flux_;  // n F A, A per mol/(cm2 s)
   DiffusionLayer red_;
   DiffusionLayer ox_;
   DiffusionLayer::Surface red_surface_, ox_surface_;
-  double command_;
-  double interface_;
+  Interface interface_;
 };
 
 }  // namespace zento::sim

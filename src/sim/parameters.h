@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -8,14 +9,21 @@
 
 namespace zento::sim {
 
+// What may be in the cell, as values of the parameter "cell".
+enum CellKind { kCouple, kOxygen, kArray };
+
 // Everything about the bench that a user may change, in the units of `ParameterTable`. Fresh
 // parameters have the table's defaults.
 struct Parameters {
   Parameters();
+  CellKind Kind() const { return static_cast<CellKind>(cell); }
 
-  double cell;
+  double cell;  // a CellKind
   double electrons, formal_potential, rate_constant, transfer;
   double diffusion_ox, diffusion_red, bulk_ox, bulk_red;
+  double spacing;
+  double diffusion_oxygen, diffusion_peroxide, bulk_oxygen, oxygen_rate, oxygen_slope;
+  double peroxide_share, peroxide_oxidation, collection, ring_lag, ring_potential;
   double area, capacitance, resistance, viscosity, temperature;
 
   double rest_potential;
@@ -27,6 +35,8 @@ struct Parameters {
 
   double noise, mains, mains_frequency, bits;
   double seed;
+
+  std::uint64_t given = 0;  // rows of the table that `Set` was called for, a bit each
 };
 
 // One line of the table of parameters.
@@ -34,7 +44,7 @@ struct Parameter {
   std::string_view key;
   std::string_view unit;  // empty for a pure number
   double Parameters::*member;
-  double standard;  // the default
+  double standard;  // the default, unless the cell has one of its own
   double least, most;
   std::string_view help;
   bool whole = false;  // takes whole numbers only
@@ -44,9 +54,15 @@ struct Parameter {
 
 std::span<const Parameter> ParameterTable();
 
+// The default of a parameter with the given cell, and the names and own defaults of the other cells
+// where they differ, such as "oxygen 50"; empty when all agree.
+double Standard(const Parameter& parameter, CellKind cell);
+std::string OtherStandards(const Parameter& parameter, CellKind cell);
+
 // Changes one parameter. The value is a decimal number in the parameter's unit, or one of its
-// choices. Failure, changing nothing, when there is no such key or the value is not such a number
-// or out of range.
+// choices. Changing the cell gives every parameter that was not set, before or after, that cell's
+// own default. Failure, changing nothing, when there is no such key or the value is not such a
+// number or out of range.
 Status Set(Parameters& parameters, std::string_view key, std::string_view value);
 
 // "KEY=VALUE", as the command line has it.

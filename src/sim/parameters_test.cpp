@@ -32,6 +32,27 @@ TEST(BenchParameters, TakesNumbersAndNames) {
   EXPECT_EQ(parameters.formal_potential, -0.1);
 }
 
+TEST(BenchParameters, ACellBringsItsOwnDefaultsButNotOverWhatWasSet) {
+  Parameters parameters;
+  EXPECT_TRUE(SetFromText(parameters, "R_u=10").ok());
+  EXPECT_TRUE(SetFromText(parameters, "cell=oxygen").ok());
+  EXPECT_EQ(parameters.Kind(), kOxygen);
+  EXPECT_EQ(parameters.capacitance, 50);
+  EXPECT_EQ(parameters.resistance, 10) << "set before, although to the couple's own default";
+  EXPECT_TRUE(SetFromText(parameters, "C_dl=33").ok());
+  EXPECT_TRUE(SetFromText(parameters, "cell=array").ok());
+  EXPECT_EQ(parameters.capacitance, 33);
+  EXPECT_EQ(parameters.rest_potential, 0) << "no longer the oxygen's";
+  EXPECT_EQ(parameters.disk_range, 5e-3);
+  for (const Parameter& parameter : ParameterTable()) {
+    for (const CellKind kind : {kOxygen, kArray}) {
+      Parameters other;
+      other.*parameter.member = Standard(parameter, kind);
+      EXPECT_TRUE(Set(other, parameter.key, ValueText(other, parameter)).ok()) << parameter.key;
+    }
+  }
+}
+
 TEST(BenchParameters, SaysWhatIsWrongAndChangesNothing) {
   Parameters parameters;
   const auto why = [&](std::string_view text) { return SetFromText(parameters, text).why(); };
@@ -41,7 +62,7 @@ TEST(BenchParameters, SaysWhatIsWrongAndChangesNothing) {
   EXPECT_THAT(why("D_ox=1e-5x"), HasSubstr("'1e-5x'"));
   EXPECT_THAT(why("D_ox="), HasSubstr("''"));
   EXPECT_THAT(why("bits=2.5"), HasSubstr("a whole number from 0 to 16"));
-  EXPECT_THAT(why("cell=tea"), HasSubstr("'tea' is not one of couple"));
+  EXPECT_THAT(why("cell=tea"), HasSubstr("'tea' is not one of couple oxygen array"));
   EXPECT_THAT(why("noise"), HasSubstr("KEY=VALUE"));
   for (const Parameter& parameter : ParameterTable()) {
     EXPECT_EQ(parameters.*parameter.member, parameter.standard) << parameter.key;

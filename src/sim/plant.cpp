@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "sim/couple_cell.h"
+#include "sim/cells.h"
 
 namespace zento::sim {
 namespace {
@@ -17,24 +17,6 @@ constexpr double kSettling = 0.05;  // s after a jump in which steps grow slowly
 constexpr double kSlowGrowth = 1.05;
 constexpr double kGrowth = 2.0;  // below 1 + sqrt(2), where variable second-order steps are stable
 
-CoupleCell::Settings CoupleSettings(const Parameters& p) {
-  CoupleCell::Settings settings;
-  settings.electrons = p.electrons;
-  settings.formal_potential = p.formal_potential;
-  settings.rate_constant = p.rate_constant;
-  settings.transfer = p.transfer;
-  settings.diffusion_red = p.diffusion_red;
-  settings.diffusion_ox = p.diffusion_ox;
-  settings.bulk_red = p.bulk_red * 1e-6;
-  settings.bulk_ox = p.bulk_ox * 1e-6;
-  settings.area = p.area;
-  settings.capacitance = p.capacitance * 1e-6;
-  settings.resistance = p.resistance;
-  settings.viscosity = p.viscosity;
-  settings.temperature = p.temperature;
-  return settings;
-}
-
 }  // namespace
 
 Plant::Plant(const Parameters& parameters, Random& random)
@@ -44,10 +26,29 @@ Plant::Plant(const Parameters& parameters, Random& random)
       random_(random),
       potentiostat_(parameters),
       rotor_(parameters),
-      step_(kShortest) {
-  const double volts = potentiostat_.VoltsAfter(0.0);
-  cell_ = std::make_unique<CoupleCell>(CoupleSettings(parameters), volts);
-  last_[kPotential] = now_[kPotential] = volts;
+      cells_(MakeCells(parameters, potentiostat_.VoltsAfter(0.0))),
+      currents_(cells_.size()),
+      ring_volts_(parameters.Kind() == kOxygen ? parameters.ring_potential : 0.0),
+      step_(kShortest),
+      connected_(cells_.size() == 1 ? 5 : 2 * cells_.size()) {
+  Connect(potentiostat_.VoltsAfter(0.0));
+  last_ = now_;
+}
+
+// What each input carries now.
+void Plant::Connect(double command) {
+  if (cells_.size() == 1) {
+    now_[kPotential] = command;
+    now_[kDiskCurrent] = currents_[0].disk / disk_range_;
+    now_[kRingPotential] = ring_volts_;
+    now_[kRingCurrent] = currents_[0].ring / ring_range_;
+    now_[kRotation] = rotor_.rpm() / tach_scale_;
+    return;
+  }
+  for (std::size_t i = 0; i < cells_.size(); ++i) {
+    now_[2 * i] = command;
+    now_[2 * i + 1] = currents_[i].disk / disk_range_;
+  }
 }
 
 void Plant::SetMotorVolts(double volts) {
@@ -89,25 +90,23 @@ void Plant::Step(double behind) {
   const double dt = ChooseStep(behind);
   // The command may jump at a corner: the step that ends there still sees what was before.
   const double command = potentiostat_.VoltsAfter(ends_on_corner_ ? dt - Programme::kInstant : dt);
-  const Drive drive{command, rotor_.omega()};
-  const Currents currents = cell_->Step(dt, drive);
+  const Drive drive{command, cells_.size() == 1 ? rotor_.omega() : 0.0};
+  for (std::size_t i = 0; i < cells_.size(); ++i) currents_[i] = cells_[i]->Step(dt, drive);
   potentiostat_.Advance(dt);
   rotor_.Advance(dt, random_);
   step_ = dt;
   time_ += dt;
   since_jump_ += dt;
   since_event_ += dt;
-  std::copy(now_, now_ + kSignals, last_);
-  now_[kPotential] = command;
-  now_[kDiskCurrent] = currents.disk / disk_range_;
-  now_[kRingCurrent] = currents.ring / ring_range_;
-  now_[kRotation] = rotor_.rpm() / tach_scale_;
+  std::copy_n(now_.begin(), connected_, last_.begin());
+  Connect(command);
 }
 
 double Plant::VoltsAt(int signal, double seconds) const {
-  if (signal < 0 || signal >= kSignals) return 0.0;
+  const auto place = static_cast<std::size_t>(signal);
+  if (signal < 0 || place >= connected_) return 0.0;
   const double back = std::clamp((time_ - seconds) / step_, 0.0, 1.0);
-  return now_[signal] + back * (last_[signal] - now_[signal]);
+  return now_[place] + back * (last_[place] - now_[place]);
 }
 
 }  // namespace zento::sim

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <memory>
+#include <vector>
 
 #include "sim/cell.h"
 #include "sim/parameters.h"
@@ -18,8 +20,9 @@ namespace zento::sim {
 // asked for.
 class Plant {
  public:
-  // The voltages at the inputs of the board.
-  static constexpr int kSignals = 5;
+  // The voltages at the inputs of the board. An array of cells has its own: 2 i the potential of
+  // cell i, 2 i + 1 its current.
+  static constexpr int kSignals = 20;
   enum Signal { kPotential, kDiskCurrent, kRingPotential, kRingCurrent, kRotation };
 
   Plant(const Parameters& parameters, Random& random);
@@ -28,9 +31,9 @@ class Plant {
   void AdvanceTo(double seconds) {
     while (time_ < seconds) Step(seconds - time_);
   }
-  // At a moment within the last step.
+  // At a moment within the last step. 0 where nothing is connected.
   double VoltsAt(int signal, double seconds) const;
-  // Disk current where the steps have arrived.
+  // Disk current where the steps have arrived; of an array, its first cell's.
   double DiskAmperes() const { return now_[kDiskCurrent] * disk_range_; }
 
   Potentiostat& potentiostat() { return potentiostat_; }
@@ -42,20 +45,24 @@ class Plant {
  private:
   double ChooseStep(double behind);
   void Step(double behind);
+  void Connect(double command);
 
   double disk_range_, ring_range_, tach_scale_;
   Random& random_;
   Potentiostat potentiostat_;
   Rotor rotor_;
-  std::unique_ptr<Cell> cell_;
+  std::vector<std::unique_ptr<Cell>> cells_;
+  std::vector<Currents> currents_;
+  double ring_volts_;  // 0 without a ring
 
   double time_ = 0.0;
   double step_;
+  std::size_t connected_;  // signals
   bool ends_on_corner_ = false;
   double since_jump_ = 0.0;   // s, of the command
   double since_event_ = 0.0;  // s: jump, corner, change of rotation
-  double last_[kSignals] = {};
-  double now_[kSignals] = {};
+  std::array<double, kSignals> last_{};
+  std::array<double, kSignals> now_{};
 };
 
 }  // namespace zento::sim

@@ -21,10 +21,12 @@ inline Parameters With(std::initializer_list<std::string_view> changes,
   return parameters;
 }
 
-// The couple as the textbooks have it: as fast as mass transport allows unless k0 is given, equal
-// diffusion coefficients, no resistance, no double layer, no noise.
+// The cell as the textbooks have it: no resistance, no double layer, no noise; a couple (or each of
+// an array) with equal diffusion coefficients and as fast as mass transport allows unless k0 is
+// given; a ring that follows at once.
 inline Parameters Textbook(std::initializer_list<std::string_view> changes = {}) {
-  return With(changes, With({"R_u=0", "C_dl=0", "k0=1e5", "D_ox=6.5e-6", "noise=0", "mains=0"}));
+  return With(changes, With({"R_u=0", "C_dl=0", "k0=1e5", "D_ox=6.5e-6", "ring_lag=0", "noise=0",
+                             "mains=0"}));
 }
 
 // The lines that programme a cyclic sweep, as the workstation sends them: potentials as
