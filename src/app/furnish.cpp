@@ -24,19 +24,48 @@ double ToCentivolts(double volts) {
   return std::round(volts * 100) / 100;
 }
 
-// A sweep around the couple's potential that shows both of its peaks, sampled slowly enough to be
-// drawn while it is recorded.
+struct Sweep {
+  double from, to;  // V
+};
+
+// Around the couple's potential, past both of its peaks; from where oxygen rests to its limit.
+Sweep SweepForCell(const sim::Parameters& parameters) {
+  if (parameters.Kind() == sim::kOxygen) return {1.0, 0.2};
+  return {ToCentivolts(parameters.formal_potential - 0.35),
+          ToCentivolts(parameters.formal_potential + 0.35)};
+}
+
+// Sampled slowly enough to be drawn while it is recorded.
 CVPreset PresetForCell(CVPreset preset, const sim::Parameters& parameters) {
-  preset.CVTitle = "Couple of the simulated bench";
-  preset.CVV0 = ToCentivolts(parameters.formal_potential - 0.35);
-  preset.CVV1 = ToCentivolts(parameters.formal_potential + 0.35);
-  preset.CVV2 = preset.CVV0;
+  const Sweep sweep = SweepForCell(parameters);
+  preset.CVTitle = parameters.Kind() == sim::kOxygen ? "Oxygen on the simulated bench"
+                                                     : "Couple of the simulated bench";
+  preset.CVV0 = sweep.from;
+  preset.CVV1 = sweep.to;
+  preset.CVV2 = sweep.from;
   preset.CVYScale = parameters.disk_range;
   preset.CVScanrate = 50;
   preset.CVSamplingRate = 10;
   preset.CVCyclenum = 1;
   preset.CVRetainTime = 5;
   return preset;
+}
+
+// The other measurements: potentials of this cell where the defaults would not suit it, and scales
+// that belong to the bench's current followers.
+void UseSweepAndRanges(Settings& settings, const sim::Parameters& parameters) {
+  settings.DiskYScale = settings.PSYScale = settings.RPjYScale = parameters.disk_range;
+  settings.RingYScale = parameters.ring_range;
+  settings.RPMScale = settings.PSRPMScale = settings.RPjRPMScale = parameters.tach_scale;
+  if (parameters.Kind() == sim::kArray) {
+    for (std::size_t i = 1; i < settings.MMScale.size(); i += 2) {
+      settings.MMScale[i] = parameters.disk_range;
+    }
+  }
+  if (parameters.Kind() != sim::kOxygen) return;
+  const Sweep sweep = SweepForCell(parameters);
+  settings.RDEV0 = settings.RDEV2 = settings.PSV0 = sweep.from;
+  settings.RDEV1 = settings.PSV1 = sweep.to;
 }
 
 Settings SettingsForBench(const sim::Parameters& parameters) {
@@ -50,6 +79,7 @@ Settings SettingsForBench(const sim::Parameters& parameters) {
   settings.RPMvsVoltageFile = kCalibrationFile;
   settings.SoundFileName = kSound;
   settings.CV[1] = PresetForCell(settings.CV[1], parameters);
+  UseSweepAndRanges(settings, parameters);
   return settings;
 }
 
