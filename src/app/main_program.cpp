@@ -76,8 +76,9 @@ void MainProgram::End() {
   if (end_macro) end_macro();
   const auto end_run = workstation_.end_active_run;
   if (end_run) end_run();
-  workstation_.run_log.Flush();
   host_.desktop.RequestClose(kMainForm);
+  // What the closing windows still sent on the bus.
+  workstation_.run_log.Flush();
 }
 
 bool MainProgram::Ended() const {

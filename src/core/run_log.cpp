@@ -76,6 +76,9 @@ RunLog::Entry RunLog::Begin(const std::string& what, std::span<const RunParamete
   }
   open_.push_back({++last_entry_, depth, Printable(what), host_->clock.Micros()});
   Line(depth, "BEGIN " + what);
+  // Computed readings must not pass for measured ones here either.
+  const std::string& banner = host_->desktop.banner();
+  if (depth == 0 && !banner.empty()) Continue(depth, banner);
   for (const RunParameter& parameter : parameters) {
     Continue(depth, parameter.name + ": " + parameter.value);
   }

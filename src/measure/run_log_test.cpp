@@ -156,6 +156,7 @@ TEST(RunLog, RunsStandUnderTheMacroThatStartedThem) {
   log.BusCommand("A0");
   log.End(run, "the planned time is over");
   log.End(run, "twice");
+  rig.machine.desktop.SetBanner("SIMULATED BENCH");
   log.Begin("Cyclic voltammetry");
   EXPECT_EQ(rig.Log(), R"(2026/01/01 09:00:01  bus: SR0
 
@@ -168,6 +169,7 @@ TEST(RunLog, RunsStandUnderTheMacroThatStartedThem) {
 2026/01/01 09:00:01    END Potential step: the planned time is over; took 0.0 s
 
 2026/01/01 09:00:01  BEGIN Cyclic voltammetry
+                         SIMULATED BENCH
 )");
 }
 

@@ -35,6 +35,13 @@ QLabel* Caption(const std::string& text) {
   return label;
 }
 
+// Room for so many characters in a box of text.
+void SetCharacters(ControlBinding& binding, int characters) {
+  if (dynamic_cast<LineBinding*>(&binding) == nullptr) return;
+  QWidget& edit = binding.widget();
+  edit.setMinimumWidth(edit.fontMetrics().averageCharWidth() * characters + 16);
+}
+
 // A picture with at most a strip below it: a plotting window.
 bool IsPlotPage(const LayoutNode& root) {
   if (root.kind != LayoutNode::Kind::kRows || root.children.empty()) return false;
@@ -139,7 +146,11 @@ void LayoutBuilder::AddTable(const LayoutNode& node, QGridLayout& into) {
   for (int row = 0; const LayoutNode& cells : node.children) {
     for (int column = 0; const LayoutNode& cell : cells.children) {
       ControlBinding* binding = cell.control == nullptr ? nullptr : find_(*cell.control);
-      if (binding != nullptr) into.addWidget(&binding->widget(), row, column);
+      if (binding != nullptr) {
+        // A wider share is also a promise of so many boxes' width.
+        if (cell.stretch > 0) SetCharacters(*binding, cell.stretch * kFieldCharacters);
+        into.addWidget(&binding->widget(), row, column);
+      }
       if (cell.kind == LayoutNode::Kind::kText) into.addWidget(Caption(cell.caption), row, column);
       if (cell.stretch > 0) into.setColumnStretch(column, cell.stretch);
       ++column;
@@ -173,10 +184,7 @@ QLayout* LayoutBuilder::FieldBox(const LayoutNode& node, ControlBinding& binding
   row->setSpacing(kCompanionSpacing);
   row->addWidget(&binding.widget(), 1);
   auto* line = dynamic_cast<LineBinding*>(&binding);
-  if (line != nullptr) {
-    QWidget& edit = binding.widget();
-    edit.setMinimumWidth(edit.fontMetrics().averageCharWidth() * kFieldCharacters + 16);
-  }
+  SetCharacters(binding, kFieldCharacters);
   ControlBinding* companion = node.companion == nullptr ? nullptr : find_(*node.companion);
   if (companion != nullptr) {
     row->addWidget(&companion->widget());
