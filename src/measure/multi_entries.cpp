@@ -128,9 +128,10 @@ std::vector<RunParameter> frmMultipotentiostat::Parameters() const {
     const auto channel = [&wiring](std::size_t c, const char* unit) {
       return "input " + PlainNumber(wiring.input[c]) + " x " + PlainNumber(wiring.scale[c]) + unit;
     };
+    const std::string& title = txtTitle[i].text();
     parameters.push_back({"Electrode " + PlainNumber(i),
-                          "potential " + channel(2 * i, " V/V") + ", current " +
-                              channel(2 * i + 1, " A/V") + ", title " + txtTitle[i].text()});
+                          (title.empty() ? "" : title + ", ") + "potential " +
+                              channel(2 * i, " V/V") + ", current " + channel(2 * i + 1, " A/V")});
   }
   return parameters;
 }
