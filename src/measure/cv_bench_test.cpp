@@ -6,46 +6,19 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
 #include <numbers>
 #include <string>
 #include <vector>
 
-#include "core/settings_file.h"
 #include "core/track_file.h"
-#include "graph/graph_form.h"
-#include "host/virtual/virtual_host.h"
 #include "measure/cv_form.h"
-#include "measure/measure_forms.h"
-#include "sim/bench.h"
-#include "sim/test_support.h"
+#include "measure/test_bench.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
 
-constexpr double kFaraday = 96485.33212;
 constexpr double kHalfWave = 0.25;  // V, of the bench's couple with equal diffusion coefficients
-
-struct Laboratory {
-  explicit Laboratory(const sim::Parameters& parameters) : bench(machine.clock, parameters) {
-    machine.desktop.Register("Graph1",
-                             [this] { return std::make_unique<Graph>(machine.host, "Graph1"); });
-    RegisterDeviceForms(machine.desktop, ws, machine.host, instruments);
-    RegisterMeasureForms(machine.desktop, ws, machine.host, instruments);
-    ApplyDefaultSettings(ws);
-    ws.settings.ADBoard = 2;
-    ws.settings.GPIBControl = 2;
-    ws.settings.DABoard = 1;
-    ws.settings.PowerControl = 2;
-    ws.rpm_calibration = {{100, 0.1}, {5000, 5.0}};
-  }
-
-  VirtualHost machine;
-  Workstation ws;
-  sim::Bench bench;
-  Instruments instruments{ws, machine.host, bench.Libraries()};
-};
 
 // What is typed into the window.
 struct Programme {
@@ -94,11 +67,6 @@ Voltammogram Measure(Laboratory& lab, const Programme& programme) {
 Voltammogram Measure(const sim::Parameters& parameters, const Programme& programme) {
   Laboratory lab(parameters);
   return Measure(lab, programme);
-}
-
-// The bench without noise, mains and quantisation, with a textbook couple.
-sim::Parameters Quiet(std::initializer_list<std::string_view> changes = {}) {
-  return sim::With(changes, sim::Textbook({"bits=0", "rotor_gain=1"}));
 }
 
 double PerVolt(const sim::Parameters& p) {

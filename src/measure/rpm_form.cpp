@@ -245,10 +245,12 @@ void frmMeasureRPMvsj::Store() {
   record.Vymin = range.y1;
   record.Vxmax = range.x2;
   record.Vymax = range.y2;
-  record.V[0] = plan_.potential;
   record.MaxTime = RoundHalfEven(Point(PointIndex() - 1)[2]);
   record.DiskYscale = plan_.y_scale;
-  record.RingYscale = 0;
+  // There is one potential, no one rate and no ring: what an earlier curve said of that is not true
+  // of this one.
+  record.V = {plan_.potential, 0, 0};
+  record.Scanrate = record.RPM = record.RingXValue = record.RingYscale = 0;
   record.TimeRecording = chkRecordTime.value();
   workstation().ShowTrack(track);
 }

@@ -92,7 +92,7 @@ void frmPotentialStep::MakePlan() {
   plan_.rpm = NumberIn(txtRPM);
   plan_.x_scale = NumberIn(txtXScale);
   plan_.y_scale = NumberIn(txtYScale);
-  waited_ticks_ = 0;
+  resting_at_.reset();
   marked_.reset();
   rate_ = plan_.rate;
   charge_ = 0;

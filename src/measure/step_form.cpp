@@ -137,7 +137,8 @@ void frmPotentialStep::MeasureTick() {
   std::int64_t elapsed = ReadTime();
   const std::optional<Sample> sample = ReadSample();
   if (!Recording()) {
-    if (!sample || !StepSeen(*sample)) return;
+    if (!sample || !StepSeen(*sample, elapsed)) return;
+    LogStep(sample->potential);
     StartRecording();
     elapsed = 0;
     MarkTrack(sample->potential);
@@ -171,11 +172,23 @@ std::optional<frmPotentialStep::Sample> frmPotentialStep::ReadSample() {
   return sample;
 }
 
-bool frmPotentialStep::StepSeen(const Sample& sample) {
+bool frmPotentialStep::StepSeen(const Sample& sample, std::int64_t elapsed) {
   if (!reference_) reference_ = Rounded(sample.volts, 10);
   if (Rounded(sample.potential, 100) != *reference_) return true;
-  ++waited_ticks_;
+  resting_at_ = elapsed;
   return false;
+}
+
+void frmPotentialStep::LogStep(double potential) {
+  if (resting_at_) {
+    LogEvent("The step came at most " + PlainNumber(ReadTime() - *resting_at_) +
+             " ms before time 0");
+  } else {
+    LogEvent("The first reading, " + PlainNumber(potential, 6) + " V, already differed from " +
+             PlainNumber(*reference_) +
+             " V, the potential at the start to one decimal: recording " +
+             "did not wait for the step");
+  }
 }
 
 void frmPotentialStep::MarkTrack(double potential) {
@@ -186,12 +199,6 @@ void frmPotentialStep::MarkTrack(double potential) {
   record.V[0] = marked_->after[0];
   record.V[1] = marked_->after[1];
   lblStatus.SetText("Recording");
-  if (waited_ticks_ == 0) {
-    LogEvent("The first reading, " + PlainNumber(potential, 6) + " V, already differed from " +
-             PlainNumber(*reference_) +
-             " V, the potential at the start to one decimal: recording " +
-             "did not wait for the step");
-  }
 }
 
 void frmPotentialStep::Record(const Sample& sample, std::int64_t elapsed) {
@@ -293,7 +300,8 @@ void frmPotentialStep::Store() {
   record.MaxTime = static_cast<double>(limit_);
   record.RPM = plan_.rpm;
   record.DiskYscale = plan_.y_scale;
-  record.RingYscale = 0;
+  // Nothing here sweeps or has a ring: what an earlier curve said of that is not true of this one.
+  record.Scanrate = record.V[2] = record.RingXValue = record.RingYscale = 0;
   workstation().ShowTrack(track);
 }
 

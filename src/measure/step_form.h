@@ -118,7 +118,8 @@ class frmPotentialStep : public MeasureForm {
   void ShowEmptyGraph();
   void ReadReference();
   std::optional<Sample> ReadSample();
-  bool StepSeen(const Sample& sample);
+  bool StepSeen(const Sample& sample, std::int64_t elapsed);
+  void LogStep(double potential);
   void MarkTrack(double potential);
   void Record(const Sample& sample, std::int64_t elapsed);
   void Draw(double millis, double current);
@@ -133,7 +134,8 @@ class frmPotentialStep : public MeasureForm {
   LivePlot plot_;
   Plan plan_;
   std::optional<double> reference_;  // V, raw, to one decimal; none until a reading succeeds
-  std::int32_t waited_ticks_ = 0;    // with a reading, before the step was seen
+  // When the potential was last seen resting, ms since the start.
+  std::optional<std::int64_t> resting_at_;
   std::optional<Marked> marked_;
   double rate_ = 1;               // Hz, now
   double charge_ = 0;             // C

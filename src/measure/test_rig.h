@@ -12,6 +12,8 @@
 #include "host/virtual/virtual_host.h"
 #include "measure/cv_form.h"
 #include "measure/measure_forms.h"
+#include "measure/rpm_form.h"
+#include "measure/step_form.h"
 
 namespace zento {
 
@@ -74,6 +76,12 @@ struct TestRig {
   }
 
   frmMeasureCV& CV() { return *dynamic_cast<frmMeasureCV*>(machine.desktop.Show("frmMeasureCV")); }
+  frmPotentialStep& Step() {
+    return *dynamic_cast<frmPotentialStep*>(machine.desktop.Show("frmPotentialStep"));
+  }
+  frmMeasureRPMvsj& Sweep() {
+    return *dynamic_cast<frmMeasureRPMvsj*>(machine.desktop.Show("frmMeasureRPMvsj"));
+  }
   const TrackRecord& Record(int track) const { return ws.tracks.Record(track); }
   bool MotorOn() const { return (outlets & 1) != 0; }
 

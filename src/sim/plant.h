@@ -31,6 +31,8 @@ class Plant {
   void AdvanceTo(double seconds) {
     while (time_ < seconds) Step(seconds - time_);
   }
+  // Where the steps have arrived, seconds since the start.
+  double time() const { return time_; }
   // At a moment within the last step. 0 where nothing is connected.
   double VoltsAt(int signal, double seconds) const;
   // Disk current where the steps have arrived; of an array, its first cell's.

@@ -1,0 +1,283 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "measure/test_rig.h"
+
+namespace zento {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(RotationRamp, GoesFromItsStartToItsEndWhateverTheSignOfTheSpeed) {
+  EXPECT_EQ((RotationRamp{200, 1200, 10}).DurationMillis(), 100'000);
+  for (const double speed : {10.0, -10.0}) {
+    const RotationRamp down{1200, 200, speed};
+    EXPECT_EQ(down.DurationMillis(), 100'000);
+    EXPECT_DOUBLE_EQ(down.At(30'004), 900) << "in hundredths of a second";
+    EXPECT_FALSE(down.Reached(down.At(99'990)));
+    EXPECT_TRUE(down.Reached(down.At(100'000)));
+    EXPECT_DOUBLE_EQ((RotationRamp{200, 1200, speed}).At(30'006), 500.1);
+  }
+}
+
+TEST(RotationRamp, WithoutSpeedNeverEndsUnlessItIsThere) {
+  const RotationRamp still{200, 1200, 0};
+  EXPECT_EQ(still.DurationMillis(), std::numeric_limits<std::int32_t>::max());
+  EXPECT_EQ(still.At(1e9), 200);
+  EXPECT_FALSE(still.Reached(still.At(1e9)));
+  const RotationRamp there{500, 500, 0};
+  EXPECT_EQ(there.DurationMillis(), 0);
+  EXPECT_TRUE(there.Reached(there.At(0)));
+}
+
+// The rig's motor follows its voltage at once, 1000 rpm a volt, and its current is 0.1 V per
+// 1000 rpm.
+void FollowMotor(TestRig& rig) {
+  rig.volts = [&rig](int channel) {
+    const double rpm_volts = rig.MotorOn() ? rig.motor_volts : 0.0;
+    return channel == 4 ? rpm_volts : channel == 1 ? rpm_volts / 10 : -0.1;
+  };
+}
+
+// 3 s at 200 rpm, then up to 700 rpm in 5 s, at 10 Hz.
+frmMeasureRPMvsj& ShortRamp(TestRig& rig) {
+  FollowMotor(rig);
+  frmMeasureRPMvsj& sweep = rig.Sweep();
+  sweep.SelTrack(6);
+  sweep.Title("Oxygen");
+  sweep.Potential(-0.25);
+  sweep.AppliedMeasuremode(2);
+  sweep.SetRPMParameters(200, 700, 100);
+  sweep.RetainTime(3);
+  sweep.SamplingRate(10);
+  sweep.Accumlation(4);
+  return sweep;
+}
+
+TEST(RotationSweepForm, SaysWhichDeviceKeepsItFromLoading) {
+  const auto message_when = [](auto fault) {
+    TestRig rig;
+    fault(rig);
+    EXPECT_EQ(rig.machine.desktop.Show("frmMeasureRPMvsj"), nullptr);
+    return rig.machine.dialogs.messages;
+  };
+  EXPECT_THAT(message_when([](TestRig& rig) { rig.card_status = -1; }),
+              ElementsAre("AD Board不良です"));
+  EXPECT_THAT(message_when([](TestRig& rig) { rig.bus_status = 80; }),
+              ElementsAre("GPIB Trouble!"));
+  EXPECT_THAT(message_when([](TestRig& rig) { rig.output_status = -1; }),
+              ElementsAre("DA Board Trouble!"));
+}
+
+TEST(RotationSweepForm, KeepsItsEntriesInTheSettingsAndMonitors) {
+  TestRig rig;
+  rig.ws.settings.RPjSpeed = 25;
+  rig.ws.settings.RPjDiskPotential = -0.3;
+  rig.volts = [](int channel) { return channel == 4 ? 1.5 : 0.2; };
+  frmMeasureRPMvsj& sweep = rig.Sweep();
+  EXPECT_EQ(sweep.caption(), "RPM vs. i");
+  EXPECT_EQ(sweep.txtSpeed.text(), "25");
+  EXPECT_EQ(sweep.txtDiskXValue.text(), "-0.3");
+  EXPECT_EQ(sweep.txtLimitRPM.text(), "1500");
+  rig.RunFor(0.1);
+  EXPECT_EQ(sweep.lblVoltage.text(), "1500rpm");
+  EXPECT_EQ(rig.reads, 500);
+
+  ASSERT_TRUE(sweep.txtAccum.UserSet("0.5").ok());
+  ASSERT_TRUE(sweep.txtSamplingrate.UserSet("0").ok());
+  ASSERT_TRUE(sweep.txtEndRPM.UserSet("900").ok());
+  EXPECT_EQ(rig.ws.settings.RPjAccum, 1);
+  EXPECT_EQ(rig.ws.settings.RPjSamplingRate, 0.1);
+  EXPECT_EQ(sweep.RPjTimer.Interval(), 10'000);
+  EXPECT_EQ(rig.ws.settings.RPjEndRPM, 900);
+  EXPECT_EQ(rig.ws.settings.RPjV, -0.2);
+  sweep.DiskScale(0);
+  EXPECT_EQ(sweep.txtYScale.text(), "1E-05");
+}
+
+TEST(RotationSweepForm, RampsAfterTheRetainTimeAndStoresRateCurrentAndTime) {
+  for (const bool generator : {true, false}) {
+    TestRig rig;
+    if (!generator) rig.ws.settings.GPIBControl = 0;
+    frmMeasureRPMvsj& sweep = ShortRamp(rig);
+    rig.ws.tracks.Record(6).RPM = 1600;
+    ASSERT_TRUE(sweep.chkRecordTime.UserClick().ok());
+    ASSERT_TRUE(sweep.cmdStart.UserClick().ok());
+    if (generator) {
+      EXPECT_THAT(rig.sent,
+                  ElementsAre("SR0", "F1ED1", "VF-0250", "RT10E9", "STEP", "HT003E0", "YF1", "F101",
+                              "VF-0250", "RT10E9", "STEP", "HT600E-2", "YF1", "ET1", "ED0", "A1"));
+    }
+    EXPECT_DOUBLE_EQ(rig.motor_volts, 0.2);
+    rig.RunFor(3.05);
+    EXPECT_EQ(sweep.lblMode.text(), "Waiting for the start");
+    rig.RunFor(2.1);
+    EXPECT_NEAR(rig.motor_volts, 0.4, 1e-9);
+    ASSERT_TRUE(rig.RunUntilIdle(60));
+
+    // A tick reads what the tick before it commanded; the one at 5 s commands the end.
+    const TrackRecord& record = rig.Record(6);
+    EXPECT_EQ(record.Mode, kModeRPMvsj);
+    EXPECT_EQ(record.pnum, 51);
+    EXPECT_EQ(rig.ws.tracks.Value(2, 6, 0), 0);
+    EXPECT_DOUBLE_EQ(rig.ws.tracks.Value(2, 6, 50), 5000);
+    EXPECT_NEAR(rig.ws.tracks.Value(0, 6, 50), 690, 1e-9);
+    EXPECT_NEAR(rig.ws.tracks.Value(1, 6, 50), 6.9e-5, 1e-12);
+    EXPECT_EQ(record.V, (std::array<double, 3>{-0.25, 0, 0}));
+    EXPECT_EQ(record.Vxmin, 200);
+    EXPECT_EQ(record.Vxmax, 700);
+    EXPECT_EQ(record.DiskYscale, 0.001);
+    EXPECT_EQ(record.RPM, 0);
+    EXPECT_EQ(record.MaxTime, 5000);
+    EXPECT_EQ(record.TimeRecording, 1);
+    EXPECT_EQ(rig.sent.empty() ? "A0" : rig.sent.back(), "A0");
+    EXPECT_FALSE(rig.MotorOn());
+    EXPECT_EQ(rig.machine.sound.played.size(), 1u);
+    EXPECT_THAT(rig.shown_tracks, ElementsAre(6));
+  }
+}
+
+TEST(RotationSweepForm, CommandsNoRateAbove5000AndStillEnds) {
+  TestRig rig;
+  rig.ws.rpm_calibration = {{100, 0.1}, {10000, 5.0}};
+  frmMeasureRPMvsj& sweep = ShortRamp(rig);
+  sweep.SetRPMParameters(4500, 5500, 100);
+  sweep.StartMeasurement();
+  rig.RunFor(3.1 + 5.05);
+  EXPECT_TRUE(rig.MotorOn());
+  rig.RunFor(0.1);
+  EXPECT_FALSE(rig.MotorOn());
+  ASSERT_TRUE(rig.RunUntilIdle(60));
+  EXPECT_EQ(rig.Record(6).MaxTime, 10'000);
+  // And downwards the motor comes on where the ramp may be commanded.
+  sweep.SetRPMParameters(5500, 4500, 100);
+  sweep.StartMeasurement();
+  rig.RunFor(3.1 + 4.9);
+  EXPECT_FALSE(rig.MotorOn());
+  rig.RunFor(0.2);
+  EXPECT_TRUE(rig.MotorOn());
+  EXPECT_TRUE(rig.RunUntilIdle(60));
+  EXPECT_EQ(rig.Record(6).pnum, 101);
+}
+
+TEST(RotationSweepForm, ByTheLimitRecordsFromTheFirstChangeToTheLimit) {
+  TestRig rig;
+  frmMeasureRPMvsj& sweep = ShortRamp(rig);
+  sweep.AppliedMeasuremode(0);
+  ASSERT_TRUE(sweep.txtLimitRPM.UserSet("1000").ok());
+  double rpm = 503;
+  rig.volts = [&rpm](int channel) { return channel == 4 ? rpm / 1000 : 0.1; };
+  sweep.StartMeasurement();
+  rpm = 504.9;  // the same 5 rpm
+  rig.RunFor(60);
+  EXPECT_EQ(sweep.lblMode.text(), "Waiting for the start");
+  rpm = 505.5;
+  rig.RunFor(0.1);
+  EXPECT_EQ(sweep.lblMode.text(), "Recording");
+  rpm = 1000;
+  rig.RunFor(30);
+  EXPECT_EQ(rig.ws.running_flag, -1);
+  rpm = 1000.5;
+  ASSERT_TRUE(rig.RunUntilIdle(1));
+  EXPECT_EQ(rig.Record(6).pnum, 302);
+  EXPECT_EQ(rig.Record(6).MaxTime, 30'100);
+  EXPECT_EQ(rig.Record(6).Vxmin, 0);
+  EXPECT_DOUBLE_EQ(rig.Record(6).Vxmax, 1000.5);
+  EXPECT_EQ(rig.Record(6).TimeRecording, 0);
+  EXPECT_EQ(rig.ws.tracks.Column(2, 6).size(), 302u);
+  EXPECT_EQ(rig.sent.back(), "A0");
+}
+
+TEST(RotationSweepForm, ByTheButtonRecordsUntilStopAndNothingWhereNothingMoved) {
+  TestRig rig;
+  frmMeasureRPMvsj& sweep = ShortRamp(rig);
+  sweep.AppliedMeasuremode(1);
+  double rpm = 500;
+  rig.volts = [&rpm](int channel) { return channel == 4 ? rpm / 1000 : 0.1; };
+  rig.ws.tracks.Record(6).Title = "last week's";
+  sweep.StartMeasurement();
+  rig.RunFor(600);
+  ASSERT_TRUE(sweep.cmdStop.UserClick().ok());
+  rig.RunFor(0.1);
+  EXPECT_EQ(rig.ws.running_flag, 0);
+  EXPECT_EQ(rig.Record(6).Title, "last week's");
+  EXPECT_THAT(rig.shown_tracks, IsEmpty());
+
+  sweep.StartMeasurement();
+  rpm = 600;
+  rig.RunFor(600);
+  // The mode of the start counts: a click on the ramp must not make the motor jump.
+  ASSERT_TRUE(sweep.opnRPMvsj.UserChoose(2).ok());
+  rig.RunFor(1);
+  EXPECT_DOUBLE_EQ(rig.motor_volts, 0.2);
+  ASSERT_TRUE(sweep.cmdStop.UserClick().ok());
+  rig.RunFor(0.1);
+  EXPECT_EQ(rig.Record(6).pnum, 6010);
+  EXPECT_EQ(rig.Record(6).Vxmin, -0.1);
+  EXPECT_THAT(rig.machine.sound.played, IsEmpty());
+}
+
+TEST(RotationSweepForm, TheRampGoesOnThroughAGapInTheReadings) {
+  TestRig rig;
+  frmMeasureRPMvsj& sweep = ShortRamp(rig);
+  sweep.StartMeasurement();
+  rig.RunFor(3.1 + 2.05);
+  rig.volts = [](int) { return std::numeric_limits<double>::quiet_NaN(); };
+  rig.RunFor(1);
+  EXPECT_NEAR(rig.motor_volts, 0.5, 1e-9);
+  FollowMotor(rig);
+  ASSERT_TRUE(rig.RunUntilIdle(60));
+  EXPECT_EQ(rig.Record(6).pnum, 41);
+  EXPECT_EQ(rig.Record(6).MaxTime, 5000);
+}
+
+// Whatever ends it, generator and motor are off and the points are kept.
+TEST(RotationSweepForm, EndsARunSafely) {
+  const auto check = [](auto end) {
+    TestRig rig;
+    rig.machine.dialogs.HoldMessages(true);
+    frmMeasureRPMvsj& sweep = ShortRamp(rig);
+    sweep.StartMeasurement();
+    sweep.StartMeasurement();
+    EXPECT_THAT(rig.machine.dialogs.TakeMessages(),
+                ElementsAre("Please terminate other mesurement!"));
+    rig.RunFor(3.1 + 1.05);
+    end(rig);
+    EXPECT_EQ(rig.ws.running_flag, 0);
+    EXPECT_EQ(rig.Record(6).pnum, 11);
+    EXPECT_EQ(rig.sent.back(), "A0");
+    EXPECT_FALSE(rig.MotorOn());
+    EXPECT_EQ(rig.ws.end_active_run, nullptr);
+    rig.RunFor(10);
+    EXPECT_FALSE(rig.MotorOn());
+  };
+  check([](TestRig& rig) { rig.machine.desktop.RequestClose("frmMeasureRPMvsj"); });
+  check([](TestRig& rig) { rig.Sweep().QuitRPMvsjMeasurement(); });
+  check([](TestRig& rig) { rig.ws.end_active_run(); });
+  check([](TestRig& rig) {
+    rig.instruments.analog_input.Close();
+    rig.RunFor(3);
+    EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre(testing::StartsWith("AD Board不良です")));
+  });
+}
+
+TEST(RotationSweepForm, AFullBufferEndsASweepThatStandsStill) {
+  TestRig rig;
+  frmMeasureRPMvsj& sweep = ShortRamp(rig);
+  sweep.SetRPMParameters(300, 700, 0);
+  sweep.SamplingRate(1000);
+  sweep.Accumlation(1);
+  sweep.StartMeasurement();
+  ASSERT_TRUE(rig.RunUntilIdle(60));
+  EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre("Buffer overflow!"));
+  EXPECT_EQ(rig.Record(6).pnum, 20001);
+  EXPECT_FALSE(rig.MotorOn());
+}
+
+}  // namespace
+}  // namespace zento
