@@ -235,6 +235,7 @@ void frmMeasureRPMvsj::FinishRun() {
     Store();
   }
   lblMode.SetText(kIdle);
+  RPjTimer.SetInterval(PeriodRounded(NumberIn(txtSamplingrate)));
 }
 
 void frmMeasureRPMvsj::Store() {
