@@ -138,7 +138,7 @@ bool MacroInterpreter::Step() {
   } else if (TakeLine() && active_) {
     if (stop_requested_) {
       Finish(MacroOutcome::End::kStopped);
-    } else if (next_ >= lines_.size()) {
+    } else if (next_ >= lines_.size() && !waiting_) {
       Finish(MacroOutcome::End::kCompleted);
     }
   }

@@ -4,6 +4,7 @@
 #include "qt/action_bindings.h"
 #include "qt/choice_bindings.h"
 #include "qt/list_bindings.h"
+#include "qt/memo_binding.h"
 #include "qt/picture_bindings.h"
 #include "qt/qt_text.h"
 #include "qt/text_bindings.h"

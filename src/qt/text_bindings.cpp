@@ -12,13 +12,6 @@
 namespace zento {
 namespace {
 
-// A box that cannot be typed in does not look as if it could.
-void ShowReadOnly(QWidget& widget, bool read_only) {
-  QPalette palette;
-  if (read_only) palette.setColor(QPalette::Base, palette.color(QPalette::Window));
-  widget.setPalette(palette);
-}
-
 // Opening a menu or going to another program is not leaving the box; going to another window of
 // this program is.
 bool IsLeave(const QFocusEvent& event) {
@@ -109,16 +102,17 @@ LineBinding::LineBinding(TextBox& box, BindingContext& context)
   connect(edit_, &QLineEdit::textEdited, this, [this](const QString& text) { Typed(text); });
 }
 
+void LineBinding::SetStepper(UpDownBinding& stepper) {
+  stepper_ = &stepper;
+}
+
 void LineBinding::GiveFocus() {
   edit_->setFocus(Qt::OtherFocusReason);
   edit_->selectAll();
 }
 
 void LineBinding::Show() {
-  if (edit_->isReadOnly() != box().read_only) {
-    edit_->setReadOnly(box().read_only);
-    ShowReadOnly(*edit_, box().read_only);
-  }
+  ShowReadOnly(*edit_);
   const QString text = ToQt(box().text());
   if (edit_->text() == text) return;
   const int cursor = edit_->cursorPosition();
@@ -146,25 +140,6 @@ bool LineBinding::KeyPressed(int key, char32_t character) {
     default:
       return TextBinding::KeyPressed(key, character);
   }
-}
-
-MemoBinding::MemoBinding(TextBox& box, BindingContext& context)
-    : TextBinding(box, context), edit_(new QPlainTextEdit) {
-  Name(*edit_);
-  edit_->setTabChangesFocus(true);
-  edit_->installEventFilter(this);
-  connect(edit_, &QPlainTextEdit::textChanged, this, [this] { Typed(edit_->toPlainText()); });
-}
-
-void MemoBinding::Show() {
-  if (edit_->isReadOnly() != box().read_only) {
-    edit_->setReadOnly(box().read_only);
-    ShowReadOnly(*edit_, box().read_only);
-  }
-  const QString text = ToQt(box().text()).replace(QLatin1String("\r\n"), QLatin1String("\n"));
-  if (edit_->toPlainText() == text) return;
-  const QSignalBlocker quiet(edit_);
-  edit_->setPlainText(text);
 }
 
 }  // namespace zento

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QLineEdit>
-#include <QPlainTextEdit>
+#include <QPalette>
 
 #include "host/controls.h"
 #include "qt/control_binding.h"
@@ -38,6 +38,15 @@ class TextBinding : public ControlBinding {
   // True: the key goes no further.
   virtual bool KeyPressed(int key, char32_t character);
   bool SendKey(KeyCode code, char32_t character = 0);
+  // A box that cannot be typed in does not look as if it could.
+  template <typename Edit>
+  void ShowReadOnly(Edit& edit) const {
+    if (edit.isReadOnly() == box_.read_only) return;
+    edit.setReadOnly(box_.read_only);
+    QPalette palette;
+    if (box_.read_only) palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    edit.setPalette(palette);
+  }
 
  private:
   void Leave();
@@ -52,7 +61,7 @@ class LineBinding final : public TextBinding {
   QWidget& widget() override { return *edit_; }
   void GiveFocus() override;
   // The arrow keys step it.
-  void SetStepper(UpDownBinding& stepper) { stepper_ = &stepper; }
+  void SetStepper(UpDownBinding& stepper);
 
  protected:
   void Show() override;
@@ -61,19 +70,6 @@ class LineBinding final : public TextBinding {
  private:
   QLineEdit* edit_;
   QPointer<UpDownBinding> stepper_;
-};
-
-class MemoBinding final : public TextBinding {
- public:
-  MemoBinding(TextBox& box, BindingContext& context);
-  QWidget& widget() override { return *edit_; }
-  bool Tall() const override { return true; }
-
- protected:
-  void Show() override;
-
- private:
-  QPlainTextEdit* edit_;
 };
 
 }  // namespace zento
