@@ -7,6 +7,8 @@
 
 #include "macro/command.h"
 #include "measure/cv_form.h"
+#include "measure/rpm_form.h"
+#include "measure/step_form.h"
 
 namespace zento {
 
@@ -16,6 +18,10 @@ template <typename Window>
 constexpr const char* kWindowName = nullptr;
 template <>
 inline constexpr const char* kWindowName<frmMeasureCV> = "frmMeasureCV";
+template <>
+inline constexpr const char* kWindowName<frmPotentialStep> = "frmPotentialStep";
+template <>
+inline constexpr const char* kWindowName<frmMeasureRPMvsj> = "frmMeasureRPMvsj";
 
 // An argument as an operation takes it. Its conversion has seen to the range.
 template <typename T>

@@ -90,12 +90,14 @@ class Conversions {
   std::size_t size_;
 };
 
+using MacroAction = ActionResult (*)(MacroContext&, MacroArguments);
+
 // One command of the macro language. The row is all there is to it: parsing, checking, marking and
 // carrying out go by the table.
 struct MacroCommand {
   std::string_view name;
   Conversions arguments;
-  ActionResult (*action)(MacroContext&, MacroArguments);
+  MacroAction action;
   CommandKind kind;
   DryRule dry;
   // How the command is written, said when it is written wrongly; empty when it cannot be.
