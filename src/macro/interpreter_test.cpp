@@ -70,5 +70,183 @@ TEST(Interpreter, StopEndsAWaitAndTheMotorAtOnce) {
   EXPECT_EQ(rig.sent.back(), "A0");
 }
 
+// A measurement of 0.2 s behind no retain time, without its Start.
+constexpr char kShortCV[] =
+    "CV.Voltage 0 0.1 0\nCV.Scanrate 1000\nCV.Repeat 1\nCV.RetainTime 0\nCV.SamplingRate 50\n"
+    "CV.Accumlation 1\n";
+
+TEST(Interpreter, HoldsTheNextLineUntilTheMeasurementHasEnded) {
+  MacroRig rig;
+  const std::string text = std::string(kShortCV) +
+                           "CV.RecordTrack 3\nCV.Title one\nCV.Start\n"
+                           "CV.Title two\nCV.Start\nCV.END\n";
+  ASSERT_TRUE(rig.Run(text));
+  EXPECT_TRUE(rig.outcome().Clean());
+  EXPECT_EQ(rig.Record(3).Title, "one");
+  EXPECT_EQ(rig.Record(4).Title, "two");
+  EXPECT_GT(rig.Record(4).pnum, 5);
+  EXPECT_THAT(rig.begun, ElementsAre(9, 11));
+  EXPECT_THAT(rig.finished, ElementsAre(9, 11));
+  EXPECT_EQ(rig.CVWindow(), nullptr);
+  EXPECT_THAT(rig.machine.dialogs.messages, IsEmpty());
+}
+
+TEST(Interpreter, AMeasurementBegunByTheLastLineOutlivesTheRun) {
+  MacroRig rig;
+  rig.Begin(kShortCV + std::string("CV.RPM 400\nCV.Start"));
+  EXPECT_TRUE(rig.outcome().Clean());
+  EXPECT_EQ(rig.ws.running_flag, -1);
+  EXPECT_FALSE(rig.machine.desktop.Shown("frmMeasureCV")) << "only the mode commands show windows";
+  EXPECT_TRUE(rig.MotorOn());
+  rig.RunUntilIdle();
+  EXPECT_FALSE(rig.MotorOn());
+  EXPECT_GT(rig.Record(0).pnum, 5);
+}
+
+TEST(Interpreter, StopLeavesAMeasurementToItsOwnEnd) {
+  MacroRig rig;
+  rig.Begin(kShortCV + std::string("CV.RPM 400\nCV.Start\nCV.Title never"));
+  rig.RunFor(0.1);
+  rig.sent.clear();
+  rig.interpreter.Stop();
+  EXPECT_EQ(rig.outcome().end, End::kStopped);
+  EXPECT_FALSE(rig.MotorOn()) << "the rotation stops at once";
+  EXPECT_EQ(rig.ws.running_flag, -1) << "the measurement goes on";
+  EXPECT_THAT(rig.sent, IsEmpty());
+  rig.RunUntilIdle();
+  EXPECT_THAT(rig.sent, ElementsAre("A0"));
+  EXPECT_EQ(rig.Record(0).Title, "");
+}
+
+TEST(Interpreter, DebugModeLeavesOutWhatActs) {
+  MacroRig rig;
+  rig.interpreter.SetDebugMode(1);
+  rig.Run("CV.Title dry\nCV.Start\nWait 1000\nMotor.On 400\nPower 1 1\nSetPotential 0.5");
+  EXPECT_TRUE(rig.outcome().Clean());
+  EXPECT_LT(rig.Seconds(), 0.1);
+  EXPECT_EQ(rig.outlets, 0U);
+  EXPECT_THAT(rig.sent, IsEmpty());
+  EXPECT_EQ(rig.Record(0).Mode, kModeNone);
+  EXPECT_EQ(rig.CVWindow()->txtTitle.text(), "dry");
+  rig.Run("Wait");
+  EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre(" 1line Syntax error:Wait time/ms"));
+}
+
+TEST(Interpreter, ActsOnTheHardwareDirectly) {
+  MacroRig rig;
+  rig.Run("Power 1 1\nPower 3 3\nPower 1 0\nPower 7 1\nMotor.On 5000\nSetPotential -0.2");
+  EXPECT_EQ(rig.outlets, 0b1001U) << "outlet 3, and the motor's";
+  EXPECT_DOUBLE_EQ(rig.motor_volts, 3.0) << "limited to the calibration";
+  EXPECT_THAT(rig.sent,
+              ElementsAre("SR0", "F1ED1", "VF-0200", "RT10E-3", "STEP", "HT010E0", "YF1", "F101",
+                          "VF-0200", "RT10E-3", "HT000E0", "YF0", "F102", "VF-0100", "RT10E-3",
+                          "HT000E0", "YF0", "F103", "VF-0300", "RT10E-3", "HT000E0", "YF0", "F104",
+                          "VF-0200", "RT10E-3", "HT000E0", "YF0", "ET4", "ED0"))
+      << "the output is not switched on";
+  rig.Run("Motor.Off\nSound bell.wav");
+  EXPECT_FALSE(rig.MotorOn());
+  EXPECT_THAT(rig.machine.sound.played, ElementsAre("bell.wav"));
+  EXPECT_TRUE(rig.machine.desktop.Shown("frmPower"));
+}
+
+TEST(Interpreter, DoesNotStartWhenADeviceDoesNotOpen) {
+  MacroRig output;
+  output.output_status = -1;
+  output.bus_status = 80;
+  EXPECT_FALSE(output.Begin("Motor.On 400"));
+  EXPECT_THAT(output.machine.dialogs.messages, ElementsAre("DA Board Trouble!"));
+  EXPECT_EQ(output.outcome().end, End::kNotStarted);
+  MacroRig bus;
+  bus.bus_status = 80;
+  EXPECT_FALSE(bus.Begin("Motor.On 400"));
+  EXPECT_THAT(bus.machine.dialogs.messages, ElementsAre("GPIB Trouble!"));
+  EXPECT_FALSE(bus.ws.macro_active);
+  bus.ws.settings.GPIBControl = 0;
+  EXPECT_TRUE(bus.Run("Motor.On 400")) << "what the settings do not name is not opened";
+  EXPECT_TRUE(bus.MotorOn());
+}
+
+TEST(Interpreter, AWindowThatDoesNotOpenEndsTheRun) {
+  MacroRig rig;
+  rig.ws.settings.DABoard = 0;
+  rig.ws.settings.PowerControl = 0;
+  rig.card_status = -1;
+  rig.Run("CV.END\nCVMeasureMode\nCV.Start");
+  EXPECT_EQ(rig.outcome().end, End::kRefused);
+  EXPECT_EQ(rig.outcome().line, 2) << "closing what is not open needs no board";
+  EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre("AD Board Trouble!"));
+}
+
+TEST(Interpreter, CommandsWithoutAWindowEndTheRunSafely) {
+  for (const std::int16_t debug : std::initializer_list<std::int16_t>{0, 1}) {
+    MacroRig rig;
+    rig.interpreter.SetDebugMode(debug);
+    rig.Run("Motor.On 400\nCVF.Title x\nMotor.On 900");
+    EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre(" 2line Window is missing:CVF.Title"));
+    EXPECT_EQ(rig.outcome().end, End::kRefused);
+    EXPECT_FALSE(rig.MotorOn());
+  }
+}
+
+TEST(Interpreter, AfterAMailOnlyWrongLinesEndTheRun) {
+  MacroRig rig;
+  rig.Run("Mail.Send\nSSVMeasureMode\nCV.Title on\nCV.Title\nCV.Title never");
+  EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre(" 4line Syntax error:CV.Title Title"));
+  EXPECT_EQ(rig.outcome().ignored, 1);
+  EXPECT_EQ(rig.CVWindow()->txtTitle.text(), "on");
+  rig.machine.dialogs.messages.clear();
+  rig.Run("SSVMeasureMode");
+  EXPECT_EQ(rig.machine.dialogs.messages.size(), 1U) << "the next run starts afresh";
+}
+
+TEST(Interpreter, MessagesThatNobodyClosesHoldUpNothing) {
+  MacroRig rig;
+  rig.machine.dialogs.HoldMessages(true);
+  rig.Run("what\nMotor.On 400\nWait 1\nwhat\n" + std::string(kShortCV) + "CV.Start\nCV.Voltage 1");
+  EXPECT_EQ(rig.outcome().line, 12);
+  EXPECT_GT(rig.Record(0).pnum, 5);
+  EXPECT_FALSE(rig.MotorOn());
+}
+
+TEST(Interpreter, WaitsForWhatIsRunningAlready) {
+  MacroRig rig;
+  rig.ws.running_flag = -1;  // a measurement begun by hand
+  rig.Begin("CV.Title x");
+  rig.RunFor(5);
+  EXPECT_THAT(rig.results, IsEmpty());
+  EXPECT_FALSE(rig.interpreter.Start("CV.Title y")) << "one macro at a time";
+  rig.ws.running_flag = 0;
+  rig.RunFor(0.02);
+  EXPECT_TRUE(rig.outcome().Clean());
+  EXPECT_THAT(rig.begun, IsEmpty());
+}
+
+TEST(Interpreter, OthersAreServedWhileALongMacroRuns) {
+  MacroRig rig;
+  std::string text;
+  for (int i = 0; i < 10'000; ++i) text += "CV.RPM 400\r\n";
+  rig.interpreter.Start(text);
+  rig.RunFor(0.010);
+  EXPECT_GT(rig.last_line, 0);
+  EXPECT_LT(rig.last_line, 9'000);
+  rig.ws.end_active_macro();
+  EXPECT_EQ(rig.outcome().end, End::kStopped);
+  EXPECT_EQ(rig.outcome().line, rig.last_line);
+  EXPECT_FALSE(rig.ws.macro_active);
+}
+
+TEST(Interpreter, ARunThatIsDestroyedIsStopped) {
+  MacroRig rig;
+  {
+    MacroInterpreter other(rig.ws, rig.machine.host, rig.instruments);
+    other.Start("Motor.On 400\nWait 100000");
+    rig.RunFor(1);
+    ASSERT_TRUE(rig.MotorOn());
+  }
+  EXPECT_FALSE(rig.MotorOn());
+  EXPECT_EQ(rig.ws.running_flag, 0);
+  EXPECT_FALSE(rig.ws.macro_active);
+}
+
 }  // namespace
 }  // namespace zento
