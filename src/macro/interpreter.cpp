@@ -261,6 +261,7 @@ void MacroInterpreter::MakeSafe(MacroOutcome::End end) {
   const bool measuring = workstation_.running_flag != 0;
   if (end == MacroOutcome::End::kStopped || !measuring) {
     std::int32_t none = 0;
+    Log("Rotation 0 rpm");
     instruments_.rotation.SetRotation(none);
   }
   if (!measuring && instruments_.gpib.Control() > 0) instruments_.generator.OutputOff();

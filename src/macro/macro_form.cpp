@@ -83,7 +83,9 @@ void frmMacro::Run() {
   static_cast<void>(KeepDraft());
   run_text_shown_ = true;
   lblNotice.SetText({});
-  if (interpreter_.Start(txtMacro.text(), file_title_)) cmdRun.SetEnabled(false);
+  const bool changed = !file_title_.empty() && Unsaved();
+  if (interpreter_.Start(txtMacro.text(), file_title_ + (changed ? " (changed)" : "")))
+    cmdRun.SetEnabled(false);
 }
 
 void frmMacro::InsertTemplate(std::string_view block) {
