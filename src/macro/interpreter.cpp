@@ -234,6 +234,7 @@ void MacroInterpreter::EndWait() {
   if (!std::exchange(waiting_, false)) return;
   wait_timer_.SetEnabled(false);
   workstation_.running_flag = 0;
+  turn_timer_.SetInterval(kNextTurnMillis);
   turn_timer_.SetEnabled(true);
 }
 
