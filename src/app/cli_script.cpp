@@ -80,7 +80,7 @@ int RunScript(const ScriptJob& job) {
       from_input ? "zento-cli running a script" : "zento-cli running " + TextFromPath(job.script));
   if (!home.ok()) return Fail(home.status());
 
-  const auto machine = ConsoleMachine::Make(job.time);
+  const auto machine = ConsoleMachine::Make(job.time, home.value().folder);
   MainProgram program(machine->host(), {job.simulated, home.value().folder});
   if (Status started = program.Start(); !started.ok()) {
     EndSafely(program, *machine);

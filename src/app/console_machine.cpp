@@ -2,6 +2,7 @@
 
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
+#include "host/native/native_mail.h"
 #include "host/native/native_sound.h"
 #include "host/native/real_time_loop.h"
 #include "host/native/termination.h"
@@ -25,6 +26,7 @@ class VirtualMachine : public ConsoleMachine {
 
 class RealMachine : public ConsoleMachine {
  public:
+  explicit RealMachine(const std::filesystem::path& home) : mail_(MakeNativeMail(timers_, {.home = home})) {}
   Host& host() override { return host_; }
   VirtualDialogs& dialogs() override { return dialogs_; }
   EventLoop& loop() override { return loop_; }
@@ -37,16 +39,17 @@ class RealMachine : public ConsoleMachine {
   MemoryClipboard clipboard_;
   NativeFiles files_;
   std::unique_ptr<Sound> sound_ = MakeNativeSound();
+  std::unique_ptr<Mail> mail_;
   Desktop desktop_{timers_};
-  Host host_{clock_, timers_, desktop_, dialogs_, clipboard_, files_, *sound_};
+  Host host_{clock_, timers_, desktop_, dialogs_, clipboard_, files_, *sound_, *mail_};
   Termination termination_{[](void* loop) { static_cast<RealTimeLoop*>(loop)->Wake(); }, &loop_};
 };
 
 }  // namespace
 
-std::unique_ptr<ConsoleMachine> ConsoleMachine::Make(Time time) {
+std::unique_ptr<ConsoleMachine> ConsoleMachine::Make(Time time, const std::filesystem::path& home) {
   if (time == Time::kVirtual) return std::make_unique<VirtualMachine>();
-  return std::make_unique<RealMachine>();
+  return std::make_unique<RealMachine>(home);
 }
 
 }  // namespace zento

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 
@@ -10,14 +11,15 @@
 namespace zento {
 
 // The machine as the command-line program gives it to the windows: its real files, questions that
-// are answered from a queue, a clipboard of its own; time real, or virtual and then without sound.
+// are answered from a queue, a clipboard of its own; time real, or virtual and then without sound
+// and with mails that are kept instead of sent.
 class ConsoleMachine {
  public:
   enum class Time { kVirtual, kReal };
 
   // While it lives, the system's requests to end the program end its waits early and are told by
   // Termination::Requested. At most one lives at a time.
-  static std::unique_ptr<ConsoleMachine> Make(Time time);
+  static std::unique_ptr<ConsoleMachine> Make(Time time, const std::filesystem::path& home);
   virtual ~ConsoleMachine() = default;
 
   virtual Host& host() = 0;

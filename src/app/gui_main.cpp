@@ -129,7 +129,7 @@ int Run(const Application& application, const GuiOptions& options, bool simulate
   NativeClock clock;
   NativeFiles files;
   const auto sound = MakeNativeSound();
-  QtHost host(clock, files, *sound);
+  QtHost host(clock, files, *sound, home.value().folder);
   MainOptions main_options;
   if (simulated) main_options.simulated = options.bench;
   main_options.home = home.value().folder;

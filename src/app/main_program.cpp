@@ -77,7 +77,9 @@ void MainProgram::End() {
   const auto end_run = workstation_.end_active_run;
   if (end_run) end_run();
   host_.desktop.RequestClose(kMainForm);
-  // What the closing windows still sent on the bus.
+  // Everything is switched off and the windows are gone; what the closing windows still
+  // sent on the bus and what became of the mails is still noted.
+  host_.mail.Finish();
   workstation_.run_log.Flush();
 }
 

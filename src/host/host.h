@@ -3,6 +3,7 @@
 #include "host/clock.h"
 #include "host/desktop.h"
 #include "host/dialogs.h"
+#include "host/mail.h"
 #include "host/services.h"
 #include "host/timer_queue.h"
 
@@ -17,6 +18,7 @@ struct Host {
   Clipboard& clipboard;
   Files& files;
   Sound& sound;
+  Mail& mail;
 };
 
 }  // namespace zento

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 
 #include "host/host.h"
@@ -14,7 +15,8 @@ namespace zento {
 // QApplication must exist before it and outlive it; what is passed in must outlive it too.
 class QtHost {
  public:
-  QtHost(Clock& clock, Files& files, Sound& sound);
+  // `home` holds the settings of the mail; without one no mail is sent.
+  QtHost(Clock& clock, Files& files, Sound& sound, const std::filesystem::path& home = {});
   ~QtHost();
 
   Host& host() { return host_; }
@@ -25,6 +27,7 @@ class QtHost {
   TimerQueue timers_;
   QtDialogs dialogs_;
   QtClipboard clipboard_;
+  std::unique_ptr<Mail> mail_;
   Desktop desktop_;
   // Goes before the forms it shows.
   QtDesktop windows_;

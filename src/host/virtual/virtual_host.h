@@ -6,6 +6,7 @@
 #include "host/desktop.h"
 #include "host/host.h"
 #include "host/timer_queue.h"
+#include "host/virtual/memory_mail.h"
 #include "host/virtual/memory_services.h"
 #include "host/virtual/virtual_clock.h"
 #include "host/virtual/virtual_dialogs.h"
@@ -14,7 +15,7 @@
 namespace zento {
 
 // A whole machine without a person, a screen or waiting: virtual time, scripted answers, a
-// clipboard and files in memory. What tests and dry runs stand on.
+// clipboard, files and mails in memory. What tests and dry runs stand on.
 //
 //   VirtualHost machine;
 //   machine.desktop.Register("frmX", [&] { return std::make_unique<FormX>(machine.host); });
@@ -28,7 +29,8 @@ class VirtualHost {
  public:
   // `own_files` = null: files in memory, see `files`.
   explicit VirtualHost(Files* own_files = nullptr)
-      : host{clock, timers, desktop, dialogs, clipboard, own_files ? *own_files : files, sound} {}
+      : host{clock, timers, desktop, dialogs, clipboard, own_files ? *own_files : files,
+             sound, mail} {}
   VirtualHost(const VirtualHost&) = delete;
   VirtualHost& operator=(const VirtualHost&) = delete;
 
@@ -40,6 +42,7 @@ class VirtualHost {
   MemoryClipboard clipboard;
   MemoryFiles files;
   SilentSound sound;
+  MemoryMail mail{timers};
   Desktop desktop{timers};
   Host host;
 
