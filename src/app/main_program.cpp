@@ -77,8 +77,9 @@ void MainProgram::End() {
   const auto end_run = workstation_.end_active_run;
   if (end_run) end_run();
   host_.desktop.RequestClose(kMainForm);
-  // Everything is switched off and the windows are gone; what the closing windows still
-  // sent on the bus and what became of the mails is still noted.
+  // What the closing windows still sent on the bus; then, with everything switched off, what
+  // becomes of the mails.
+  workstation_.run_log.Flush();
   host_.mail.Finish();
   workstation_.run_log.Flush();
 }

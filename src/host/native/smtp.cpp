@@ -36,15 +36,17 @@ std::size_t ReadMessage(char* to, std::size_t size, std::size_t count, void* mes
   return length;
 }
 
-// The server's last answer, for the person who has to find out what it does not like.
-std::size_t KeepAnswer(char* from, std::size_t size, std::size_t count, void* answer) {
+// The server's own words when it refuses something, for the person who has to mend it. Lines of
+// ours, which may hold the password, are not looked at.
+int KeepRefusal(CURL*, curl_infotype kind, char* text, std::size_t size, void* refusal) {
   constexpr std::size_t kLongest = 300;
-  std::string line(from, std::min(size * count, kLongest));
+  if (kind != CURLINFO_HEADER_IN || size == 0 || (text[0] != '4' && text[0] != '5')) return 0;
+  std::string line(text, std::min(size, kLongest));
   std::replace_if(
       line.begin(), line.end(), [](char c) { return c < ' ' || c > '~'; }, ' ');
   line.erase(line.find_last_not_of(' ') + 1);
-  *static_cast<std::string*>(answer) = line;
-  return size * count;
+  *static_cast<std::string*>(refusal) = line;
+  return 0;
 }
 
 std::string Url(const MailSettings& settings) {
@@ -84,15 +86,13 @@ void SetConnection(CURL* curl, const SmtpJob& job) {
 }
 
 Status Failure(CURLcode code, const SmtpJob& job, const std::string& detail,
-               const std::string& answer) {
+               const std::string& refusal) {
   std::string why = job.settings.server + ": ";
   if (code == CURLE_OPERATION_TIMEDOUT) {
     why += "no success within " + std::to_string((job.deadline.count() + 500) / 1000) + " s; ";
   }
   why += detail.empty() ? curl_easy_strerror(code) : detail;
-  // A refusal begins with 4 or 5.
-  const bool refusal = !answer.empty() && (answer[0] == '4' || answer[0] == '5');
-  return Status::Failure(refusal ? why + " (" + answer + ")" : why);
+  return Status::Failure(refusal.empty() ? why : why + " (" + refusal + ")");
 }
 
 }  // namespace
@@ -112,14 +112,15 @@ Status SendOverSmtp(const SmtpJob& job) {
   curl_easy_setopt(curl.get(), CURLOPT_UPLOAD, 1L);
   curl_easy_setopt(curl.get(), CURLOPT_READFUNCTION, ReadMessage);
   curl_easy_setopt(curl.get(), CURLOPT_READDATA, &rest);
-  std::string answer;
-  curl_easy_setopt(curl.get(), CURLOPT_HEADERFUNCTION, KeepAnswer);
-  curl_easy_setopt(curl.get(), CURLOPT_HEADERDATA, &answer);
+  std::string refusal;
+  curl_easy_setopt(curl.get(), CURLOPT_VERBOSE, 1L);
+  curl_easy_setopt(curl.get(), CURLOPT_DEBUGFUNCTION, KeepRefusal);
+  curl_easy_setopt(curl.get(), CURLOPT_DEBUGDATA, &refusal);
   std::array<char, CURL_ERROR_SIZE> detail{};
   curl_easy_setopt(curl.get(), CURLOPT_ERRORBUFFER, detail.data());
 
   const CURLcode code = curl_easy_perform(curl.get());
-  return code == CURLE_OK ? Status::Ok() : Failure(code, job, detail.data(), answer);
+  return code == CURLE_OK ? Status::Ok() : Failure(code, job, detail.data(), refusal);
 }
 
 bool SmtpIsBuiltIn() {

@@ -63,7 +63,9 @@ class SmtpServer {
       Stream client;
       asio::error_code failed;
       acceptor_.accept(client.socket(), failed);
-      if (!failed && !stopping_) Talk(client);
+      if (failed || stopping_) continue;
+      client.socket().set_option(asio::ip::tcp::no_delay(true), failed);
+      Talk(client);
     }
   }
 
