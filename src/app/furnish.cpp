@@ -64,8 +64,10 @@ void UseSweepAndRanges(Settings& settings, const sim::Parameters& parameters) {
   }
   if (parameters.Kind() != sim::kOxygen) return;
   const Sweep sweep = SweepForCell(parameters);
-  settings.RDEV0 = settings.RDEV2 = settings.PSV0 = sweep.from;
+  settings.RDEV0 = settings.RDEV2 = sweep.from;
   settings.RDEV1 = settings.PSV1 = sweep.to;
+  // Nothing flows yet at this potential, and a step from whole tenths of a volt is seen at once.
+  settings.PSV0 = 1.2;
 }
 
 Settings SettingsForBench(const sim::Parameters& parameters) {

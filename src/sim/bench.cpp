@@ -40,8 +40,9 @@ double Bench::Convert(int channel) {
 bool Bench::Talk(int address, std::string_view text) {
   if (address != gpib_address_ || faults.bus) return false;
   CatchUp();
+  const double ahead = plant_.time() - static_cast<double>(Moment() - start_) * 1e-6;
   // An instrument ignores what it does not understand.
-  static_cast<void>(plant_.potentiostat().generator().Send(text));
+  static_cast<void>(plant_.potentiostat().generator().Send(text, ahead));
   return true;
 }
 

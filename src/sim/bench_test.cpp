@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <functional>
+#include <numbers>
 #include <vector>
 
 #include "host/virtual/virtual_clock.h"
@@ -92,6 +93,81 @@ TEST(Bench, AllBoardsAndBothLinksMeasureTheSame) {
     EXPECT_EQ(dask[i], port[i]) << i;
     EXPECT_NEAR(dask[i], aio[i], 1e-6) << i;  // single precision on its way
   }
+}
+
+TEST(Bench, RingAndRotorReachEveryBoardWithinItsRange) {
+  Laboratory lab(Quiet({"cell=oxygen", "rest=0.2", "ring=1.25"}));
+  const std::function<double(int)> boards[] = {[&](int channel) { return lab.Dask(channel); },
+                                               [&](int channel) { return lab.Aio(channel); },
+                                               [&](int channel) { return lab.Port(channel); }};
+  constexpr double kCode = 5.0 / 4096;
+  lab.libraries.dask.AO_VWriteChannel(0, 0, 2.0);
+  lab.libraries.port_io.PortOutputByte(0x40, 1);
+  lab.Wait(20);
+  const double ring = -lab.Dask(1) * 1e-3 / 3.9 * 0.1 * 0.39 / 1e-5;
+  EXPECT_GT(ring, 0.5);
+  for (const auto& read : boards) {
+    EXPECT_EQ(read(2), 1.25);
+    EXPECT_NEAR(read(3), ring, 2 * kCode);
+    EXPECT_NEAR(read(4), 1.97, kCode);
+    for (const int nothing : {5, 15, 16, 19, 47, 63}) EXPECT_EQ(read(nothing), 0.0) << nothing;
+  }
+  lab.libraries.dask.AO_VWriteChannel(0, 0, 4.0);
+  lab.Wait(20);
+  for (const auto& read : boards) EXPECT_NEAR(read(4), 2.498779296875, 1e-6) << "3940 rpm";
+  EXPECT_NEAR(lab.bench.plant().rotor().rpm(), 3940, 0.01) << "the rotor itself knows no limit";
+  lab.libraries.dask.DO_WritePort(0, 0, 0);
+  lab.Wait(20);
+  for (const auto& read : boards) EXPECT_EQ(read(4), 0.0);
+}
+
+// Through the generator's strings, the cell and the board, to the readings.
+TEST(Bench, APotentialStepGivesCottrellsCurrentFromTheMomentItIsDue) {
+  for (const bool oxygen : {false, true}) {
+    const Parameters p = oxygen ? Textbook({"cell=oxygen", "bits=0"}) : Textbook({"bits=0"});
+    Laboratory lab(p);
+    lab.Wait(0.0123456);
+    const auto lines =
+        oxygen ? PotentialStep("+1230", "+0200", "002") : PotentialStep("-0200", "+0800", "002");
+    for (const std::string& line : lines) ASSERT_EQ(lab.Talk(line), 0);
+    lab.Dask(0);  // the physics stands somewhere within a step
+    const std::int64_t due = lab.clock.Micros() + 2'000'000;
+    ASSERT_EQ(lab.Talk("A1"), 0);
+    lab.clock.AdvanceTo(due - 1000);
+    EXPECT_NEAR(lab.Dask(0), oxygen ? 1.23 : -0.2, 1e-9);
+    const double unit =
+        oxygen ? -3.9 * kFaraday * p.area * 1.2e-6 * std::sqrt(1.9e-5 / std::numbers::pi)
+               : kFaraday * p.area * 5e-6 * std::sqrt(6.5e-6 / std::numbers::pi);
+    for (const double t : {0.02, 0.021, 0.0305, 0.05, 0.1, 0.5, 2.0, 20.0, 90.0}) {
+      lab.clock.AdvanceTo(due + static_cast<std::int64_t>(t * 1e6));
+      EXPECT_NEAR(lab.Dask(1) * p.disk_range * std::sqrt(t) / unit, 1.0, 1e-3) << t;
+      EXPECT_NEAR(lab.Dask(0), oxygen ? 0.2 : 0.8, 1e-9);
+    }
+    lab.Wait(30);
+    EXPECT_NEAR(lab.Dask(0), oxygen ? 0.2 : 0.8, 1e-9) << "held until the output goes off";
+    ASSERT_EQ(lab.Talk("A0"), 0);
+    lab.Wait(0.01);
+    EXPECT_NEAR(lab.Dask(0), p.rest_potential, 1e-9);
+  }
+}
+
+TEST(Bench, AnArrayFillsTwentyChannelsOfEveryBoard) {
+  Laboratory lab(Quiet({"cell=array", "own_delay=0", "bits=0"}));
+  lab.Wait(150);  // the sweep has come to the last of the ten potentials
+  double before = 0;
+  for (int cell = 0; cell < 10; ++cell) {
+    EXPECT_NEAR(lab.Dask(2 * cell), -0.199 + 150 * 5e-3, 1e-4) << cell;
+    const double current = lab.Dask(2 * cell + 1);
+    EXPECT_GT(current, 0.0) << cell;
+    EXPECT_GT(std::abs(current - before), 1e-3) << cell;
+    before = current;
+    for (const int channel : {2 * cell, 2 * cell + 1}) {
+      const double volts = lab.Dask(channel);
+      EXPECT_NEAR(lab.Port(channel), volts, 5.0 / 4096) << channel;
+      EXPECT_NEAR(lab.Aio(channel), volts, 5.0 / 4096) << channel;
+    }
+  }
+  EXPECT_EQ(lab.Dask(20), 0.0);
 }
 
 TEST(Bench, ConversionsFollowOneAnotherAndTakeTheirTime) {

@@ -33,7 +33,7 @@ Status Refuse(std::string_view what, std::string_view text) {
 
 }  // namespace
 
-Status CommandGenerator::Send(std::string_view line) {
+Status CommandGenerator::Send(std::string_view line, double late) {
   while (!line.empty() && (line.back() == '\r' || line.back() == '\n')) line.remove_suffix(1);
   while (!line.empty()) {
     const std::string_view rest = line;
@@ -56,7 +56,7 @@ Status CommandGenerator::Send(std::string_view line) {
       status = Edit(*mnemonic, 0.0);
     } else {
       if (!TakeNumber(line, value)) return Refuse("no number in", rest);
-      status = Command(*mnemonic, value);
+      status = Command(*mnemonic, value, late);
     }
     if (!status.ok()) return status.Within(std::string(rest.substr(0, 40)));
   }
@@ -75,11 +75,11 @@ Status CommandGenerator::Select(int number, std::size_t digits) {
   return Status::Ok();
 }
 
-Status CommandGenerator::Command(std::string_view mnemonic, double value) {
+Status CommandGenerator::Command(std::string_view mnemonic, double value, double late) {
   if (mnemonic == "A") {
     if (value != 0.0 && value != 1.0) return Status::Failure("neither 0 nor 1");
     on_ = value == 1.0;
-    if (on_) player_.Start(Compile(functions_[function_]));
+    if (on_) player_.Start(Compile(functions_[function_]), late);
   } else if (mnemonic == "SR") {
     if (value != 0.0) return Status::Failure("only 0 is known");
     on_ = editing_ = false;

@@ -31,8 +31,9 @@ namespace zento::sim {
 class CommandGenerator {
  public:
   // Failure: the line is not in the language or has no meaning now. The commands before the fault
-  // have been carried out, the rest is lost, as on a real instrument.
-  Status Send(std::string_view line);
+  // have been carried out, the rest is lost, as on a real instrument. A programme that the line
+  // starts began `late` seconds ago, so that its corners come when they are due.
+  Status Send(std::string_view line, double late = 0.0);
 
   // Carries the output on by `dt` seconds.
   void Advance(double dt) { player_.Advance(dt); }
@@ -57,7 +58,7 @@ class CommandGenerator {
     int last = 0;
   };
 
-  Status Command(std::string_view mnemonic, double value);
+  Status Command(std::string_view mnemonic, double value, double late);
   Status Select(int number, std::size_t digits);
   Status Edit(std::string_view mnemonic, double value);
   static void Append(Programme& programme, const Stretch& stretch);

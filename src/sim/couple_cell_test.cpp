@@ -186,7 +186,7 @@ TEST(EveryCell, AnythingASettingAllowsStaysFinite) {
         p.peroxide_oxidation = 1e-3;
         p.*row.member = extreme;
         for (const Point& point :
-             Record(p, CyclicSweep("-9999", "+9999", "+0000", "10E+2", "000"), 0.04, 1e-3, 1000)) {
+             Record(p, CyclicSweep("-9999", "+9999", "+0000", "10E+2", "000"), 0.01, 1e-3, 1000)) {
           ASSERT_TRUE(std::isfinite(point.amperes) && std::isfinite(point.ring))
               << row.key << " = " << extreme << ", cell " << kind;
         }

@@ -35,7 +35,7 @@ double PercentWater(const Parameters& p, const Point& point) {
 
 // Long after a step to `volts`.
 Point SteadyState(const Parameters& p, const std::string& volts, double rpm) {
-  return Record(p, PotentialStep("+1100", volts, "001"), 40, 0.25, rpm).back();
+  return Record(p, PotentialStep("+1230", volts, "001"), 40, 0.25, rpm).back();
 }
 
 TEST(OxygenCell, LimitingCurrentsAndTheShareOfWater) {
@@ -88,7 +88,7 @@ TEST(OxygenCell, WithoutRotationItFollowsCottrellAndTheRingSeesNothing) {
   const Parameters p = Oxygen();
   const double unit = -Electrons(p) * kFaraday * p.area * p.bulk_oxygen * 1e-6 *
                       std::sqrt(p.diffusion_oxygen / std::numbers::pi);
-  const auto lines = PotentialStep("+1100", "+0200", "001");
+  const auto lines = PotentialStep("+1230", "+0200", "001");
   for (const auto& [seconds, interval] : {std::pair{1.5, 1e-3}, {60.0, 0.5}}) {
     for (const Point& point : Record(p, lines, seconds, interval)) {
       const double t = point.seconds - 1.0;
@@ -103,7 +103,7 @@ TEST(OxygenCell, BeginsAtRest) {
   Random random(1);
   const Parameters p = With({"cell=oxygen", "noise=0", "mains=0"});
   Plant plant(p, random);
-  // 0.4 uA of oxygen is reduced at the rest potential, after R_u C_dl; nothing overshoots.
+  // A few nA of oxygen are reduced at the rest potential, after R_u C_dl; nothing overshoots.
   const double rest = Electrons(p) * kFaraday * p.area * p.bulk_oxygen * 1e-6 * p.oxygen_rate *
                       std::pow(10, -(p.rest_potential - 0.9) / 0.068);
   plant.AdvanceTo(2e-5);
@@ -116,9 +116,9 @@ TEST(OxygenCell, BeginsAtRest) {
 
 TEST(OxygenCell, TheRingLosesNoChargeToItsLag) {
   const Parameters p = Oxygen({"ring_lag=50"});
-  // From next to no current to the limit, within 1.6 s.
+  // From next to no current to the limit, within 2 s.
   const auto points =
-      Record(p, CyclicSweep("+1100", "+0300", "+1100", "50E-2", "000"), 1.6, 1e-3, 1600);
+      Record(p, CyclicSweep("+1230", "+0230", "+1230", "50E-2", "000"), 2.0, 1e-3, 1600);
   const double per_disk = p.collection * 2 * p.peroxide_share / Electrons(p);
   double behind = 0;
   for (const Point& point : points) behind += 1e-3 * (-per_disk * point.amperes - point.ring);

@@ -87,15 +87,16 @@ struct OwnStandard {
   double standard;
 };
 
+// Oxygen rests where it is in equilibrium with water, so that no time at rest uses any of it up.
 // The array shows slow voltammograms of its own without any generator, at the range and within the
 // time that a multichannel monitor is first opened with.
 constexpr OwnStandard kOwnStandards[] = {
-    {kOxygen, &P::capacitance, 50},     {kOxygen, &P::resistance, 5},
-    {kOxygen, &P::rest_potential, 1.1}, {kOxygen, &P::own_first, 1.001},
-    {kOxygen, &P::own_second, 0.2},     {kOxygen, &P::own_third, 1.001},
-    {kArray, &P::bulk_red, 50},         {kArray, &P::area, 0.2},
-    {kArray, &P::disk_range, 5e-3},     {kArray, &P::own, 1},
-    {kArray, &P::own_second, 0.7},      {kArray, &P::own_third, -0.199},
+    {kOxygen, &P::capacitance, 50},      {kOxygen, &P::resistance, 5},
+    {kOxygen, &P::rest_potential, 1.23}, {kOxygen, &P::own_first, 1.001},
+    {kOxygen, &P::own_second, 0.2},      {kOxygen, &P::own_third, 1.001},
+    {kArray, &P::bulk_red, 50},          {kArray, &P::area, 0.2},
+    {kArray, &P::disk_range, 5e-3},      {kArray, &P::own, 1},
+    {kArray, &P::own_second, 0.7},       {kArray, &P::own_third, -0.199},
     {kArray, &P::own_rate, 5},
 };
 

@@ -48,9 +48,10 @@ class Programme {
 // A programme being played.
 class Player {
  public:
-  void Start(Programme programme) {
+  // `elapsed` seconds of it have passed already.
+  void Start(Programme programme, double elapsed = 0.0) {
     programme_ = std::move(programme);
-    elapsed_ = 0.0;
+    elapsed_ = elapsed;
   }
   void Advance(double dt) { elapsed_ += dt; }
   double VoltsAfter(double dt) const { return programme_.At(elapsed_ + dt); }
