@@ -70,7 +70,7 @@ ActionResult SetMailSubject(MacroContext& context, MacroArguments arguments) {
 }
 
 ActionResult SetMailNote(MacroContext& context, MacroArguments arguments) {
-  context.mail.note = arguments[0].text;
+  context.mail.text = arguments[0].text;
   return ActionResult::kDone;
 }
 

@@ -13,6 +13,7 @@
 #include "core/workstation.h"
 #include "devices/instruments.h"
 #include "host/host.h"
+#include "host/mail.h"
 
 namespace zento {
 
@@ -42,12 +43,7 @@ struct MacroContext {
   Instruments& instruments;
 
   // The mail being composed; its fields keep their values from one mail to the next.
-  struct MailFields {
-    std::string display_name;
-    std::string address;
-    std::string subject;
-    std::string note;
-  } mail;
+  MailMessage mail;
 
   // Set by an action that asks the interpreter for something; taken back by the interpreter.
   std::optional<std::int32_t> wait_millis;

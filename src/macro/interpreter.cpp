@@ -238,8 +238,15 @@ void MacroInterpreter::EndWait() {
   turn_timer_.SetEnabled(true);
 }
 
+// The run does not wait for the mail. What became of it is known to the log alone, which outlives
+// runs and windows.
 void MacroInterpreter::SendMail() {
   ignore_failures_ = true;
+  host_.mail.Send(context_.mail, [&log = workstation_.run_log, entry = log_entry_,
+                                  to = context_.mail.address](const Status& sent) {
+    log.Event(sent.ok() ? "Mail to " + to + " sent" : "MAIL TO " + to + " NOT SENT: " + sent.why(),
+              entry);
+  });
 }
 
 void MacroInterpreter::Finish(MacroOutcome::End end) {

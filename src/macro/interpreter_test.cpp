@@ -199,6 +199,32 @@ TEST(Interpreter, AfterAMailOnlyWrongLinesEndTheRun) {
   EXPECT_EQ(rig.machine.dialogs.messages.size(), 1U) << "the next run starts afresh";
 }
 
+TEST(Interpreter, MailsGoOutWhileTheRunGoesOn) {
+  MacroRig rig;
+  rig.ws.run_log.Attach(rig.machine.host, "home");
+  rig.machine.mail.SetDuration(5000);
+  rig.Run(
+      "Mail.DisplayName Lab  Robot\nMail.Address a@example.org\nMail.Subject one\n"
+      "Mail.MsgNote note\nMail.Send\nMail.Subject two\nMail.Send");
+  EXPECT_TRUE(rig.outcome().Clean());
+  EXPECT_EQ(rig.machine.mail.UnderWay(), 2) << "the run's end drops none";
+  rig.RunFor(20);
+  ASSERT_EQ(rig.machine.mail.sent.size(), 2U);
+  EXPECT_EQ(rig.machine.mail.sent[0].display_name, "Lab  Robot");
+  EXPECT_EQ(rig.machine.mail.sent[0].subject, "one");
+  EXPECT_EQ(rig.machine.mail.sent[1].subject, "two");
+  EXPECT_EQ(rig.machine.mail.sent[1].text, "note");
+
+  rig.machine.mail.FailNext("no such server");
+  rig.Run("Mail.Send\nMail.Address b@example.org\nWait 10000\nMotor.On 400");
+  EXPECT_TRUE(rig.outcome().Clean()) << "what becomes of a mail stops no run";
+  EXPECT_TRUE(rig.MotorOn());
+  rig.ws.run_log.Flush();
+  const auto log = rig.machine.files.Read(RunLogPath("home"));
+  EXPECT_THAT(log.value(), testing::HasSubstr("Mail to a@example.org sent"));
+  EXPECT_THAT(log.value(), testing::HasSubstr("NOT SENT: no such server"));
+}
+
 TEST(Interpreter, MessagesThatNobodyClosesHoldUpNothing) {
   MacroRig rig;
   rig.machine.dialogs.HoldMessages(true);
