@@ -15,7 +15,6 @@ namespace {
 constexpr std::array<std::uint8_t, 2> kChannels = {4, 1};         // rotation, current
 constexpr std::array<std::uint8_t, 2> kInitialChannels = {0, 4};  // potential, rotation
 constexpr int kByLimit = 0;
-constexpr int kByButton = 1;
 constexpr int kRamp = 2;
 constexpr int kCurveColour = 12;
 // From this sampling rate on (Hz) nothing is drawn while a run records.
