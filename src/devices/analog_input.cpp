@@ -207,6 +207,11 @@ std::optional<double> AnalogInput::Read(std::uint8_t channel) {
   return volts;
 }
 
+bool AnalogInput::AtUpperLimit(double volts) {
+  constexpr double kStep = 2 * kFullScale[kCoarsest] / 4096;
+  return volts >= kFullScale[kCoarsest] - 1.5 * kStep;
+}
+
 void AnalogInput::Close() {
   if (board_ == Board::kAio) aio_.AioClose(aio_id_);
   if (board_ == Board::kPci9112) card_.Release();

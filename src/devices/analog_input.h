@@ -44,6 +44,11 @@ class AnalogInput {
   [[nodiscard]] bool ReadSum(std::span<const std::uint8_t> channels, int rounds,
                              std::span<double> sums);
 
+  // Whether a mean of readings, in volts, lies within one and a half steps of where the boards'
+  // widest range ends, so that what is measured may be higher than that. All boards read +-2.5 V in
+  // 12 bits.
+  static bool AtUpperLimit(double volts);
+
   void Close();
 
   // What went wrong last, for a person; empty when nothing did since the last open.

@@ -3,42 +3,11 @@
 
 #include <algorithm>
 
-#include "core/tables.h"
 #include "measure/cv_form.h"
 #include "measure/entries.h"
 #include "text/number.h"
 
 namespace zento {
-namespace {
-
-// The generator holds the first potential for at most three digits of seconds.
-constexpr std::int32_t kLongestRetainTime = 999;
-
-std::string ReferenceName(std::int32_t ref) {
-  const bool known = ref > 0 && ref < static_cast<std::int32_t>(RefName.size());
-  return known ? std::string(RefName[static_cast<std::size_t>(ref)]) : "none";
-}
-
-}  // namespace
-
-void frmMeasureCV::WireBoxes() {
-  OnCommit({&txtCVTitle, &txtXScale, &txtYScale, &txtVoltSetting[0], &txtVoltSetting[1],
-            &txtVoltSetting[2], &txtScanrate, &txtCycleNum, &txtRetainTime, &txtRPM,
-            &txtSamplingrate, &txtAccum},
-           [this] { LeaveBox(); });
-  cbxReference.on_select = [this](int) { StorePreset(); };
-  OnCommit({&txtCVNum}, [this] { SettingNum(txtCVNum.text()); });
-  UpDown2.on_up = [this] { StepPreset(1); };
-  UpDown2.on_down = [this] { StepPreset(-1); };
-}
-
-// What is in the boxes belongs to the setting as soon as one of them is left, so that looking at
-// another setting does not lose it.
-void frmMeasureCV::LeaveBox() {
-  LimitEntries();
-  StorePreset();
-}
-
 void frmMeasureCV::LimitEntries() {
   LimitToOneOrMore(txtAccum);
   LimitSamplingRate();
@@ -51,12 +20,6 @@ void frmMeasureCV::LimitSamplingRate() {
   LimitToSomeRate(txtSamplingrate);
 }
 
-void frmMeasureCV::LimitRetainTime() {
-  const std::int32_t seconds = ToLong(NumberIn(txtRetainTime));
-  const std::int32_t limited = std::clamp(seconds, 0, kLongestRetainTime);
-  if (limited != seconds) txtRetainTime.SetText(PlainNumber(limited));
-}
-
 CVPreset& frmMeasureCV::CurrentPreset() {
   Settings& settings = workstation().settings;
   settings.CVNum = std::clamp(settings.CVNum, 0, kCVPresets - 1);
@@ -65,7 +28,8 @@ CVPreset& frmMeasureCV::CurrentPreset() {
 
 void frmMeasureCV::SelectPreset(std::int32_t number) {
   workstation().settings.CVNum = std::clamp(number, 0, kCVPresets - 1);
-  ShowPreset();
+  ShowSettings();
+  LimitEntries();
 }
 
 void frmMeasureCV::StepPreset(int direction) {
@@ -73,7 +37,7 @@ void frmMeasureCV::StepPreset(int direction) {
   SelectPreset(workstation().settings.CVNum + direction);
 }
 
-void frmMeasureCV::ShowPreset() {
+void frmMeasureCV::ShowSettings() {
   const CVPreset& preset = CurrentPreset();
   txtCVNum.SetText(PlainNumber(settings().CVNum));
   txtCVTitle.SetText(preset.CVTitle);
@@ -89,11 +53,9 @@ void frmMeasureCV::ShowPreset() {
   txtRPM.SetText(PlainNumber(preset.CVRPM));
   txtSamplingrate.SetText(PlainNumber(preset.CVSamplingRate));
   txtAccum.SetText(PlainNumber(preset.CVAccum));
-  // A settings file may hold anything, or nothing.
-  LimitEntries();
 }
 
-void frmMeasureCV::StorePreset() {
+void frmMeasureCV::StoreSettings() {
   CVPreset& preset = CurrentPreset();
   preset.CVTitle = txtCVTitle.text();
   preset.CVXScale = NumberIn(txtXScale);
@@ -111,31 +73,22 @@ void frmMeasureCV::StorePreset() {
   preset.CVAccum = NumberIn(txtAccum);
 }
 
-std::vector<RunParameter> frmMeasureCV::Parameters() const {
-  const CVPreset& p = plan_.preset;
-  const auto value = [](double number, const char* unit) { return PlainNumber(number) + unit; };
-  return {
-      {"Title", txtTitle.text()},
-      {"Target track", PlainNumber(target_.number())},
-      {"Setting", PlainNumber(settings().CVNum) + " " + p.CVTitle},
-      {"Potentials", value(p.CVV0, " V, ") + value(p.CVV1, " V, ") + value(p.CVV2, " V")},
-      {"Scan rate", value(p.CVScanrate, " mV/s")},
-      {"Cycles", PlainNumber(p.CVCyclenum)},
-      {"Method",
-       ByButton() ? "until stopped" : "by cycles, " + FormatDuration(planned_) + " planned"},
-      {"Sweep from", plan_.generator ? "the function generator, held at the first potential for " +
-                                           PlainNumber(p.CVRetainTime) + " s"
-                                     : std::string("the potentiostat")},
-      {"Rotation", PlainNumber(p.CVRPM) + " rpm"},
-      {"Sampling",
-       value(p.CVSamplingRate, " Hz, ") + PlainNumber(plan_.rounds) + " readings a point"},
-      {"Scales", value(p.CVXScale, " V/V, ") + value(p.CVYScale, " A/V")},
-      {"Reference", ReferenceName(p.CVRef)},
-  };
+std::int32_t frmMeasureCV::CompletePlan(SweepPlan& plan) {
+  const CVPreset& preset = CurrentPreset();
+  setting_ = PlainNumber(settings().CVNum) + " " + preset.CVTitle;
+  plan.cycles = preset.CVCyclenum;
+  plan.ref = preset.CVRef;
+  plan.x_scale = preset.CVXScale;
+  plan.disk_scale = preset.CVYScale;
+  return PlannedSweepMillis(plan.v, preset.CVCyclenum, plan.scan_rate);
 }
 
-void frmMeasureCV::rpm(const std::string& rpm) {
-  txtRPM.SetText(LimitedRpm(rpm));
+std::vector<RunParameter> frmMeasureCV::Parameters() const {
+  std::vector<RunParameter> parameters = SweepParameters();
+  parameters.insert(parameters.begin() + 2, {"Setting", setting_});
+  parameters.insert(parameters.end() - 1, {"Scales", PlainNumber(Plan().x_scale) + " V/V, " +
+                                                         PlainNumber(Plan().disk_scale) + " A/V"});
+  return parameters;
 }
 
 void frmMeasureCV::SettingNum(const std::string& number) {
@@ -146,18 +99,8 @@ void frmMeasureCV::DiskScale(double amperes_per_volt) {
   txtYScale.SetText(PlainNumber(LimitedScale(amperes_per_volt)));
 }
 
-void frmMeasureCV::SetVoltage(double first, double second, double third) {
-  txtVoltSetting[0].SetText(PlainNumber(first));
-  txtVoltSetting[1].SetText(PlainNumber(second));
-  txtVoltSetting[2].SetText(PlainNumber(third));
-}
-
 void frmMeasureCV::RetainTime(std::int32_t seconds) {
   txtRetainTime.SetText(PlainNumber(std::max(seconds, 0)));
-}
-
-void frmMeasureCV::scanrate(double millivolts_per_second) {
-  txtScanrate.SetText(PlainNumber(millivolts_per_second < 0 ? 0.001 : millivolts_per_second));
 }
 
 void frmMeasureCV::Repeat(std::int32_t cycles) {

@@ -273,9 +273,17 @@ void MeasureForm::StartGenerator() {
   instruments_.generator.OutputOn();
 }
 
-void MeasureForm::SetRotation(std::int32_t rpm) {
-  if (std::exchange(logged_rpm_, rpm) != rpm) LogEvent("Rotation " + PlainNumber(rpm) + " rpm");
-  instruments_.rotation.SetRotation(rpm);
+std::int32_t MeasureForm::SetRotation(std::int32_t rpm) {
+  const bool log = std::exchange(logged_rpm_, rpm) != rpm;
+  std::int32_t applied = rpm;
+  instruments_.rotation.SetRotation(applied);
+  if (log) {
+    LogEvent("Rotation " + PlainNumber(rpm) + " rpm" +
+             (applied == rpm
+                  ? ""
+                  : ", " + PlainNumber(applied) + " rpm after the calibration's limits"));
+  }
+  return applied;
 }
 
 void MeasureForm::StopDevices() {

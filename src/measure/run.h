@@ -152,8 +152,9 @@ class MeasureForm : public Form {
   // Switches the generator on, and marks it to be switched off at the end.
   void StartGenerator();
   // A rotation rate that the run asks for; other rates than the last one are noted in the log.
-  // Ramps and feedback, which change it at many ticks, go through instruments() instead.
-  void SetRotation(std::int32_t rpm);
+  // Returns the one that was applied, after the calibration's limits. Ramps and feedback, which
+  // change it at many ticks, go through instruments() instead.
+  std::int32_t SetRotation(std::int32_t rpm);
   // Generator off when it was started, rotation 0.
   void StopDevices();
 

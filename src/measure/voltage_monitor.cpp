@@ -23,6 +23,10 @@ void VoltageMonitor::Clear() {
   ring_.assign(kSlots, {kEmpty, 0});
   colours_.assign(kSlots, colour_);
   next_ = 0;
+  ResetRange();
+}
+
+void VoltageMonitor::ResetRange() {
   range_.Start(kFirstRange);
   Redraw();
 }

@@ -28,6 +28,8 @@ class VoltageMonitor {
   // The same in another colour, where several electrodes share the monitor. A pair keeps its
   // colour when the plot is drawn anew.
   void Add(double x, double y, Colour colour);
+  // Goes back to the first range; the pairs stay, those outside it unseen until it grows again.
+  void ResetRange();
   void Redraw();
 
   const std::array<double, 2>& Slot(std::size_t index) const { return ring_[index]; }

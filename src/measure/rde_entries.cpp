@@ -1,0 +1,151 @@
+// What stands in the ring-disk window's boxes: its settings, the limits, the operations that macros
+// call, and the layout.
+
+#include "measure/entries.h"
+#include "measure/rde_form.h"
+#include "text/number.h"
+
+namespace zento {
+
+void frmMeasureRDE::LimitEntries() {
+  LimitToOneOrMore(txtAccum);
+  LimitToOneOrMore(txtRPMScale);
+  LimitToSomeRate(txtSamplingrate);
+}
+
+void frmMeasureRDE::ShowSettings() {
+  const Settings& s = settings();
+  ShowNumber(txtDiskXScale, s.DiskXScale);
+  ShowNumber(txtDiskYScale, s.DiskYScale);
+  ShowNumber(txtRingXScale, s.RingXScale);
+  ShowNumber(txtRingYScale, s.RingYScale);
+  ShowNumber(txtRPMScale, s.RPMScale);
+  ShowVoltages(s.RDEV0, s.RDEV1, s.RDEV2);
+  ShowNumber(txtScanrate, s.RDEScanrate);
+  ShowNumber(txtCycleNum, s.RDECycleNum);
+  ShowNumber(txtSamplingrate, s.RDESamplingRate);
+  ShowNumber(txtAccum, s.RDEAccum);
+  cbxReference.Select(s.RDERef);
+  ShowNumber(txtRetainTime, s.RDERetainTime);
+  ShowNumber(txtRPM, s.RDERPM);
+}
+
+void frmMeasureRDE::StoreSettings() {
+  Settings& s = workstation().settings;
+  s.DiskXScale = NumberIn(txtDiskXScale);
+  s.DiskYScale = NumberIn(txtDiskYScale);
+  s.RingXScale = NumberIn(txtRingXScale);
+  s.RingYScale = NumberIn(txtRingYScale);
+  s.RPMScale = NumberIn(txtRPMScale);
+  s.RDEV0 = NumberIn(txtVoltSetting[0]);
+  s.RDEV1 = NumberIn(txtVoltSetting[1]);
+  s.RDEV2 = NumberIn(txtVoltSetting[2]);
+  s.RDEScanrate = NumberIn(txtScanrate);
+  s.RDECycleNum = NumberIn(txtCycleNum);
+  s.RDESamplingRate = NumberIn(txtSamplingrate);
+  s.RDEAccum = NumberIn(txtAccum);
+  // An index from a file that stands for nothing shows as no choice, and is kept.
+  if (cbxReference.selected() >= 0) s.RDERef = cbxReference.selected();
+  s.RDERetainTime = ToLong(NumberIn(txtRetainTime));
+  s.RDERPM = ToLong(NumberIn(txtRPM));
+}
+
+std::int32_t frmMeasureRDE::CompletePlan(SweepPlan& plan) {
+  const Settings& s = settings();
+  plan.cycles = s.RDECycleNum;
+  plan.ref = s.RDERef;
+  plan.x_scale = s.DiskXScale;
+  plan.disk_scale = s.DiskYScale;
+  plan.ring_scale = s.RingYScale;
+  rpm_scale_ = s.RPMScale;
+  ring_x_scale_ = s.RingXScale;
+  rotation_ = {};
+  return PlannedRotatingSweepMillis(plan.v, plan.cycles, plan.scan_rate);
+}
+
+std::vector<RunParameter> frmMeasureRDE::Parameters() const {
+  std::vector<RunParameter> parameters = SweepParameters();
+  const auto value = [](double number, const char* unit) { return PlainNumber(number) + unit; };
+  parameters.push_back(
+      {"Disk scales", value(Plan().x_scale, " V/V, ") + value(Plan().disk_scale, " A/V")});
+  parameters.push_back(
+      {"Ring scales", value(ring_x_scale_, " V/V, ") + value(Plan().ring_scale, " A/V")});
+  parameters.push_back({"Rotation signal", value(rpm_scale_, " rpm/V")});
+  return parameters;
+}
+
+void frmMeasureRDE::DiskScale(double amperes_per_volt) {
+  ShowNumber(txtDiskYScale, LimitedScale(amperes_per_volt));
+}
+
+void frmMeasureRDE::RingScale(double amperes_per_volt) {
+  ShowNumber(txtRingYScale, LimitedScale(amperes_per_volt));
+}
+
+void frmMeasureRDE::RetainTime(std::int32_t seconds) {
+  ShowNumber(txtRetainTime, seconds);
+}
+
+void frmMeasureRDE::Repeat(std::int32_t cycles) {
+  ShowNumber(txtCycleNum, cycles);
+}
+
+void frmMeasureRDE::SamplingRate(double hertz) {
+  ShowNumber(txtSamplingrate, hertz);
+  LimitToSomeRate(txtSamplingrate);
+}
+
+void frmMeasureRDE::Accumlation(std::int32_t readings) {
+  ShowNumber(txtAccum, readings);
+  LimitToOneOrMore(txtAccum);
+}
+
+void frmMeasureRDE::SetSize(std::int16_t left, std::int16_t top, std::int16_t width,
+                            std::int16_t height) {
+  RequestGeometry({true, left, top, width, height});
+}
+
+void frmMeasureRDE::QuitRDEMeasurement() {
+  host().desktop.Unload(name());
+}
+
+LayoutNode frmMeasureRDE::Layout() {
+  using namespace layout;
+  return Columns({
+      Rows({
+          Group("Scales", {Fields({Field("Disk XScale V/V (ch0)", txtDiskXScale),
+                                   Field("Disk YScale A/V (ch1)", txtDiskYScale),
+                                   Field("Ring XScale V/V (ch2)", txtRingXScale),
+                                   Field("Ring YScale A/V (ch3)", txtRingYScale),
+                                   Field("RPM /V (ch4)", txtRPMScale)})}),
+          Group("Potentials",
+                {Fields({Field("1st /V", txtVoltSetting[0]), Field("2nd /V", txtVoltSetting[1]),
+                         Field("3rd /V", txtVoltSetting[2]), Field("Scan Rate /mVs-1", txtScanrate),
+                         Field("Cycle Num.", txtCycleNum),
+                         Field("1st Retainment time /s", txtRetainTime),
+                         Field("Reference", cbxReference)})}),
+          Stretch(),
+      }),
+      Rows({
+          Group("Sampling", {Fields({Field("Sampling Rate/Hz", txtSamplingrate),
+                                     Field("Accumlation", txtAccum), Field("RPM:", txtRPM)})}),
+          Group("Measurement Method", {Item(opnRDEMeas)}),
+          Group("Track", {Fields({Field("Title", txtTitle)}),
+                          Columns({Item(lblDataNum), Item(txtDataNum), Item(UpDown1)})}),
+          Stretch(),
+      }),
+      Rows(
+          {
+              Text("Voltage Monitor /V"),
+              Group("Disk Voltage Monitor", {Item(picDiskVMon, 1)}, 1),
+              Group("Ring Voltage Monitor", {Item(picRingVMon, 1)}, 1),
+              Columns({Item(lblRPM), Stretch(), Item(cmdClearMon)}),
+              Item(lblMode),
+              Item(lblTimeRemain),
+              Columns({Item(cmdStart), Item(cmdStop)}),
+          },
+          1),
+  });
+}
+
+}  // namespace zento
