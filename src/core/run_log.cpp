@@ -8,6 +8,7 @@
 namespace zento {
 namespace {
 
+constexpr char kFileName[] = "Run log.txt";
 constexpr std::string_view kEol = "\r\n";
 constexpr std::int64_t kSoonMillis = 1000;
 // A file that every editor still opens at once: some hundreds of runs.
@@ -47,7 +48,7 @@ std::string TwoDigits(std::int64_t value) {
 }  // namespace
 
 std::filesystem::path RunLogPath(const std::filesystem::path& home) {
-  return home / "Run log.txt";
+  return home / kFileName;
 }
 
 std::string FormatDuration(std::int64_t millis) {
@@ -62,7 +63,7 @@ std::string FormatDuration(std::int64_t millis) {
 
 void RunLog::Attach(Host& host, std::filesystem::path home) {
   host_ = &host;
-  path_ = RunLogPath(home);
+  path_ = std::move(home /= kFileName);
   soon_.emplace(host.timers, [this] { Write(false); });
   soon_->SetInterval(kSoonMillis);
 }

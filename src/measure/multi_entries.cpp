@@ -15,6 +15,7 @@ double NumberIn(const TextBox& box) {
 
 std::vector<std::string> InputNames() {
   std::vector<std::string> names;
+  names.reserve(AnalogInput::kChannels);
   for (int input = 0; input < AnalogInput::kChannels; ++input) {
     names.push_back("Ch" + PlainNumber(input));
   }
