@@ -7,6 +7,7 @@
 
 #include "macro/command.h"
 #include "measure/cv_form.h"
+#include "measure/rde_form.h"
 #include "measure/rpm_form.h"
 #include "measure/step_form.h"
 
@@ -18,6 +19,8 @@ template <typename Window>
 constexpr const char* kWindowName = nullptr;
 template <>
 inline constexpr const char* kWindowName<frmMeasureCV> = "frmMeasureCV";
+template <>
+inline constexpr const char* kWindowName<frmMeasureRDE> = "frmMeasureRDE";
 template <>
 inline constexpr const char* kWindowName<frmPotentialStep> = "frmPotentialStep";
 template <>

@@ -13,6 +13,7 @@ using enum CommandKind;
 using enum DryRule;
 
 using CV = frmMeasureCV;
+using RDE = frmMeasureRDE;
 using PS = frmPotentialStep;
 using RPMvsj = frmMeasureRPMvsj;
 
@@ -50,20 +51,22 @@ constexpr MacroCommand kCommands[] = {
     Start("CV.Start", Call<&CV::StartMeasurement>),
     End("CV.END", Quit<&CV::QuitCVMeasurement>),
     // Ring-disk voltammetry.
-    Show("RDEMeasureMode", MissingWindow),
-    Set("RDE.RecordTrack", {kLong}, MissingWindow, "RDE.RecordTrack TrackNum"),
-    Set("RDE.DiskScale", {kNumber}, MissingWindow, "RDE.DiskScale YScale"),
-    Set("RDE.RingScale", {kNumber}, MissingWindow, "RDE.RingScale YScale"),
-    Set("RDE.Title", {kWord}, MissingWindow, "RDE.Title TrackNum"),
-    Set("RDE.RPM", {kNumberText}, MissingWindow, "RDE.RPM RPM"),
-    Set("RDE.Voltage", {kNumber, kNumber, kNumber}, MissingWindow, "RDE.Voltage V1st V2nd V3rd"),
-    Set("RDE.RetainTime", {kLong}, MissingWindow, "RDE.RetainTime RetainTime/s"),
-    Set("RDE.Scanrate", {kNumber}, MissingWindow, "RDE.Scanrate Scanrate/s"),
-    Set("RDE.Repeat", {kLong}, MissingWindow, "RDE.Repeat RepeatNum"),
-    Set("RDE.SamplingRate", {kNumber}, MissingWindow, "RDE.SamplingRate Samplingrate/Hz"),
-    Set("RDE.Accumlation", {kLong}, MissingWindow, "RDE.Accumlation Accum.Num."),
-    Start("RDE.Start", MissingWindow),
-    End("RDE.END", MissingWindow),
+    Show("RDEMeasureMode", ShowWindow<RDE>),
+    Set("RDE.RecordTrack", {kLong}, Call<&RDE::SelTrack>, "RDE.RecordTrack TrackNum"),
+    Set("RDE.DiskScale", {kNumber}, Call<&RDE::DiskScale>, "RDE.DiskScale YScale"),
+    Set("RDE.RingScale", {kNumber}, Call<&RDE::RingScale>, "RDE.RingScale YScale"),
+    Set("RDE.Title", {kWord}, Call<&RDE::Title>, "RDE.Title TrackNum"),
+    Set("RDE.RPM", {kNumberText}, Call<&RDE::rpm>, "RDE.RPM RPM"),
+    Set("RDE.Voltage", {kNumber, kNumber, kNumber}, Call<&RDE::SetVoltage>,
+        "RDE.Voltage V1st V2nd V3rd"),
+    Set("RDE.RetainTime", {kLong}, Call<&RDE::RetainTime>, "RDE.RetainTime RetainTime/s"),
+    Set("RDE.Scanrate", {kNumber}, Call<&RDE::scanrate>, "RDE.Scanrate Scanrate/s"),
+    Set("RDE.Repeat", {kLong}, Call<&RDE::Repeat>, "RDE.Repeat RepeatNum"),
+    Set("RDE.SamplingRate", {kNumber}, Call<&RDE::SamplingRate>,
+        "RDE.SamplingRate Samplingrate/Hz"),
+    Set("RDE.Accumlation", {kLong}, Call<&RDE::Accumlation>, "RDE.Accumlation Accum.Num."),
+    Start("RDE.Start", Call<&RDE::StartMeasurement>),
+    End("RDE.END", Quit<&RDE::QuitRDEMeasurement>),
     // Potential step.
     Show("PotentialStepMode", ShowWindow<PS>),
     Set("PS.RecordTrack", {kLong}, Call<&PS::SelTrack>, "PS.RecordTrack TrackNum"),

@@ -131,7 +131,7 @@ LayoutNode frmMeasureRDE::Layout() {
                                      Field("Accumlation", txtAccum), Field("RPM:", txtRPM)})}),
           Group("Measurement Method", {Item(opnRDEMeas)}),
           Group("Track", {Fields({Field("Title", txtTitle)}),
-                          Columns({Item(lblDataNum), Item(txtDataNum), Item(UpDown1)})}),
+                          Columns({Item(lblDataNum), Fields({Field("", txtDataNum, &UpDown1)})})}),
           Stretch(),
       }),
       Rows(

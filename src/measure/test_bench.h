@@ -22,8 +22,10 @@ inline constexpr double kFaraday = 96485.33212;
 
 struct Laboratory {
   explicit Laboratory(const sim::Parameters& parameters) : bench(machine.clock, parameters) {
-    machine.desktop.Register("Graph1",
-                             [this] { return std::make_unique<Graph>(machine.host, "Graph1"); });
+    for (const char* graph : {"Graph1", "Graph2"}) {
+      machine.desktop.Register(
+          graph, [this, graph] { return std::make_unique<Graph>(machine.host, graph); });
+    }
     RegisterDeviceForms(machine.desktop, ws, machine.host, instruments);
     RegisterMeasureForms(machine.desktop, ws, machine.host, instruments);
     ApplyDefaultSettings(ws);

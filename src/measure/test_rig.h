@@ -12,6 +12,7 @@
 #include "host/virtual/virtual_host.h"
 #include "measure/cv_form.h"
 #include "measure/measure_forms.h"
+#include "measure/rde_form.h"
 #include "measure/rpm_form.h"
 #include "measure/step_form.h"
 
@@ -21,8 +22,10 @@ namespace zento {
 // notes its commands, a motor and an outlet port that remember what they were told. For tests.
 struct TestRig {
   TestRig() {
-    machine.desktop.Register("Graph1",
-                             [this] { return std::make_unique<Graph>(machine.host, "Graph1"); });
+    for (const char* graph : {"Graph1", "Graph2"}) {
+      machine.desktop.Register(
+          graph, [this, graph] { return std::make_unique<Graph>(machine.host, graph); });
+    }
     RegisterDeviceForms(machine.desktop, ws, machine.host, instruments);
     RegisterMeasureForms(machine.desktop, ws, machine.host, instruments);
     ApplyDefaultSettings(ws);
@@ -81,6 +84,12 @@ struct TestRig {
   }
   frmMeasureRPMvsj& Sweep() {
     return *dynamic_cast<frmMeasureRPMvsj*>(machine.desktop.Show("frmMeasureRPMvsj"));
+  }
+  frmMeasureRDE& RDE() {
+    return *dynamic_cast<frmMeasureRDE*>(machine.desktop.Show("frmMeasureRDE"));
+  }
+  const GraphView& Picture(const char* graph) {
+    return dynamic_cast<Graph*>(machine.desktop.Find(graph))->Picture1;
   }
   const TrackRecord& Record(int track) const { return ws.tracks.Record(track); }
   bool MotorOn() const { return (outlets & 1) != 0; }

@@ -1,0 +1,373 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "core/track_file.h"
+#include "measure/test_rig.h"
+
+namespace zento {
+namespace {
+
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr double kClipped = 2.5 - 5.0 / 4096;  // V, the highest code of a 12-bit board
+
+TEST(PlannedRotatingSweep, ReturnsToTheFirstPotentialOnlyInASingleCycle) {
+  EXPECT_EQ(PlannedRotatingSweepMillis({-0.2, 1.2, 0.6}, 1, 50), 56'000);
+  EXPECT_EQ(PlannedRotatingSweepMillis({-0.2, 1.2, 0.6}, 2, 50), 64'000);
+  EXPECT_EQ(PlannedRotatingSweepMillis({-0.2, 1.2, 0.6}, 0, 50), 16'000);
+  EXPECT_EQ(PlannedRotatingSweepMillis({-0.2, 1.2, 0.6}, -9, 50), 0);
+  EXPECT_EQ(PlannedRotatingSweepMillis({0, 1, 0}, 1, 0), 2'147'483'647);
+}
+
+// 0 V, 0.5 V, -0.1 V once, at 100 mV/s: 12 s after a retain time of 2 s, at 1000 rpm.
+struct RingDiskRig : TestRig {
+  RingDiskRig() {
+    volts = [this](int channel) {
+      switch (channel) {
+        case 0:
+          return Seconds() / 10;
+        case 1:
+          return -0.5;
+        case 2:
+          return 1.2;
+        case 3:
+          return 0.25;
+        default:
+          return rotation;
+      }
+    };
+    ws.run_log.Attach(machine.host, "home");
+  }
+
+  frmMeasureRDE& ShortRun() {
+    frmMeasureRDE& rde = RDE();
+    rde.SetVoltage(0, 0.5, -0.1);
+    rde.scanrate(100);
+    rde.Repeat(1);
+    rde.RetainTime(2);
+    rde.SamplingRate(10);
+    rde.Accumlation(3);
+    rde.rpm("1000");
+    rde.Title("Pt in O2");
+    rde.SelTrack(3);
+    rde.DiskScale(1e-3);
+    rde.RingScale(1e-5);
+    return rde;
+  }
+  // Lets a run that records take some more points.
+  void Take(int points) { RunFor(points / 10.0); }
+
+  std::string Log() { return machine.files.Read(RunLogPath("home")).value(); }
+
+  double rotation = 1.0;  // V on channel 4
+};
+
+TEST(RDEForm, MonitorsFiveInputsWhileIdle) {
+  RingDiskRig rig;
+  rig.rotation = 1.2347;
+  frmMeasureRDE& rde = rig.RDE();
+  EXPECT_EQ(rde.caption(), "RDE Measurement");
+  rig.RunFor(1);  // 2 Hz
+  EXPECT_EQ(rig.reads, 2 * 500 * 5);
+  EXPECT_EQ(rde.lblRPM.text(), "1234RPM");
+  EXPECT_EQ(rde.picDiskVMon.ItemCount(), 2u);
+  EXPECT_EQ(rde.picRingVMon.ItemCount(), 2u);
+  ASSERT_TRUE(rde.cmdClearMon.UserClick().ok());
+  EXPECT_EQ(rde.picDiskVMon.ItemCount(), 0u);
+  EXPECT_EQ(rde.picRingVMon.ItemCount(), 0u);
+  rig.instruments.analog_input.Close();
+  rig.RunFor(1);
+  EXPECT_EQ(rde.lblRPM.text(), "no reading");
+  EXPECT_THAT(rig.machine.dialogs.messages, IsEmpty());
+}
+
+TEST(RDEForm, SaysWhichDeviceKeepsItFromLoading) {
+  const auto message_when = [](auto fault) {
+    TestRig rig;
+    fault(rig);
+    EXPECT_EQ(rig.machine.desktop.Show("frmMeasureRDE"), nullptr);
+    return rig.machine.dialogs.messages;
+  };
+  EXPECT_THAT(message_when([](TestRig& rig) { rig.card_status = -1; }),
+              ElementsAre("AD Board不良です"));
+  EXPECT_THAT(message_when([](TestRig& rig) { rig.bus_status = 80; }), ElementsAre("GPIB不良"));
+  EXPECT_THAT(message_when([](TestRig& rig) { rig.output_status = -1; }),
+              ElementsAre("DA Board Trouble!"));
+}
+
+TEST(RDEForm, CorrectsEntriesSilentlyAndKeepsThemAsSettings) {
+  TestRig rig;
+  rig.ws.settings.RDERPM = 1600;
+  rig.ws.settings.RDERef = 4;
+  rig.ws.settings.RDEAccum = 0;
+  frmMeasureRDE& rde = rig.RDE();
+  EXPECT_EQ(rde.txtRPM.text(), "1600");
+  EXPECT_EQ(rde.cbxReference.selected(), 4);
+  EXPECT_EQ(rde.txtAccum.text(), "1") << "a settings file may hold anything";
+  const auto leave = [](TextBox& box, const char* text) {
+    EXPECT_TRUE(box.UserSet(text).ok());
+    return box.text();
+  };
+  EXPECT_EQ(leave(rde.txtAccum, "0.5"), "1");
+  EXPECT_EQ(leave(rde.txtRPMScale, "0.9"), "1");
+  EXPECT_EQ(leave(rde.txtSamplingrate, "0"), "0.1");
+  EXPECT_EQ(leave(rde.txtSamplingrate, "5000"), "5000");
+  EXPECT_EQ(leave(rde.txtRingXScale, "2"), "2");
+  EXPECT_EQ(leave(rde.txtCycleNum, "1.5"), "1.5");
+  ASSERT_TRUE(rde.cbxReference.UserChoose(2).ok());
+  const Settings& s = rig.ws.settings;
+  EXPECT_THAT((std::vector{s.RDEAccum, s.RPMScale, s.RDESamplingRate, s.RingXScale, s.RDECycleNum}),
+              ElementsAre(1, 1, 5000, 2, 1.5));
+  EXPECT_EQ(s.RDERef, 2);
+
+  rde.SelTrack(21);
+  rde.rpm("12000");
+  rde.DiskScale(-1);
+  rde.RingScale(0);
+  rde.scanrate(-1);
+  rde.SamplingRate(-1);
+  rde.Accumlation(0);
+  EXPECT_THAT((std::vector{rde.txtDataNum.text(), rde.txtRPM.text(), rde.txtDiskYScale.text(),
+                           rde.txtRingYScale.text(), rde.txtScanrate.text(),
+                           rde.txtSamplingrate.text(), rde.txtAccum.text()}),
+              ElementsAre("20", "10000", "1E-05", "1E-05", "0.001", "0.1", "1"));
+  EXPECT_THAT(rig.machine.dialogs.messages, IsEmpty());
+}
+
+TEST(RDEForm, RecordsDiskAndRingAndStoresThem) {
+  RingDiskRig rig;
+  frmMeasureRDE& rde = rig.ShortRun();
+  ASSERT_TRUE(rde.cmdStart.UserClick().ok());
+  EXPECT_EQ(rig.ws.running_flag, -1);
+  EXPECT_FALSE(rde.cmdStart.enabled());
+  EXPECT_THAT(rig.sent, Contains("HT002E0"));
+  EXPECT_EQ(rig.sent.back(), "A1");
+  EXPECT_TRUE(rig.MotorOn());
+  EXPECT_EQ(rig.machine.desktop.Find("Graph1")->caption(), "Disk Voltammogram");
+  EXPECT_EQ(rig.machine.desktop.Find("Graph2")->caption(),
+            "Ring Voltammogram(x axis = Disk Voltage)");
+  rig.RunFor(2.05);
+  EXPECT_EQ(rde.lblMode.text(), "Waiting for the sweep");
+  EXPECT_EQ(rde.lblTimeRemain.text(), "");
+  rig.RunFor(5.1);
+  EXPECT_EQ(rde.lblTimeRemain.text(), "7s remain");
+  EXPECT_EQ(rig.Picture("Graph1").ItemCount(), 51u);
+  EXPECT_EQ(rig.Picture("Graph2").ItemCount(), 51u);
+  ASSERT_TRUE(rig.RunUntilIdle());
+  EXPECT_EQ(rde.lblTimeRemain.text(), "1s remain") << "the last half second shows nothing new";
+
+  EXPECT_EQ(rig.sent.back(), "A0");
+  EXPECT_FALSE(rig.MotorOn());
+  EXPECT_THAT(rig.machine.sound.played, ElementsAre(rig.ws.settings.SoundFileName));
+  EXPECT_THAT(rig.shown_tracks, ElementsAre(3));
+  EXPECT_EQ(rde.txtDataNum.text(), "4");
+
+  // As a file gives it back another day.
+  ASSERT_TRUE(SaveTracksAs(rig.ws, rig.machine.files, "run").ok());
+  Workstation another_day;
+  ASSERT_TRUE(OpenTracks(another_day, rig.machine.files, "run.znt").complete());
+  const TrackRecord& record = another_day.tracks.Record(3);
+  EXPECT_EQ(record.Mode, kModeRDE);
+  EXPECT_EQ(record.Title, "Pt in O2");
+  EXPECT_EQ(record.MeasTime, "2026/01/01 09:00:15");
+  EXPECT_EQ(record.pnum, 122);
+  EXPECT_EQ(record.Scanrate, 100);
+  EXPECT_EQ(record.V, (std::array<double, 3>{0, 0.5, -0.1}));
+  EXPECT_EQ(record.MaxTime, 12'000);
+  EXPECT_EQ(record.RPM, 1000);
+  EXPECT_EQ(record.DiskYscale, 1e-3);
+  EXPECT_EQ(record.RingYscale, 1e-5);
+  EXPECT_EQ(record.Vxmin, -0.1);
+  EXPECT_NEAR(record.Vxmax, 1.42, 1e-9);
+  EXPECT_DOUBLE_EQ(record.Vymin, -5e-4);
+  EXPECT_EQ(record.Vymax, 1e-5);
+  EXPECT_NEAR(another_day.tracks.Points(0, 3).front(), 0.21, 1e-6);
+  EXPECT_NEAR(another_day.tracks.Points(0, 3).back(), 1.42, 1e-6);
+  EXPECT_THAT(another_day.tracks.Points(1, 3), Each(-5e-4));
+  EXPECT_THAT(another_day.tracks.Points(2, 3), Each(2.5e-6));
+}
+
+TEST(RDEForm, WithoutAGeneratorWaitsUntilThePotentialLeavesItsStep) {
+  RingDiskRig rig;
+  rig.ws.settings.GPIBControl = 0;
+  double potential = 0.1001;
+  rig.volts = [&](int channel) { return channel == 0 ? potential : 0.0; };
+  frmMeasureRDE& rde = rig.ShortRun();
+  rde.StartMeasurement();
+  rig.RunFor(60);
+  potential = 0.1019;  // the same 2 mV step
+  rig.RunFor(60);
+  EXPECT_EQ(rde.lblMode.text(), "Waiting for the sweep");
+  potential = 0.1021;
+  rig.RunFor(0.1);
+  EXPECT_EQ(rde.lblMode.text(), "Recording");
+  EXPECT_THAT(rig.sent, IsEmpty());
+}
+
+TEST(RDEForm, SteersTheRotationIntoItsBand) {
+  RingDiskRig rig;
+  rig.ShortRun().StartMeasurement();
+  rig.rotation = 0.9;
+  rig.RunFor(2.05);
+  EXPECT_DOUBLE_EQ(rig.motor_volts, 1.0) << "not while it waits";
+  rig.Take(10);
+  EXPECT_NEAR(rig.motor_volts, 1.005, 1e-9);
+  rig.rotation = 0.9901;
+  rig.Take(10);
+  EXPECT_NEAR(rig.motor_volts, 1.005, 1e-9) << "within 10 rpm";
+  rig.rotation = 1.0099;
+  rig.Take(10);
+  EXPECT_NEAR(rig.motor_volts, 1.005, 1e-9);
+  rig.rotation = 1.0101;
+  rig.Take(4);
+  EXPECT_NEAR(rig.motor_volts, 1.003, 1e-9);
+  rig.rotation = 0.0999;
+  rig.Take(10);
+  EXPECT_NEAR(rig.motor_volts, 1.003, 1e-9) << "a standing rotor or no signal";
+  rig.rotation = 0.98;
+  ASSERT_TRUE(rig.RunUntilIdle());
+  EXPECT_THAT(rig.Log(), HasSubstr("Rotation measured: mean 9"));
+  EXPECT_THAT(rig.Log(), HasSubstr("at the last point 980.0 rpm; motor voltage 1.0"));
+}
+
+TEST(RDEForm, DoesNotWindTheMotorUpOnAClippedSignal) {
+  RingDiskRig rig;
+  frmMeasureRDE& rde = rig.ShortRun();
+  rde.rpm("2800");
+  rde.StartMeasurement();
+  rig.rotation = kClipped;
+  rig.RunFor(5);
+  EXPECT_DOUBLE_EQ(rig.motor_volts, 2.8);
+  rig.rotation = 2.4;  // in range, and too slow
+  rig.Take(2);
+  EXPECT_NEAR(rig.motor_volts, 2.801, 1e-9);
+  rig.rotation = kClipped;
+  ASSERT_TRUE(rig.RunUntilIdle());
+  const std::string log = rig.Log();
+  const auto held = log.find("the motor voltage is held at 2.8000 V");
+  EXPECT_NE(held, std::string::npos);
+  EXPECT_EQ(log.find("is held", held + 40), std::string::npos) << "told once";
+
+  // A clipped signal above the rate that was set does say which way to go.
+  rde.rpm("2000");
+  rde.StartMeasurement();
+  rig.RunFor(2.05 + 1);
+  EXPECT_NEAR(rig.motor_volts, 1.995, 1e-9);
+}
+
+// The calibration ends at 3000 rpm.
+TEST(RDEForm, SteersTowardsTheRateThatTheMotorWasSetTo) {
+  RingDiskRig rig;
+  frmMeasureRDE& rde = rig.ShortRun();
+  ASSERT_TRUE(rde.txtRPMScale.UserSet("2000").ok());
+  rde.rpm("5000");
+  rde.StartMeasurement();
+  rig.rotation = 1.5;
+  rig.RunFor(10);
+  EXPECT_DOUBLE_EQ(rig.motor_volts, 3.0);
+  rig.ws.end_active_run();
+  EXPECT_THAT(rig.Log(), HasSubstr("Rotation 5000 rpm, 3000 rpm after the calibration's limits"));
+}
+
+TEST(RDEForm, LeavesTheMotorAloneWithoutRotationControl) {
+  RingDiskRig rig;
+  rig.ws.settings.DABoard = 0;
+  rig.ShortRun().StartMeasurement();
+  rig.rotation = 0.5;
+  ASSERT_TRUE(rig.RunUntilIdle());
+  EXPECT_EQ(rig.motor_volts, -1);
+  EXPECT_EQ(rig.Record(3).pnum, 122);
+}
+
+TEST(RDEForm, AStopBeforeTheSweepBeginsLeavesTheTrackAsItWas) {
+  RingDiskRig rig;
+  frmMeasureRDE& rde = rig.ShortRun();
+  rig.ws.tracks.Record(3).Title = "last week's";
+  rde.StartMeasurement();
+  rde.StartMeasurement();
+  EXPECT_THAT(rig.machine.dialogs.TakeMessages(),
+              ElementsAre("Please terminate other mesurement!"));
+  rig.RunFor(1.5);
+  ASSERT_TRUE(rde.cmdStop.UserClick().ok());
+  rig.RunFor(0.1);
+  EXPECT_EQ(rig.ws.running_flag, 0);
+  EXPECT_EQ(rig.Record(3).Title, "last week's");
+  EXPECT_EQ(rde.txtDataNum.text(), "3");
+  EXPECT_EQ(rig.sent.back(), "A0");
+  EXPECT_FALSE(rig.MotorOn());
+  EXPECT_THAT(rig.Log(), Not(HasSubstr("Rotation measured")));
+}
+
+TEST(RDEForm, ByTheButtonStoresTheElapsedTime) {
+  RingDiskRig rig;
+  frmMeasureRDE& rde = rig.ShortRun();
+  ASSERT_TRUE(rde.opnRDEMeas.UserChoose(1).ok());
+  rde.StartMeasurement();
+  rig.RunFor(2.1 + 30);
+  ASSERT_TRUE(rde.cmdStop.UserClick().ok());
+  rig.RunFor(0.1);
+  EXPECT_EQ(rig.Record(3).MaxTime, 30'000);
+  EXPECT_EQ(rig.Record(3).pnum, 301);
+  EXPECT_EQ(rig.Record(3).Vxmin, -0.1);
+  EXPECT_EQ(rde.lblTimeRemain.text(), "");
+}
+
+TEST(RDEForm, EndsARunSafelyHoweverItGoes) {
+  const auto check = [](auto end) {
+    RingDiskRig rig;
+    rig.ShortRun().StartMeasurement();
+    rig.RunFor(5);
+    end(rig);
+    EXPECT_EQ(rig.ws.running_flag, 0);
+    EXPECT_EQ(rig.Record(3).pnum, 30);
+    EXPECT_EQ(rig.ws.tracks.Points(2, 3).size(), 30u);
+    EXPECT_EQ(rig.sent.back(), "A0");
+    EXPECT_FALSE(rig.MotorOn());
+    EXPECT_EQ(rig.ws.end_active_run, nullptr);
+    const long reads = rig.reads;
+    rig.machine.Settle();
+    rig.RunFor(10);
+    return rig.reads - reads;
+  };
+  EXPECT_EQ(check([](TestRig& rig) { rig.machine.desktop.RequestClose("frmMeasureRDE"); }), 0);
+  EXPECT_EQ(check([](TestRig& rig) { rig.RDE().QuitRDEMeasurement(); }), 0);
+  EXPECT_GT(check([](TestRig& rig) { rig.ws.end_active_run(); }), 0) << "the monitor goes on";
+  EXPECT_GT(check([](TestRig& rig) {
+              rig.machine.dialogs.HoldMessages(true);
+              rig.instruments.analog_input.Close();
+              rig.RunFor(3);
+              EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre(HasSubstr("AD Board不良です")));
+              EXPECT_EQ(rig.instruments.analog_input.Open(), 0);
+            }),
+            0);
+}
+
+TEST(RDEForm, DrawsWhileItRecordsBelowFiftyPointsASecond) {
+  for (const double rate : {49.0, 50.0}) {
+    RingDiskRig rig;
+    frmMeasureRDE& rde = rig.ShortRun();
+    rde.SamplingRate(rate);
+    rde.StartMeasurement();
+    rig.RunFor(5);
+    EXPECT_EQ(rig.Picture("Graph1").ItemCount() > 0, rate < 50);
+    EXPECT_EQ(rig.Picture("Graph2").ItemCount() > 0, rate < 50);
+    // Either window may be closed and opened again.
+    rig.machine.desktop.RequestClose("Graph2");
+    rig.RunFor(1);
+    rig.machine.desktop.Show("Graph2");
+    ASSERT_TRUE(rig.RunUntilIdle());
+    const auto points = static_cast<std::size_t>(rig.Record(3).pnum);
+    EXPECT_EQ(rig.Picture("Graph1").ItemCount(), points);
+    EXPECT_EQ(rig.Picture("Graph2").ItemCount(), points);
+  }
+}
+
+}  // namespace
+}  // namespace zento
