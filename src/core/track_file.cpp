@@ -236,7 +236,6 @@ std::string FormatTracks(const TrackStore& tracks) {
 TrackFileLoad OpenTracks(Workstation& ws, Files& files, const std::filesystem::path& path) {
   TrackFileLoad load =
       WithBytes(files, path, [&](std::string_view bytes) { return ReadTracks(bytes, ws.tracks); });
-  using Outcome = TrackFileLoad::Outcome;
   if (load.complete() || load.outcome == Outcome::kBrokenOff) MarkTracksKept(ws);
   if (!load.complete()) return load;
   ws.FileTitle = TextFromPath(path.filename());
