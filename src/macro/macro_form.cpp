@@ -7,6 +7,13 @@
 #include "text/number.h"
 
 namespace zento {
+namespace {
+
+// Room for a template and its longest lines.
+constexpr int kWidth = 640;
+constexpr int kHeight = 560;
+
+}  // namespace
 
 frmMacro::frmMacro(Workstation& workstation, Host& host, Instruments& instruments)
     : Form(host, kName, "Macro Editor"),
@@ -38,6 +45,7 @@ frmMacro::frmMacro(Workstation& workstation, Host& host, Instruments& instrument
     interpreter_.SetDebugMode(static_cast<std::int16_t>(value));
   };
   interpreter_.observer = this;
+  RequestGeometry({false, 0, 0, kWidth, kHeight});
 }
 
 bool frmMacro::Load() {

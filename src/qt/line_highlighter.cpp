@@ -5,6 +5,7 @@
 #include <QTextBlock>
 #include <QTextCharFormat>
 #include <QTextDocument>
+#include <algorithm>
 #include <utility>
 
 #include "qt/qt_text.h"
@@ -51,7 +52,9 @@ void LineHighlighter::highlightBlock(const QString& text) {
   if (!look.fault.empty()) {
     base.setUnderlineStyle(QTextCharFormat::WaveUnderline);
     base.setUnderlineColor(Qt::red);
-    setFormat(0, static_cast<int>(text.size()), base);
+    const std::size_t first = std::min(line.find_first_not_of(' '), line.size());
+    const int begin = UnitsBefore(line, first);
+    setFormat(begin, static_cast<int>(text.size()) - begin, base);
   }
   for (const TextSpan& span : look.spans) {
     QTextCharFormat format = base;
