@@ -6,11 +6,13 @@
 #include <algorithm>
 #include <sstream>
 
-#include "app/bench_options.h"
+#include "app/cli_run.h"
 #include "app/cli_script.h"
+#include "app/cli_session.h"
 #include "app/console_text.h"
 #include "app/home_setup.h"
 #include "app/listings.h"
+#include "app/program_options.h"
 #include "app/script.h"
 #include "core/settings_file.h"
 #include "host/native/native_files.h"
@@ -19,56 +21,41 @@
 namespace zento {
 namespace {
 
-// What was asked for, as texts.
+// What was asked for.
 struct Request {
-  std::string bench;
-  std::string clock;
-  std::string home;
-  BenchOptions bench_parameters;
+  ProgramOptions options;
   std::string file;
   int track = 0;
   bool headings = false;
+  std::string load;
+  std::string save;
+  std::string log;
+  bool overwrite = false;
 };
 
-int Fail(const Status& status) {
-  WriteError(status.why());
-  return kExitFailure;
-}
-
 int Print(const Result<std::string>& text) {
-  if (!text.ok()) return Fail(text.status());
+  if (!text.ok()) return FailWith(text.status());
   WriteOut(text.value());
   return kExitOk;
 }
 
 int Script(const Request& request) {
-  if (request.bench.empty()) {
-    return Fail(Status::Failure(
-        "say what the script is to run on: --bench sim for the simulated bench, --bench hardware "
-        "for the instruments on this machine"));
-  }
-  ScriptJob job;
-  job.script = PathFromText(request.file);
-  job.home = PathFromText(request.home);
-  const bool simulated = request.bench == "sim";
-  if (simulated) {
-    const auto parameters = request.bench_parameters.Parameters();
-    if (!parameters.ok()) return Fail(parameters.status());
-    job.simulated = parameters.value();
-  } else if (request.clock == "virtual") {
-    return Fail(
-        Status::Failure("instruments know only real time: --clock virtual is for --bench sim"));
-  } else if (request.bench_parameters.given()) {
-    return Fail(Status::Failure("--bench-set and --seed are for --bench sim"));
-  }
-  const bool real = request.clock.empty() ? !simulated : request.clock == "real";
-  job.time = real ? ConsoleMachine::Time::kReal : ConsoleMachine::Time::kVirtual;
-  return RunScript(job);
+  const auto choice = request.options.Choose();
+  if (!choice.ok()) return FailWith(choice.status());
+  return RunScript(choice.value(), PathFromText(request.file));
+}
+
+int Run(const Request& request) {
+  const auto choice = request.options.Choose();
+  if (!choice.ok()) return FailWith(choice.status());
+  return RunMacro(choice.value(),
+                  {PathFromText(request.file), PathFromText(request.load),
+                   PathFromText(request.save), PathFromText(request.log), request.overwrite});
 }
 
 int ListSettings(const Request& request) {
-  const auto home = FindHome(PathFromText(request.home), request.bench == "sim");
-  if (!home.ok()) return Fail(home.status());
+  const auto home = FindHome(request.options.home(), request.options.simulated().value_or(false));
+  if (!home.ok()) return FailWith(home.status());
   NativeFiles files;
   Workstation workstation;
   workstation.home = home.value();
@@ -80,24 +67,32 @@ int ListSettings(const Request& request) {
 }
 
 int ListBench(const Request& request) {
-  const auto parameters = request.bench_parameters.Parameters();
-  if (!parameters.ok()) return Fail(parameters.status());
+  const auto parameters = request.options.bench_options().Parameters();
+  if (!parameters.ok()) return FailWith(parameters.status());
   return Print(BenchListing(parameters.value()));
 }
 
 void AddOptions(CLI::App& app, Request& request) {
-  app.add_option("--bench", request.bench,
-                 "sim: the simulated bench; hardware: the instruments on this machine. A script "
-                 "needs one of them: data are never made up unasked")
-      ->check(CLI::IsMember({"sim", "hardware"}));
-  app.add_option("--clock", request.clock,
-                 "virtual: time passes only in the script's waits, as fast as the machine allows, "
-                 "from 2026-01-01 09:00 on (the simulated bench's default); real: as on the wall")
-      ->check(CLI::IsMember({"virtual", "real"}));
-  app.add_option("--home", request.home,
-                 "folder of settings, calibration and logs; without it the program's own folder "
-                 "when it holds a Parameters.txt, else the user's data folder");
-  request.bench_parameters.AddTo(app);
+  request.options.AddTo(app, "Scripts and macros need one of them: data are never made up unasked");
+  request.options.AddClockTo(app);
+}
+
+void AddRun(CLI::App& app, Request& request, int& exit_status) {
+  auto* run = app.add_subcommand("run", "carry out a macro without a person");
+  run->add_option("MACRO", request.file, "a macro file (.zmc)")->required();
+  run->add_option("--load", request.load, "a track file whose tracks are there at the beginning");
+  run->add_option("--save", request.save,
+                  "the track file that gets all tracks at the end, however it came; without it "
+                  "they go to \"Rescued tracks N.znt\" in the home");
+  run->add_flag("--overwrite", request.overwrite,
+                "let --save replace a file although it was not loaded");
+  run->add_option("--log", request.log, "a file to add to whatever the home's run log gets");
+  run->footer(
+      "Progress goes to standard error: time, line number, what is carried out, measurements with "
+      "track and points. The exit status is 0 only when every line was carried out, every mail was "
+      "sent and no message was shown; 2 when not; 128 + the signal's number when the program was "
+      "asked to end, which ends a measurement safely.");
+  run->callback([&] { exit_status = Run(request); });
 }
 
 }  // namespace
@@ -124,6 +119,8 @@ int RunCli(const std::vector<std::string>& arguments) {
                  "number on standard error. A run that is still active at the end is ended "
                  "safely.");
   script->callback([&] { exit_status = Script(request); });
+
+  AddRun(app, request, exit_status);
 
   auto* bench = app.add_subcommand("bench", "list the simulated bench's parameters");
   bench->callback([&] { exit_status = ListBench(request); });
@@ -161,7 +158,7 @@ int RunCli(const std::vector<std::string>& arguments) {
       return kExitFailure;
     }
   }
-  if (Status flushed = FlushOut(); !flushed.ok()) return Fail(flushed);
+  if (Status flushed = FlushOut(); !flushed.ok()) return FailWith(flushed);
   return exit_status;
 }
 

@@ -9,7 +9,7 @@ namespace zento {
 enum CliExit {
   kExitOk = 0,
   kExitFailure = 1,     // wrong options, a file that cannot be read, a home in use
-  kExitScriptLine = 2,  // a line of a script could not be carried out
+  kExitScriptLine = 2,  // a line of a script or macro could not be carried out
 };
 
 // The command-line program. `arguments` in UTF-8, the program's name first.

@@ -1,22 +1,13 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
-#include <string>
 
-#include "app/console_machine.h"
-#include "sim/parameters.h"
+#include "app/program_options.h"
 
 namespace zento {
 
-struct ScriptJob {
-  std::optional<sim::Parameters> simulated;  // not set: the instruments on this machine
-  ConsoleMachine::Time time = ConsoleMachine::Time::kVirtual;
-  std::filesystem::path home;    // empty: where the program's home is
-  std::filesystem::path script;  // "-": standard input
-};
-
-// Runs a script against the whole program and ends it safely. Returns the exit status.
-int RunScript(const ScriptJob& job);
+// Runs a script ("-": standard input) against the whole program and ends it safely. Returns the
+// exit status.
+int RunScript(const SessionChoice& choice, const std::filesystem::path& script);
 
 }  // namespace zento

@@ -17,6 +17,7 @@ class VirtualMachine : public ConsoleMachine {
   Host& host() override { return machine_.host; }
   VirtualDialogs& dialogs() override { return machine_.dialogs; }
   EventLoop& loop() override { return machine_.loop; }
+  MemoryMail* kept_mails() override { return &machine_.mail; }
 
  private:
   NativeFiles files_;
@@ -26,10 +27,12 @@ class VirtualMachine : public ConsoleMachine {
 
 class RealMachine : public ConsoleMachine {
  public:
-  explicit RealMachine(const std::filesystem::path& home) : mail_(MakeNativeMail(timers_, {.home = home})) {}
+  explicit RealMachine(const std::filesystem::path& home)
+      : mail_(MakeNativeMail(timers_, {.home = home})) {}
   Host& host() override { return host_; }
   VirtualDialogs& dialogs() override { return dialogs_; }
   EventLoop& loop() override { return loop_; }
+  MemoryMail* kept_mails() override { return nullptr; }
 
  private:
   NativeClock clock_;

@@ -6,6 +6,7 @@
 
 #include "host/event_loop.h"
 #include "host/host.h"
+#include "host/virtual/memory_mail.h"
 #include "host/virtual/virtual_dialogs.h"
 
 namespace zento {
@@ -25,6 +26,8 @@ class ConsoleMachine {
   virtual Host& host() = 0;
   virtual VirtualDialogs& dialogs() = 0;
   virtual EventLoop& loop() = 0;
+  // Where mails end up in virtual time; null in real time, which sends them.
+  virtual MemoryMail* kept_mails() = 0;
 };
 
 }  // namespace zento

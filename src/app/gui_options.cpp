@@ -5,28 +5,10 @@
 #include <CLI/Formatter.hpp>
 #include <sstream>
 
-#include "app/bench_options.h"
-#include "host/path_text.h"
+#include "app/program_options.h"
 
 namespace zento {
 namespace {
-
-struct Request {
-  std::string bench;
-  std::string home;
-  BenchOptions bench_parameters;
-};
-
-void AddOptions(CLI::App& app, Request& request) {
-  app.add_option("--bench", request.bench,
-                 "sim: the simulated bench; hardware: the instruments on this machine. Without it "
-                 "the program asks")
-      ->check(CLI::IsMember({"sim", "hardware"}));
-  app.add_option("--home", request.home,
-                 "folder of settings, calibration and logs; without it the program's own folder "
-                 "when it holds a Parameters.txt, else the user's data folder");
-  request.bench_parameters.AddTo(app);
-}
 
 GuiOptions Refuse(const std::string& why) {
   GuiOptions options;
@@ -38,11 +20,11 @@ GuiOptions Refuse(const std::string& why) {
 }  // namespace
 
 GuiOptions ParseGuiOptions(const std::vector<std::string>& arguments) {
-  Request request;
+  ProgramOptions given;
   CLI::App app("Zento, a workstation for electrochemical measurements.", "zento");
   app.set_version_flag("--version", std::string("zento ") + ZENTO_VERSION);
   app.allow_windows_style_options(false);  // a path may begin with a slash
-  AddOptions(app, request);
+  given.AddTo(app, "Without it the program asks");
   try {
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
     if (!reversed.empty()) reversed.pop_back();
@@ -56,12 +38,9 @@ GuiOptions ParseGuiOptions(const std::vector<std::string>& arguments) {
     return options;
   }
   GuiOptions options;
-  options.home = PathFromText(request.home);
-  if (!request.bench.empty()) options.simulated = request.bench == "sim";
-  if (options.simulated != true && request.bench_parameters.given()) {
-    return Refuse("--bench-set and --seed are for --bench sim");
-  }
-  const auto bench = request.bench_parameters.Parameters();
+  options.home = given.home();
+  options.simulated = given.simulated();
+  const auto bench = given.BenchParameters();
   if (!bench.ok()) return Refuse(bench.why());
   options.bench = bench.value();
   return options;

@@ -40,6 +40,7 @@ class MainProgram {
   bool Ended() const;
 
   Workstation& workstation() { return workstation_; }
+  Instruments& instruments() { return instruments_; }
   // Null with the instruments of this machine.
   const sim::Bench* bench() const { return bench_.get(); }
 

@@ -46,6 +46,10 @@ std::span<const ScriptDriver::Verb> ScriptDriver::Verbs() {
        &ScriptDriver::Wait},
       {"messages", "", "print the message boxes shown since the last time, and forget them",
        &ScriptDriver::Messages},
+      {"mails", "",
+       "print the mails sent since the last time, and forget them; in virtual time, where they are "
+       "kept",
+       &ScriptDriver::Mails},
       {"clipboard", "[set FILE]", "print the clipboard's text / fill it with a file's",
        &ScriptDriver::ClipboardLine},
       {"plot", "FORM.CONTROL FILE.svg", "write what a graph or preview shows", &ScriptDriver::Plot},

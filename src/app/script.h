@@ -9,6 +9,7 @@
 #include "core/workstation.h"
 #include "host/event_loop.h"
 #include "host/host.h"
+#include "host/virtual/memory_mail.h"
 #include "host/virtual/virtual_dialogs.h"
 
 namespace zento {
@@ -44,6 +45,9 @@ class ScriptDriver {
   // One line a verb, for --help.
   static std::string Help();
 
+  // Where the machine keeps mails instead of sending them; null when it sends them.
+  MemoryMail* kept_mails = nullptr;
+
  private:
   struct Verb;
   static std::span<const Verb> Verbs();
@@ -61,6 +65,7 @@ class ScriptDriver {
   Status Answer(std::string_view rest);
   Status Wait(std::string_view rest);
   Status Messages(std::string_view rest);
+  Status Mails(std::string_view rest);
   Status ClipboardLine(std::string_view rest);
   Status Plot(std::string_view rest);
 

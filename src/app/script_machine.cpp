@@ -27,6 +27,16 @@ Status ScriptDriver::Messages(std::string_view) {
   return Status::Ok();
 }
 
+Status ScriptDriver::Mails(std::string_view) {
+  if (kept_mails == nullptr) return Status::Failure("mails are kept in virtual time only");
+  for (const MailMessage& mail : kept_mails->TakeSent()) {
+    output_.print("To: " + mail.display_name + " <" + mail.address + ">");
+    output_.print("Subject: " + mail.subject);
+    PrintLines(mail.text);
+  }
+  return Status::Ok();
+}
+
 Status ScriptDriver::ClipboardLine(std::string_view rest) {
   const std::string_view word = TakeWord(rest);
   if (word.empty()) {

@@ -151,17 +151,29 @@ void RunLog::Write(bool flushed) {
   soon_->SetEnabled(false);
   bus_line_ = 0;
   if (waiting_.empty()) return;
+  WriteCopy(flushed);
   Files& files = host_->files;
   const Status written =
       flushed ? files.AppendFlushed(path_, waiting_) : files.Append(path_, waiting_);
   if (written.ok()) {
     if (in_file_) *in_file_ += waiting_.size();
     waiting_.clear();
+    copied_ = 0;
     return;
   }
   Forget();
   if (std::exchange(told_, true)) return;
   host_->dialogs.Message("The run log is not being written.\n" + written.why());
+}
+
+void RunLog::WriteCopy(bool flushed) {
+  if (copy_.empty() || copied_ == waiting_.size()) return;
+  Files& files = host_->files;
+  const std::string_view rest = std::string_view(waiting_).substr(copied_);
+  const Status written = flushed ? files.AppendFlushed(copy_, rest) : files.Append(copy_, rest);
+  copied_ = waiting_.size();
+  if (written.ok() || std::exchange(copy_told_, true)) return;
+  host_->dialogs.Message("The copy of the run log is not being written.\n" + written.why());
 }
 
 // Keeps the newest lines when nothing can be written for very long.
@@ -170,6 +182,7 @@ void RunLog::Forget() {
   const std::size_t cut = waiting_.find('\n', waiting_.size() - kMostWaiting / 2);
   waiting_.erase(0, cut + 1);
   waiting_.insert(0, std::string("(Lines are missing here: the file could not be written.)\r\n"));
+  copied_ = waiting_.size();
 }
 
 void RunLog::StartNewFileWhenLarge() {

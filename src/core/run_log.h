@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/host.h"
@@ -41,6 +42,10 @@ class RunLog {
   // Before the first entry. `host` outlives the log.
   void Attach(Host& host, std::filesystem::path home);
 
+  // Writes to this file too whatever is written from now on, also while the home's cannot be. A
+  // copy that cannot be written is told once; what is missing in it stands in the home's.
+  void CopyTo(std::filesystem::path file) { copy_ = std::move(file); }
+
   // 0 names no entry: what is said about it stands by itself, or under the entry begun last.
   using Entry = std::int32_t;
 
@@ -70,12 +75,14 @@ class RunLog {
   bool JoinBusLine(const std::string& command);
   void Continue(std::size_t depth, const std::string& text);
   void WriteSoon();
+  void WriteCopy(bool flushed);
   void Write(bool flushed);
   void StartNewFileWhenLarge();
   void Forget();
 
   Host* host_ = nullptr;
   std::filesystem::path path_;
+  std::filesystem::path copy_;  // empty = none
   std::optional<TimerQueue::Entry> soon_;
   std::vector<Open> open_;
   Entry last_entry_ = 0;
@@ -83,7 +90,9 @@ class RunLog {
   std::size_t bus_line_ = 0;  // length of the line of bus commands that ends it, or 0
   CalendarTime bus_time_;
   std::optional<std::size_t> in_file_;  // bytes; known once it was looked at
-  bool told_ = false;                   // that the file cannot be written
+  std::size_t copied_ = 0;              // bytes of `waiting_` that are in the copy
+  bool copy_told_ = false;
+  bool told_ = false;  // that the file cannot be written
 };
 
 // The log's file in the home. Once it is large, its content moves to "Run log 1.txt", "Run log

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/run_log.h"
+#include "core/run_report.h"
 #include "core/settings.h"
 #include "core/track_store.h"
 
@@ -47,11 +48,15 @@ struct Workstation {
   std::int32_t DataGeneration = 0;  // one more for each track file that was loaded
   std::filesystem::path home;       // the program's folder: settings, calibration, logs
 
-  RunLog run_log;                   // not attached to a home in tests that do not ask for it
+  RunLog run_log;  // not attached to a home in tests that do not ask for it
 
   // Set by a measurement while running_flag is: brings the run to its safe end before it returns
   // (points stored, generator off, rotation 0, flag cleared). Empty while no measurement runs.
   std::function<void()> end_active_run;
+  // Told when a measurement begins, with its name, and when it has ended and stored its points.
+  // May be empty.
+  std::function<void(const std::string& what)> run_begun;
+  std::function<void(const RunReport& report)> run_ended;
   // True from a macro's start to its end, also while it waits for a measurement.
   bool macro_active = false;
   // Set while macro_active is: stops the macro before it returns (its wait ended, rotation 0). A

@@ -238,14 +238,16 @@ void MacroInterpreter::EndWait() {
   turn_timer_.SetEnabled(true);
 }
 
-// The run does not wait for the mail. What became of it is known to the log alone, which outlives
-// runs and windows.
+// The run does not wait for the mail. What becomes of it is noted by the log, which outlives runs
+// and windows, and told if the interpreter is still there.
 void MacroInterpreter::SendMail() {
   ignore_failures_ = true;
-  host_.mail.Send(context_.mail, [&log = workstation_.run_log, entry = log_entry_,
-                                  to = context_.mail.address](const Status& sent) {
+  const std::weak_ptr<MacroInterpreter*> self = self_;
+  host_.mail.Send(context_.mail, [self, &log = workstation_.run_log, entry = log_entry_,
+                                  line = line_, to = context_.mail.address](const Status& sent) {
     log.Event(sent.ok() ? "Mail to " + to + " sent" : "MAIL TO " + to + " NOT SENT: " + sent.why(),
               entry);
+    if (const auto interpreter = self.lock()) (*interpreter)->told().MailEnded(line, sent);
   });
 }
 

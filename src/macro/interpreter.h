@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -57,6 +58,8 @@ class MacroObserver {
   virtual void MeasurementBegun(int /*line*/) {}
   // Not told of a measurement that outlives the run.
   virtual void MeasurementEnded(int /*line*/) {}
+  // What became of the mail that a line sent: also long after the line, and after the run's end.
+  virtual void MailEnded(int /*line*/, const Status& /*how*/) {}
   // Every 500 ms of a wait; at most 0 the last time.
   virtual void WaitTicked(std::int64_t /*remaining_millis*/) {}
   virtual void RunEnded(const MacroOutcome& /*outcome*/) {}
@@ -143,6 +146,8 @@ class MacroInterpreter {
   MacroContext context_;
   MacroOutcome outcome_;
   RunLog::Entry log_entry_ = 0;
+  // Mails may outlive the interpreter; they hold on to this to see whether it is still there.
+  std::shared_ptr<MacroInterpreter*> self_ = std::make_shared<MacroInterpreter*>(this);
   ElapsedTime wait_time_;
   std::int64_t wait_millis_ = 0;
 };

@@ -171,14 +171,16 @@ bool MeasureForm::BeginRun() {
 }
 
 void MeasureForm::LogBegin(const std::string& what) {
+  what_ = what;
   log_entry_ = workstation_.run_log.Begin(what, Parameters());
+  if (workstation_.run_begun) workstation_.run_begun(what);
 }
 
 void MeasureForm::LogEvent(const std::string& text) {
   workstation_.run_log.Event(text, log_entry_);
 }
 
-void MeasureForm::LogEnd() {
+std::string MeasureForm::EndInWords() const {
   std::string how = InWords(end_reason_);
   if (stored_track_) {
     how += "; " + PlainNumber(workstation_.tracks.Record(*stored_track_).pnum) +
@@ -190,7 +192,14 @@ void MeasureForm::LogEnd() {
     how += "; " + PlainNumber(missing_points_) + " readings failed, in " + PlainNumber(gaps_) +
            (gaps_ == 1 ? " gap" : " gaps");
   }
-  workstation_.run_log.End(std::exchange(log_entry_, 0), how);
+  return how;
+}
+
+void MeasureForm::TellEnd() {
+  RunReport report{what_, end_reason_, EndInWords(), stored_track_, stored_to_, 0};
+  if (stored_track_) report.points = workstation_.tracks.Record(*stored_track_).pnum;
+  workstation_.run_log.End(std::exchange(log_entry_, 0), report.how);
+  if (workstation_.run_ended) workstation_.run_ended(report);
 }
 
 void MeasureForm::Say(const std::string& text) {
@@ -339,7 +348,7 @@ void MeasureForm::Finish() {
   if (const auto interval = std::exchange(sampling_interval_, 0)) timer_->SetInterval(interval);
   FinishRun();
   measuring_ = false;
-  LogEnd();
+  TellEnd();
   start_->SetEnabled(true);
   workstation_.end_active_run = nullptr;
   workstation_.running_flag = 0;

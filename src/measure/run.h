@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/run_log.h"
+#include "core/run_report.h"
 #include "core/workstation.h"
 #include "devices/instruments.h"
 #include "host/controls.h"
@@ -54,17 +55,6 @@ class TargetTrack {
   void Step(int direction);
   TextBox& box_;
   int number_ = 0;
-};
-
-// Why a run came to its end. The first reason given is the one that counts.
-enum class EndReason {
-  kPerson,    // the Stop button
-  kTime,      // the planned time is over
-  kCharge,    // the charge limit was reached
-  kLimit,     // the limit rotation rate was exceeded
-  kOverflow,  // no room for more points
-  kDevice,    // nothing could be read any more
-  kClosing,   // the window or the program is being closed
 };
 
 // What every measurement window has in common: one timer with two states (a live monitor, and
@@ -189,7 +179,8 @@ class MeasureForm : public Form {
   void Finish();
   void BeginGap(const std::string& why, std::int32_t now);
   void EndGap();
-  void LogEnd();
+  void TellEnd();
+  std::string EndInWords() const;
   std::string BoardMessage() const;
 
   Workstation& workstation_;
@@ -207,6 +198,7 @@ class MeasureForm : public Form {
   std::optional<int> stored_track_;     // the first one
   int stored_to_ = 0;                   // the last one
   EndReason end_reason_ = EndReason::kPerson;
+  std::string what_;  // the run, as a person calls it
   RunLog::Entry log_entry_ = 0;
   std::int32_t logged_rpm_ = 0;
   ElapsedTime time_;
