@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <sstream>
 
+#include "app/cli_check.h"
+#include "app/cli_mail.h"
 #include "app/cli_run.h"
 #include "app/cli_script.h"
 #include "app/cli_session.h"
@@ -95,6 +97,33 @@ void AddRun(CLI::App& app, Request& request, int& exit_status) {
   run->callback([&] { exit_status = Run(request); });
 }
 
+void AddCheck(CLI::App& app, Request& request, int& exit_status) {
+  auto* check = app.add_subcommand("check", "tell what a macro would do, without doing it");
+  check->add_option("MACRO", request.file, "a macro file (.zmc)")->required();
+  check->footer(
+      "The macro runs in virtual time against simulated instruments, with the settings and the "
+      "calibration of the home (that of the instruments if it has settings and --bench does not "
+      "say); nothing is written, sent or switched. Printed are each measurement and wait with its "
+      "time, the tracks that are written, and what a person should know: values that are limited "
+      "or do not pass the bus, tracks written twice, a buffer that fills, mails that would not go "
+      "out, every message that would be shown. What the sample decides (~) is an estimate for the "
+      "simulated cell; --bench-set gives it other properties. Exit status 0: a run would be clean; "
+      "2: it would not.");
+  check->callback(
+      [&] { exit_status = CheckMacroFile(request.options, PathFromText(request.file)); });
+}
+
+void AddMailTest(CLI::App& app, Request& request, int& exit_status) {
+  auto* mail = app.add_subcommand("mail-test", "send a mail as a macro would, and tell the result");
+  mail->add_option("ADDRESS", request.file, "who gets it")->required();
+  mail->footer(
+      "The server stands in the home's Mail.txt: Server=, Sender= and, where they differ from the "
+      "usual, Port=, TLS= (none, STARTTLS or implicit), User=, SenderName=. The password is taken "
+      "from the environment variable ZENTO_MAIL_PASSWORD or from \"Mail password.txt\" in the "
+      "home, a file that only you may read. --bench sim tries the simulated bench's home.");
+  mail->callback([&] { exit_status = SendTestMail(request.options, request.file); });
+}
+
 }  // namespace
 
 int RunCli(const std::vector<std::string>& arguments) {
@@ -121,6 +150,8 @@ int RunCli(const std::vector<std::string>& arguments) {
   script->callback([&] { exit_status = Script(request); });
 
   AddRun(app, request, exit_status);
+  AddCheck(app, request, exit_status);
+  AddMailTest(app, request, exit_status);
 
   auto* bench = app.add_subcommand("bench", "list the simulated bench's parameters");
   bench->callback([&] { exit_status = ListBench(request); });
