@@ -13,6 +13,7 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -37,15 +38,19 @@ class CliProcessTest : public testing::Test {
   // Starts a script on the simulated bench.
   void Start(const std::string& clock, const std::string& script) {
     std::ofstream(folder_ / "script.zsc") << script;
+    Start({"--clock", clock, "script", "script.zsc"});
+  }
+  void Start(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"zento-cli", "--bench", "sim", "--home", "home"});
+    std::vector<char*> argv;
+    for (std::string& argument : arguments) argv.push_back(argument.data());
+    argv.push_back(nullptr);
     child_ = fork();
     ASSERT_GE(child_, 0);
     if (child_ != 0) return;
     const bool ready = chdir(folder_.c_str()) == 0 && freopen("out", "w", stdout) != nullptr &&
                        freopen("err", "w", stderr) != nullptr;
-    if (ready) {
-      execl(ZENTO_CLI, "zento-cli", "--bench", "sim", "--clock", clock.c_str(), "--home", "home",
-            "script", "script.zsc", nullptr);
-    }
+    if (ready) execv(ZENTO_CLI, argv.data());
     _exit(99);
   }
   bool WaitForFile(const char* name) const {
@@ -88,6 +93,20 @@ TEST_F(CliProcessTest, ASignalEndsTheRunSafelyAndKeepsWhatWasMeasured) {
     fs::remove_all(folder_ / "home");
     fs::remove(folder_ / "running.svg");
   }
+}
+
+TEST_F(CliProcessTest, ASignalEndsAMacroSafelyAndSavesItsTracks) {
+  std::ofstream(folder_ / "m.zmc") << "CV.RetainTime 0\nCV.RPM 1000\nCV.RecordTrack 5\nCV.Start\n"
+                                      "CV.Start\n";
+  Start({"--clock", "real", "run", "m.zmc", "--save", "kept.znt", "--log", "log"});
+  for (int i = 0; i < 600 && Text(folder_ / "log").find("Recording") == std::string::npos; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  kill(child_, SIGTERM);
+  EXPECT_EQ(ExitStatus(), 128 + SIGTERM);
+  EXPECT_THAT(Text(folder_ / "kept.znt"), HasSubstr("DataNum= 5"));
+  EXPECT_THAT(Text(folder_ / "log"), HasSubstr("bus: A0"));
+  EXPECT_THAT(Text(folder_ / "log"), HasSubstr("END Macro m.zmc: Stopped at line 4"));
 }
 
 TEST_F(CliProcessTest, AKilledProgramLeavesItsHomeFree) {
