@@ -4,7 +4,8 @@
 #
 #   cmake -DCLI=... -DSCRIPT=... -DEXPECTED=... -DWORK=... [-DAPPROVE=ON] -P run_scenario.cmake
 #
-# A script's first lines may be "#! OPTION...": further options of zento-cli. With APPROVE the
+# A script's first lines may be "#! OPTION...": further options of zento-cli, and "#+ FILE": a file
+# of the project that is to stand beside the script. With APPROVE the
 # approved text is written instead; look at what changed before committing it.
 
 get_filename_component(name ${SCRIPT} NAME_WE)
@@ -20,6 +21,11 @@ endforeach()
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 configure_file(${SCRIPT} ${WORK}/script.zsc COPYONLY)
+file(STRINGS ${SCRIPT} companions REGEX "^#\\+ ")
+foreach(companion IN LISTS companions)
+  string(SUBSTRING "${companion}" 3 -1 companion)
+  file(COPY ${CMAKE_CURRENT_LIST_DIR}/../${companion} DESTINATION ${WORK})
+endforeach()
 execute_process(
   COMMAND ${CLI} ${options} script script.zsc
   WORKING_DIRECTORY ${WORK}

@@ -29,6 +29,7 @@ Status ScriptDriver::Messages(std::string_view) {
 
 Status ScriptDriver::Mails(std::string_view) {
   if (kept_mails == nullptr) return Status::Failure("mails are kept in virtual time only");
+  kept_mails->Finish();
   for (const MailMessage& mail : kept_mails->TakeSent()) {
     output_.print("To: " + mail.display_name + " <" + mail.address + ">");
     output_.print("Subject: " + mail.subject);
