@@ -83,16 +83,17 @@ void FunctionGenerator::ProgrammePotentialStep(std::int32_t function,
 }
 
 void FunctionGenerator::OutputOn() {
+  on_address_ = workstation_.settings.GPIBAddress;
   Send("A1");
 }
 
 void FunctionGenerator::OutputOff() {
-  if (Send("A0")) return;
-  if (link_.Control() != 0 && link_.Recover()) Send("A0");
+  if (!Send("A0") && link_.Control() != 0 && link_.Recover()) Send("A0");
+  on_address_.reset();
 }
 
 bool FunctionGenerator::Send(const std::string& command) {
-  return link_.Send(workstation_.settings.GPIBAddress, command);
+  return link_.Send(on_address_.value_or(workstation_.settings.GPIBAddress), command);
 }
 
 }  // namespace zento

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,7 +12,8 @@
 namespace zento {
 
 // The programmable function generator that puts the potential programme on the cell. It is the
-// instrument at Settings::GPIBAddress.
+// instrument at Settings::GPIBAddress; while its output is on, the one that was switched on,
+// whatever the settings say meanwhile.
 class FunctionGenerator {
  public:
   FunctionGenerator(Workstation& workstation, GpibLink& link)
@@ -39,6 +41,7 @@ class FunctionGenerator {
 
   Workstation& workstation_;
   GpibLink& link_;
+  std::optional<std::int32_t> on_address_;
 };
 
 // Parts of the generator's commands, for whoever reads or checks them.

@@ -97,6 +97,9 @@ void frmControlPanel::CloseRequested() {
   if (const auto end_macro = workstation_.end_active_macro) end_macro();
   if (const auto end_run = workstation_.end_active_run) end_run();
   Desktop& desktop = host().desktop;
+  // Nobody watches a motor that was left turning, by hand or by a macro. Outlets that were never
+  // touched are not touched now.
+  if (desktop.Find("frmPower") != nullptr) instruments_.rotation.SwitchMotor(false);
   desktop.Unload(kName);
   if (desktop.on_quit) desktop.on_quit();
 }
