@@ -1,5 +1,6 @@
 #include "measure/rde_form.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/palette.h"
@@ -140,8 +141,9 @@ void frmMeasureRDE::LogHold() {
 }
 
 void frmMeasureRDE::LogRotation() {
-  LogEvent("Rotation measured: mean " + Format(rotation_.sum / PointIndex(), "0.0") +
-           " rpm, at the last point " + Format(rotation_.rpm, "0.0") + " rpm; motor voltage " +
+  const char* unit = rotation_.held ? " rpm or more" : " rpm";
+  LogEvent("Rotation measured: mean " + Format(rotation_.sum / PointIndex(), "0.0") + unit +
+           ", at the last point " + Format(rotation_.rpm, "0.0") + " rpm; motor voltage " +
            Format(workstation().motor_voltage, "0.0000") + " V");
 }
 
@@ -165,6 +167,14 @@ void frmMeasureRDE::DrawRing() {
   ring_plot_.Curve(RecordedPoints(), 2, QBColor(kRingColour));
 }
 
+// A stored track is shown with both curves on the same axes.
+PlotRange frmMeasureRDE::BothRanges() const {
+  const PlotRange& disk = disk_plot_.Range();
+  const PlotRange& ring = ring_plot_.Range();
+  return {std::min(disk.x1, ring.x1), std::min(disk.y1, ring.y1), std::max(disk.x2, ring.x2),
+          std::max(disk.y2, ring.y2)};
+}
+
 void frmMeasureRDE::ShowRemaining(std::int32_t seconds) {
   if (seconds != 0) lblTimeRemain.SetText(PlainNumber(seconds) + "s remain");
 }
@@ -175,7 +185,7 @@ void frmMeasureRDE::FinishRun() {
   if (PointIndex() > 0) {
     DrawDisk();
     DrawRing();
-    StoreSweep(kModeRDE, 3, disk_plot_.Range());
+    StoreSweep(kModeRDE, 3, BothRanges());
   }
   ShowIdle();
   disk_monitor_.ResetRange();

@@ -91,6 +91,7 @@ class frmMeasureRDE : public SweepForm {
   void Draw(const AcquiredPoint& point);
   void DrawDisk();
   void DrawRing();
+  PlotRange BothRanges() const;
   void ShowMeasured(double rpm);
 
   VoltageMonitor disk_monitor_;
