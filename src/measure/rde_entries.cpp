@@ -113,11 +113,10 @@ LayoutNode frmMeasureRDE::Layout() {
   using namespace layout;
   return Columns({
       Rows({
-          Group("Scales", {Fields({Field("Disk XScale V/V (ch0)", txtDiskXScale),
-                                   Field("Disk YScale A/V (ch1)", txtDiskYScale),
-                                   Field("Ring XScale V/V (ch2)", txtRingXScale),
-                                   Field("Ring YScale A/V (ch3)", txtRingYScale),
-                                   Field("RPM /V (ch4)", txtRPMScale)})}),
+          Group("Disk", {Fields({Field("XScale V/V (ch0)", txtDiskXScale),
+                                 Field("YScale A/V (ch1)", txtDiskYScale)})}),
+          Group("Ring", {Fields({Field("XScale V/V (ch2)", txtRingXScale),
+                                 Field("YScale A/V (ch3)", txtRingYScale)})}),
           Group("Potentials",
                 {Fields({Field("1st /V", txtVoltSetting[0]), Field("2nd /V", txtVoltSetting[1]),
                          Field("3rd /V", txtVoltSetting[2]), Field("Scan Rate /mVs-1", txtScanrate),
@@ -128,10 +127,11 @@ LayoutNode frmMeasureRDE::Layout() {
       }),
       Rows({
           Group("Sampling", {Fields({Field("Sampling Rate/Hz", txtSamplingrate),
-                                     Field("Accumlation", txtAccum), Field("RPM:", txtRPM)})}),
+                                     Field("Accumlation", txtAccum)})}),
+          Group("Rotation", {Fields({Field("RPM:", txtRPM), Field("RPM /V (ch4)", txtRPMScale)})}),
           Group("Measurement Method", {Item(opnRDEMeas)}),
-          Group("Track", {Fields({Field("Title", txtTitle)}),
-                          Columns({Item(lblDataNum), Fields({Field("", txtDataNum, &UpDown1)})})}),
+          Group("Track", {Columns({Item(lblDataNum), Fields({Field("", txtDataNum, &UpDown1)})}),
+                          Fields({Field("Title", txtTitle)})}),
           Stretch(),
       }),
       Rows(
