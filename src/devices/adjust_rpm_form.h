@@ -21,7 +21,6 @@ class AdjustRpmForm : public Form {
   void Unload() override;
   LayoutNode Layout() override;
 
-  // Controls in the order of the Tab key.
   TextBox txtRPM;
   UpDown UpdRPM;
   TextBox txtVoltage;

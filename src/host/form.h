@@ -70,7 +70,7 @@ class Form {
 
   // Null when the form has no such control. `index` is -1 for controls outside arrays.
   Control* Find(std::string_view name, int index = -1) const;
-  // In the order in which they were made, which is also the order of the Tab key.
+  // In the order in which they were made.
   const std::vector<Control*>& controls() const { return controls_; }
   void Focus(Control& control);
 

@@ -61,5 +61,13 @@ inline LayoutNode Stretch() {
   return {LayoutNode::Kind::kStretch, {}, nullptr, nullptr, {}, 1};
 }
 
+
+// The controls of a layout as one reads it, which is also the order of the Tab key.
+inline void AppendControls(const LayoutNode& node, std::vector<Control*>& controls) {
+  if (node.control != nullptr) controls.push_back(node.control);
+  if (node.companion != nullptr) controls.push_back(node.companion);
+  for (const LayoutNode& child : node.children) AppendControls(child, controls);
+}
+
 }  // namespace layout
 }  // namespace zento

@@ -59,12 +59,14 @@ void FormWindow::Build() {
   builder.Build(root, *area_->widget());
   std::erase_if(bindings_, [](const auto& entry) { return entry.second == nullptr; });
   for (auto& [control, binding] : bindings_) binding->Refresh();
-  LinkTabStops();
+  LinkTabStops(root);
 }
 
-void FormWindow::LinkTabStops() {
+void FormWindow::LinkTabStops(const LayoutNode& layout) {
   QWidget* last = nullptr;
-  for (Control* control : form_->controls()) {
+  std::vector<Control*> controls;
+  layout::AppendControls(layout, controls);
+  for (const Control* control : controls) {
     ControlBinding* binding = Find(*control);
     if (binding == nullptr) continue;
     for (QWidget* stop : binding->TabStops()) {

@@ -53,7 +53,7 @@ class FormWindow : public QMainWindow, public FormView, private BindingContext {
  private:
   void BeforeAction(const ControlBinding& acting) override;
   void Build();
-  void LinkTabStops();
+  void LinkTabStops(const LayoutNode& layout);
   ControlBinding* Find(const Control& control) const;
   bool PressButton(bool cancel);
   void ShowBanner();

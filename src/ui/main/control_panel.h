@@ -40,7 +40,6 @@ class frmControlPanel : public Form {
   TrackFileLoad OpenFile(const std::filesystem::path& path);
   Status SaveFile(const std::filesystem::path& path);
 
-  // Controls in the order of the Tab key.
   TextBox txtDatNum;
   UpDown UpDown1;
   Grid InformationSheet;

@@ -18,7 +18,6 @@ class frmSettings : public Form {
   bool Load() override;
   LayoutNode Layout() override;
 
-  // Controls in the order of the Tab key.
   OptionGroup opnDevice;
   TextBox txtDevice;
   TextBox txtCardNumber;
