@@ -146,10 +146,11 @@ LayoutNode frmMeasureRPMvsj::Layout() {
   return Columns({
       Rows({
           Group("Measurement Method",
-                {Item(opnRPMvsj),
-                 Fields({Field("Limit /rpm", txtLimitRPM), Field("Start:", txtStartRPM),
-                         Field("rpm  End:", txtEndRPM), Field("rpm  Speed:", txtSpeed)}),
-                 Text("rpm/s")}),
+                {Item(opnRPMvsj), Fields({Field("Limit /rpm", txtLimitRPM)}),
+                 // One sentence from left to right.
+                 Columns({Fields({Field("Start:", txtStartRPM)}),
+                          Fields({Field("rpm  End:", txtEndRPM)}),
+                          Fields({Field("rpm  Speed:", txtSpeed)}), Text("rpm/s")})}),
           Group("Potential", {Fields({Field("Disk /V", txtDiskXValue),
                                       Field("Retain Time /s", txtRetainTime)})}),
           Group("Scales", {Fields({Field("XScale V/V (ch 0)", txtXScale),
