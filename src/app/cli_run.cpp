@@ -1,8 +1,14 @@
 #include "app/cli_run.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <limits>
 #include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
 
 #include "app/cli.h"
 #include "app/cli_session.h"
@@ -73,7 +79,9 @@ Status CheckPlaces(const MacroRequest& request, Files& files) {
   }
   if (request.save.empty() || request.overwrite) return Status::Ok();
   const auto file = TrackFileName(request.save);
-  if (!files.Exists(file) || file == request.load) return Status::Ok();
+  std::error_code unknown;
+  const bool loaded = std::filesystem::equivalent(file, request.load, unknown);
+  if (!files.Exists(file) || loaded) return Status::Ok();
   return Status::Failure(TextFromPath(file) +
                          " exists already: --load it to go on with its tracks, save to another "
                          "file, or --overwrite it");

@@ -53,7 +53,8 @@ struct CheckQuestion {
 
 // Runs a macro in virtual time on a simulated bench, with the settings of the home, or those of a
 // fresh bench when there are none. Instruments that the settings name are taken to be there and to
-// work; the generator is taken to listen at the address that is set. No file is written, no mail
+// work; the generator is taken to listen at the address that is set, and without one
+// the potentiostat to sweep by itself. No file is written, no mail
 // sent, no instrument touched. Fails when the program does not start with these settings.
 Result<MacroCheck> CheckMacro(const CheckQuestion& question, Files& files);
 

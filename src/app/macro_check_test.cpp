@@ -136,6 +136,9 @@ TEST_F(MacroCheckTest, KnowsWhatThePersonsSettingsLeaveOut) {
               ElementsAre("1 problem there is no function generator that could set a potential",
                           "2 problem 400 rpm cannot be set: there is no rotation control",
                           "3 problem there are no outlets that could be switched"));
+  const MacroCheck own = Check(std::string(kShortCV) + "CV.Start");
+  EXPECT_THAT(Findings(own), Contains(HasSubstr("7 note there is no function generator")));
+  EXPECT_EQ(own.tracks.size(), 1u);
   UseSettings([](Settings& s) {
     s.GPIBControl = 2;
     s.GPIBAddress = 12;

@@ -225,6 +225,11 @@ void MacroInspector::CheckOverwritten(int line, const std::string& form) {
 }
 
 void MacroInspector::CheckProgramme(int line, const std::string& form) {
+  if (workstation_.settings.GPIBControl <= 0 && form != "frmMeasureRPMvsj") {
+    Note(line,
+         "there is no function generator: the potentiostat's own programme decides when the "
+         "measurement begins");
+  }
   const auto here = [&](const Box& box) { return form == box.form; };
   const auto value = [&](const Box& box) { return NumberIn(box.form, box.control, box.index); };
   for (const Box& box : kPotentials) {

@@ -23,6 +23,8 @@ class Job : private MacroObserver {
     };
   }
   ~Job() override {
+    // Stopping, it would tell what is going away.
+    interpreter_.observer = nullptr;
     workstation_.run_begun = nullptr;
     workstation_.run_ended = nullptr;
   }
@@ -43,6 +45,7 @@ class Job : private MacroObserver {
       verdict_.interrupted = waited == Waited::kInterrupted;
       verdict_.endless |= waited == Waited::kNothingArmed;
     }
+    if (verdict_.interrupted || verdict_.endless) interpreter_.Stop();
     TellMessages();
     return std::move(verdict_);
   }

@@ -41,8 +41,8 @@ struct MacroVerdict {
 
 // Carries out a macro on a started program without a person: to its last line, to the end of the
 // measurement that this line may have begun, and until all mails are through. Message boxes are
-// taken off `dialogs` and told instead. When it was interrupted, or is endless, what runs is left
-// running for whoever ends the program.
+// taken off `dialogs` and told instead. When it was interrupted, or is endless, the macro is
+// stopped; a measurement is left running for whoever ends the program.
 //
 // A measurement that lasts longer than `longest_measurement_micros` is endless: in virtual time it
 // would hold the machine for ever.
