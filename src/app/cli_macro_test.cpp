@@ -122,7 +122,7 @@ TEST_F(CliMacroTest, GoesOnWithLoadedTracksAndReplacesNoOthers) {
 TEST_F(CliMacroTest, IsCleanOnlyWhenNothingHadToBeSaid) {
   EXPECT_EQ(Run("CV.RPM 1\n' done"), kExitOk);
   EXPECT_EQ(Run("cv.rpm 1\nCV.RPM 1"), kExitScriptLine);
-  EXPECT_THAT(err_, EndsWith("Finished; unknown commands: 1\n"));
+  EXPECT_THAT(err_, EndsWith("Finished; unknown commands: 1; 1 message\n"));
   EXPECT_EQ(Run("SSVMeasureMode"), kExitScriptLine);
   EXPECT_EQ(
       Run("CV.SamplingRate 1000\nCV.Accumlation 1\nCV.Scanrate 10\nCV.RetainTime 0\nCV.Start"),

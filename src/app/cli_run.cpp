@@ -148,7 +148,7 @@ int RunMacro(const SessionChoice& choice, const MacroRequest& request) {
   session.End();
   const bool saved = Save(session, request.save);
   const int status = ExitStatus(verdict);
-  if (status < 128) WriteError(MacroOutcomeText(verdict.outcome));
+  if (status < 128) WriteError(VerdictText(verdict));
   return saved || status != kExitOk ? status : kExitFailure;
 }
 

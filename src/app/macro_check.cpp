@@ -122,7 +122,7 @@ std::string FormatCheck(const MacroCheck& check) {
            (finding.line > 0 ? ", line " + std::to_string(finding.line) : "") + ": " +
            finding.text + "\n";
   }
-  out += MacroOutcomeText(check.verdict.outcome) + "\n";
+  out += VerdictText(check.verdict) + "\n";
   return out;
 }
 

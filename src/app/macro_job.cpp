@@ -89,7 +89,18 @@ class Job : private MacroObserver {
   std::int64_t measuring_since_ = 0;
 };
 
+std::string Counted(int count, const char* what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 }  // namespace
+
+std::string VerdictText(const MacroVerdict& verdict) {
+  std::string text = MacroOutcomeText(verdict.outcome);
+  if (verdict.messages > 0) text += "; " + Counted(verdict.messages, "message");
+  if (verdict.failed_mails > 0) text += "; " + Counted(verdict.failed_mails, "mail") + " not sent";
+  return text;
+}
 
 MacroVerdict FollowMacro(MainProgram& program, Host& host, VirtualDialogs& dialogs, EventLoop& loop,
                          std::string_view text, const std::string& title,

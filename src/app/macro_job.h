@@ -39,6 +39,9 @@ struct MacroVerdict {
   }
 };
 
+// "Finished; 2 messages, 1 mail not sent": for the last line of a report.
+std::string VerdictText(const MacroVerdict& verdict);
+
 // Carries out a macro on a started program without a person: to its last line, to the end of the
 // measurement that this line may have begun, and until all mails are through. Message boxes are
 // taken off `dialogs` and told instead. When it was interrupted, or is endless, the macro is
