@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "analysis/analysis_forms.h"
 #include "app/furnish.h"
 #include "devices/vendor/loader.h"
 #include "graph/graph_form.h"
@@ -48,6 +49,7 @@ void MainProgram::RegisterForms() {
   RegisterDeviceForms(desktop, workstation_, host_, instruments_);
   RegisterMeasureForms(desktop, workstation_, host_, instruments_);
   RegisterMacroForms(desktop, workstation_, host_, instruments_);
+  RegisterAnalysisForms(desktop, workstation_, host_);
   RegisterMainForms(desktop, workstation_, host_, instruments_);
 }
 

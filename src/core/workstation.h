@@ -45,6 +45,7 @@ struct Workstation {
   std::string FileTitle;  // name, without folder, of the track file last opened or saved
   // Fingerprint of the tracks as they were last opened, saved or rescued; see core/rescue.h.
   std::size_t kept_tracks = 0;
+  int shown_track = 0;  // 0 to 20, the one that the main window shows
   std::int32_t DataGeneration = 0;  // one more for each track file that was loaded
   std::filesystem::path home;       // the program's folder: settings, calibration, logs
 

@@ -134,6 +134,7 @@ void frmControlPanel::ShowDataInfo(int track) {
   const TrackRecord& record = workstation_.tracks.Record(track);
   const bool filled = record.Mode != kModeNone;
   track_ = track;
+  workstation_.shown_track = track;
   InformationSheet.SetRedraw(false);
   txtDatNum.SetText(std::to_string(track));
   for (int row = 0; row < kSheetRows; ++row) {

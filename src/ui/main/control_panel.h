@@ -7,10 +7,10 @@
 #include "core/track_file.h"
 #include "devices/instruments.h"
 #include "graph/preview_plot.h"
+#include "graph/track_preview.h"
 #include "host/controls.h"
 #include "host/form.h"
 #include "ui/main/main_menus.h"
-#include "ui/main/track_preview.h"
 
 namespace zento {
 

@@ -1,4 +1,4 @@
-#include "ui/main/track_preview.h"
+#include "graph/track_preview.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,18 +19,6 @@ using Values = std::span<const double>;
 constexpr int kLightBlue = 9;
 constexpr int kLightRed = 12;
 constexpr int kChannels = 10;
-
-const char* XFormat(std::int32_t mode) {
-  switch (mode) {
-    case kModePS:
-      return "###0.0";
-    case kModeRPMvsj:
-    case kModeMulti:
-      return "###0";
-    default:
-      return "0.0";
-  }
-}
 
 const char* XTitle(std::int32_t mode) {
   switch (mode) {
@@ -96,6 +84,18 @@ void Cover(Values values, double& least, double& most) {
 
 }  // namespace
 
+const char* PreviewXFormat(std::int32_t mode) {
+  switch (mode) {
+    case kModePS:
+      return "###0.0";
+    case kModeRPMvsj:
+    case kModeMulti:
+      return "###0";
+    default:
+      return "0.0";
+  }
+}
+
 PreviewRange RangeOf(TrackStore& tracks, int track) {
   const TrackRecord& record = tracks.Record(track);
   PreviewRange range{record.Vxmin, record.Vymin, record.Vxmax, record.Vymax};
@@ -114,7 +114,7 @@ void DrawTrack(PreviewPlot& plot, TrackStore& tracks, int track, const PreviewRa
   plot.Clear();
   const std::int32_t mode = tracks.Record(track).Mode;
   if (mode <= kModeNone || mode >= kModes) return;
-  plot.SetFormats(XFormat(mode), "0.0e+0");
+  plot.SetFormats(PreviewXFormat(mode), "0.0e+0");
   plot.SetRange(range.x_min, range.y_min, range.x_max, range.y_max);
   plot.SetSteps(TickStep(range.x_min, range.x_max), TickStep(range.y_min, range.y_max));
   plot.SetAxisTitles(XTitle(mode), "Current /A");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "core/track_store.h"
 #include "graph/preview_plot.h"
 
@@ -17,6 +19,9 @@ struct PreviewRange {
 // The track's display range, or where that is empty, as in files of other origin, what its points
 // take up.
 PreviewRange RangeOf(TrackStore& tracks, int track);
+
+// How a preview writes the x values of a mode.
+const char* PreviewXFormat(std::int32_t mode);
 
 enum class PreviewStyle { kLines = 0, kDots = 1 };
 

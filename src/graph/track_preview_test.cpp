@@ -1,4 +1,4 @@
-#include "ui/main/track_preview.h"
+#include "graph/track_preview.h"
 
 #include <gmock/gmock.h>
 

@@ -1,0 +1,75 @@
+#include "analysis/analysis_form.h"
+
+#include <filesystem>
+#include <optional>
+#include <utility>
+
+#include "host/host.h"
+#include "host/path_text.h"
+
+namespace zento {
+
+AnalysisForm::AnalysisForm(Workstation& workstation, Host& host, std::string name,
+                           std::string caption)
+    : Form(host, std::move(name), std::move(caption)),
+      txtResult(*this, "txtResult"),
+      cmdCopyResult(*this, "cmdCopyResult", "Copy report"),
+      cmdSaveResult(*this, "cmdSaveResult", "Save report..."),
+      lblFit(*this, "lblFit"),
+      workstation_(workstation) {
+  txtResult.multiline = true;
+  txtResult.read_only = true;
+  txtResult.SetTip("The report of the last calculation");
+  cmdCopyResult.SetEnabled(false);
+  cmdSaveResult.SetEnabled(false);
+  cmdCopyResult.on_click = [this] { CopyReport(); };
+  cmdSaveResult.on_click = [this] { AskToSaveReport(); };
+}
+
+void AnalysisForm::ShowReport(std::string report, Outcome outcome) {
+  report_ = std::move(report);
+  outcome_ = std::move(outcome);
+  txtResult.SetText(report_);
+  lblFit.SetText(FitLineText(outcome_));
+  cmdCopyResult.SetEnabled(!report_.empty());
+  cmdSaveResult.SetEnabled(!report_.empty());
+}
+
+void AnalysisForm::Refuse(const std::string& message) {
+  outcome_ = {};
+  outcome_.refusal = message;
+  host().dialogs.Message(message);
+}
+
+LayoutNode AnalysisForm::ReportPanel(const std::string& caption) {
+  using namespace layout;
+  return Group(
+      caption,
+      {Item(txtResult, 1), Item(lblFit), Columns({Item(cmdCopyResult), Item(cmdSaveResult)})}, 1);
+}
+
+void AnalysisForm::CopyReport() {
+  host().clipboard.SetText(report_);
+}
+
+void AnalysisForm::AskToSaveReport() {
+  FileQuestion question;
+  question.save = true;
+  question.title = "Save report";
+  question.description = "Text files";
+  question.pattern = "*.txt";
+  question.suggested = name() + ".txt";
+  // By name: the window may be gone when the answer comes.
+  host().dialogs.AskFile(question, [&desktop = host().desktop, window = name()](
+                                       const std::optional<std::filesystem::path>& path) {
+    auto* form = path ? desktop.FindAs<AnalysisForm>(window) : nullptr;
+    if (form != nullptr) form->SaveReport(*path);
+  });
+}
+
+void AnalysisForm::SaveReport(const std::filesystem::path& path) {
+  const Status saved = host().files.Replace(path, report_);
+  if (!saved.ok()) host().dialogs.Message(saved.Within("save " + TextFromPath(path)).why());
+}
+
+}  // namespace zento

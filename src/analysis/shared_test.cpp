@@ -1,0 +1,166 @@
+#include <gmock/gmock.h>
+
+#include <vector>
+
+#include "analysis/analysis_form.h"
+#include "analysis/line_fit.h"
+#include "analysis/point_range.h"
+#include "analysis/track_points.h"
+#include "analysis/track_selector.h"
+#include "host/virtual/virtual_host.h"
+
+namespace zento {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::DoubleNear;
+using ::testing::HasSubstr;
+
+TEST(LineFit, FindsLineAndItsErrors) {
+  // Bevington's scheme on numbers worked by hand: mean 2 and 4.1, sums of squares 2 and 8.42.
+  const std::vector<double> x{1, 2, 3};
+  const std::vector<double> y{2.0, 4.2, 6.1};
+  const auto line = FitLine(x, y, 3);
+  ASSERT_TRUE(line);
+  EXPECT_NEAR(line->slope, 2.05, 1e-12);
+  EXPECT_NEAR(line->intercept, 0.0, 1e-12);
+  const LineQuality quality = QualityOf(x, y, *line);
+  EXPECT_NEAR(quality.r_squared, 1 - 0.015 / 8.42, 1e-12);
+  EXPECT_THAT(*quality.slope_error, DoubleNear(std::sqrt(0.015 / 2), 1e-12));
+  EXPECT_THAT(*quality.intercept_error, DoubleNear(std::sqrt(0.015 * (1.0 / 3 + 2)), 1e-12));
+
+  EXPECT_EQ(FitThroughOrigin(x, y, 2), (1 * 2.0 + 2 * 4.2) / 5);
+}
+
+TEST(LineFit, RefusesWhatHasNoLine) {
+  const std::vector<double> same{0.1, 0.1, 0.1};
+  const std::vector<double> y{1, 2, 3};
+  EXPECT_FALSE(FitLine(same, y, 3));
+  EXPECT_FALSE(FitLine(y, y, 1));
+  EXPECT_FALSE(FitLine({}, {}, 5));
+  EXPECT_FALSE(FitThroughOrigin(std::vector<double>{0, 0}, y, 2));
+  EXPECT_FALSE(FitThroughOrigin({}, {}, 0));
+  const std::vector<double> infinite{1, 2, 1e308 * 10};
+  EXPECT_FALSE(FitLine(infinite, y, 3));
+  // Two points leave nothing to tell an error from.
+  EXPECT_FALSE(QualityOf(std::span(y).first(2), y, {1, 0}).slope_error);
+}
+
+class SampleForm : public AnalysisForm {
+ public:
+  SampleForm(Workstation& workstation, Host& host)
+      : AnalysisForm(workstation, host, "frmSample", "Sample"),
+        txtDataNum(*this, "txtDataNum"),
+        UpDown1(*this, "UpDown1"),
+        txtStart(*this, "txtStart"),
+        updStart(*this, "updStart"),
+        txtEnd(*this, "txtEnd"),
+        updEnd(*this, "updEnd"),
+        lblStart(*this, "lblStartPoint"),
+        lblEnd(*this, "lblEndPoint"),
+        selector(txtDataNum, UpDown1),
+        range(txtStart, updStart, lblStart, txtEnd, updEnd, lblEnd, TypedEnd::kAsStart) {}
+  LayoutNode Layout() override { return ReportPanel(); }
+  void Calculate() override {
+    Outcome outcome;
+    outcome.quantities = {{"n", "", 3.981234, 0.00217}, {"area", "cm2", 0.2, {}}};
+    outcome.fit = LineQuality{12, {927.71, 2.4725}, false, 0.99987, 0.52, 0.061};
+    ShowReport("File\ta.znt\r\n*n\t3.98\r\n", outcome);
+  }
+  void Fail() { Refuse("No valid Data"); }
+
+  TextBox txtDataNum;
+  UpDown UpDown1;
+  TextBox txtStart;
+  UpDown updStart;
+  TextBox txtEnd;
+  UpDown updEnd;
+  Label lblStart;
+  Label lblEnd;
+  TrackSelector selector;
+  PointRange range;
+};
+
+struct SharedAnalysis : ::testing::Test {
+  SharedAnalysis() {
+    machine.desktop.Register("frmSample",
+                             [this] { return std::make_unique<SampleForm>(ws, machine.host); });
+    form = machine.desktop.LoadAs<SampleForm>("frmSample");
+  }
+  VirtualHost machine;
+  Workstation ws;
+  SampleForm* form = nullptr;
+};
+
+TEST_F(SharedAnalysis, TheReportIsShownCopiedAndSavedToTheByte) {
+  EXPECT_FALSE(form->cmdCopyResult.Usable());
+  form->Calculate();
+  EXPECT_EQ(form->txtResult.text(), "File\ta.znt\n*n\t3.98\n");
+  EXPECT_EQ(form->lblFit.text(),
+            "12 points, R² 0.99987, slope 927.71 ± 0.52, intercept 2.4725 ± 0.061, "
+            "n 3.98123 ± 0.0022");
+  EXPECT_TRUE(form->cmdCopyResult.UserClick().ok());
+  EXPECT_EQ(machine.clipboard.Text(), "File\ta.znt\r\n*n\t3.98\r\n");
+  machine.dialogs.Answer("kl.txt");
+  EXPECT_TRUE(form->cmdSaveResult.UserClick().ok());
+  machine.Settle();
+  EXPECT_EQ(machine.files.Read("kl.txt").value(), "File\ta.znt\r\n*n\t3.98\r\n");
+
+  form->Fail();
+  EXPECT_EQ(form->outcome().refusal, "No valid Data");
+  EXPECT_EQ(form->report(), "File\ta.znt\r\n*n\t3.98\r\n");
+}
+
+TEST_F(SharedAnalysis, TheTrackNumberWrapsAndIsHeld) {
+  int changes = 0;
+  form->selector.on_change = [&] { ++changes; };
+  EXPECT_TRUE(form->UpDown1.UserStep(-1).ok());
+  EXPECT_EQ(form->txtDataNum.text(), "20");
+  EXPECT_TRUE(form->UpDown1.UserStep(+1).ok());
+  EXPECT_EQ(form->selector.track(), 0);
+  EXPECT_TRUE(form->txtDataNum.UserSet("77").ok());
+  EXPECT_EQ(form->txtDataNum.text(), "20");
+  EXPECT_TRUE(form->txtDataNum.UserSet("20x").ok());
+  EXPECT_EQ(form->txtDataNum.text(), "20");
+  EXPECT_EQ(changes, 3);
+}
+
+TEST_F(SharedAnalysis, TheRangeIsHeldWithinTheTrack) {
+  form->range.describe = [](std::int32_t point) { return std::to_string(point) + "!"; };
+  form->range.ShowWhole(10);
+  EXPECT_EQ(form->lblEnd.text(), "9!");
+  EXPECT_TRUE(form->updStart.UserStep(-1).ok());
+  EXPECT_EQ(form->range.start(), 0);
+  EXPECT_TRUE(form->updEnd.UserStep(+1).ok());
+  EXPECT_EQ(form->range.end(), 9);
+  EXPECT_TRUE(form->txtStart.UserSet("99").ok());
+  EXPECT_EQ(form->txtStart.text(), "8");
+  EXPECT_EQ(form->lblStart.text(), "8!");
+  EXPECT_TRUE(form->txtStart.UserSet("-3").ok());
+  EXPECT_EQ(form->txtStart.text(), "0");
+  EXPECT_TRUE(form->txtEnd.UserSet("9").ok());  // as it is
+  EXPECT_EQ(form->range.end(), 9);
+  EXPECT_TRUE(form->txtEnd.UserSet("12").ok());
+  EXPECT_EQ(form->range.end(), 8);
+  EXPECT_TRUE(form->txtEnd.UserSet("0").ok());
+  EXPECT_EQ(form->range.end(), 0);
+  EXPECT_TRUE(form->updEnd.UserStep(-1).ok());
+  EXPECT_EQ(form->range.end(), 1);
+
+  form->range.ShowWhole(1);  // no room
+  EXPECT_TRUE(form->updStart.UserStep(+1).ok());
+  EXPECT_EQ(form->range.start(), 0);
+  form->range.Empty();
+  EXPECT_TRUE(form->txtStart.UserSet("5").ok());
+  EXPECT_EQ(form->txtStart.text(), "5");
+  EXPECT_TRUE(form->range.empty());
+}
+
+TEST(TrackPoints, TellAPointInTheTracksTerms) {
+  EXPECT_EQ(PointText(kModeRDE, 0.25, 1e-5), "E:0.2500V   I:1.0000e-5A");
+  EXPECT_EQ(PointText(kModePS, 12.3456, -2e-6), "t:12.346s   I:-2.0000e-6A");
+  EXPECT_EQ(PointText(kModeRPMvsj, 1600.4, 1), "rpm:1600   I:1.0000e+0A");
+}
+
+}  // namespace
+}  // namespace zento

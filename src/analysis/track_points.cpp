@@ -1,0 +1,109 @@
+#include "analysis/track_points.h"
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "core/axis_step.h"
+#include "core/palette.h"
+#include "core/tables.h"
+#include "graph/track_preview.h"
+#include "text/format.h"
+
+namespace zento {
+namespace {
+
+constexpr int kLightBlue = 9;
+constexpr int kLightRed = 12;
+
+}  // namespace
+
+std::string PointText(std::int32_t mode, double x, double current) {
+  std::string text;
+  switch (mode) {
+    case kModeCV:
+    case kModeRDE:
+    case kModeSSV:
+    case kModeSSVAll:
+      text = "E:" + Format(x, "0.0000") + "V   ";
+      break;
+    case kModePS:
+      text = "t:" + Format(x, "#0.000") + "s   ";
+      break;
+    case kModeRPMvsj:
+      text = "rpm:" + Format(x, "###0") + "   ";
+      break;
+    default:
+      return {};
+  }
+  return text + "I:" + Format(current, "0.0000e+0") + "A";
+}
+
+std::string PointText(const TrackStore& tracks, int track, std::int32_t point) {
+  if (point < 0 || point >= tracks.PointCount(track)) return {};
+  return PointText(tracks.Record(track).Mode, tracks.Value(0, track, point),
+                   tracks.Value(1, track, point));
+}
+
+bool HoldsTrack(const TrackStore& tracks, int track) {
+  const std::int32_t mode = tracks.Record(track).Mode;
+  return mode > kModeNone && mode < kModes;
+}
+
+bool PrepareTrackPlot(PreviewPlot& plot, TrackStore& tracks, int track) {
+  plot.Clear();
+  if (!HoldsTrack(tracks, track)) return false;
+  const PreviewRange range = RangeOf(tracks, track);
+  plot.SetFormats(PreviewXFormat(tracks.Record(track).Mode), "0.0e+0");
+  plot.SetRange(range.x_min, range.y_min, range.x_max, range.y_max);
+  plot.SetSteps(TickStep(range.x_min, range.x_max), TickStep(range.y_min, range.y_max));
+  plot.SetAxisTitles("Potential /V", "Current /A");
+  return true;
+}
+
+void DrawChosenPoints(PreviewPlot& plot, TrackStore& tracks, int track, std::int32_t first,
+                      std::int32_t last,
+                      const std::function<Colour(std::int32_t point, double x)>& colour) {
+  // Sorted by colour and kind, so that the plot holds few series however the colours alternate.
+  struct Part {
+    Colour colour;
+    bool chosen;
+    std::vector<Point> points;
+  };
+  std::vector<Part> parts;
+  std::size_t open = 0;
+  const std::span<const double> x = tracks.Points(0, track);
+  const std::span<const double> y = tracks.Points(1, track);
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    const auto point = static_cast<std::int32_t>(i);
+    const bool chosen = point >= first && point <= last;
+    const Colour its = colour(point, x[i]);
+    const auto fits = [&](const Part& part) { return part.chosen == chosen && part.colour == its; };
+    if (parts.empty() || !fits(parts[open])) {
+      for (open = 0; open < parts.size() && !fits(parts[open]); ++open) {
+      }
+      if (open == parts.size()) parts.push_back({its, chosen, {}});
+    }
+    parts[open].points.push_back({x[i], y[i]});
+  }
+  for (const bool chosen : {false, true}) {
+    for (const Part& part : parts) {
+      if (part.chosen != chosen) continue;
+      if (!chosen) {
+        plot.Dots(part.points, part.colour);
+        continue;
+      }
+      for (const Point& point : part.points) plot.Mark(point.x, point.y, part.colour);
+    }
+  }
+}
+
+void DrawSelection(PreviewPlot& plot, TrackStore& tracks, int track, std::int32_t first,
+                   std::int32_t last) {
+  if (!PrepareTrackPlot(plot, tracks, track)) return;
+  DrawChosenPoints(plot, tracks, track, first, last, [=](std::int32_t point, double) {
+    return QBColor(point >= first && point <= last ? kLightRed : kLightBlue);
+  });
+}
+
+}  // namespace zento
