@@ -6,6 +6,7 @@
 #include <array>
 #include <fstream>
 #include <map>
+#include <random>
 
 #ifndef _WIN32
 
@@ -21,7 +22,9 @@ const fs::path kStandIns = ZENTO_STAND_INS;
 
 class LoaderTest : public testing::Test {
  protected:
-  LoaderTest() : folder(fs::path(testing::TempDir()) / "zento_loader_test") {
+  LoaderTest()
+      : folder(fs::path(testing::TempDir()) /
+               ("zento-loader-" + std::to_string(std::random_device()()))) {
     fs::remove_all(folder);
     fs::create_directories(folder);
     variables["ZENTO_PORT_IO"] = (folder / "port").string();

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 
 namespace zento {
@@ -12,7 +13,8 @@ namespace {
 // Nothing to hear in a test: whatever is asked for must come back, and be cleared away while it is
 // still at work.
 TEST(NativeSound, TakesWhateverItIsGiven) {
-  const auto wave = std::filesystem::path(testing::TempDir()) / "zento-sound.wav";
+  const auto wave = std::filesystem::path(testing::TempDir()) /
+                    ("zento-sound-" + std::to_string(std::random_device()()) + ".wav");
   // 8 kHz, 8 bit, 0.1 s of silence.
   std::string bytes(
       "RIFF\x44\x03\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x1f\0\0\x40\x1f\0\0\1\0\x08\0"
