@@ -35,11 +35,16 @@ Sweep SweepForCell(const sim::Parameters& parameters) {
           ToCentivolts(parameters.formal_potential + 0.35)};
 }
 
+const char* TitleForCell(sim::CellKind cell) {
+  if (cell == sim::kOxygen) return "Oxygen on the simulated bench";
+  if (cell == sim::kBlank) return "Double layer of the simulated bench";
+  return "Couple of the simulated bench";
+}
+
 // Sampled slowly enough to be drawn while it is recorded.
 CVPreset PresetForCell(CVPreset preset, const sim::Parameters& parameters) {
   const Sweep sweep = SweepForCell(parameters);
-  preset.CVTitle = parameters.Kind() == sim::kOxygen ? "Oxygen on the simulated bench"
-                                                     : "Couple of the simulated bench";
+  preset.CVTitle = TitleForCell(parameters.Kind());
   preset.CVV0 = sweep.from;
   preset.CVV1 = sweep.to;
   preset.CVV2 = sweep.from;

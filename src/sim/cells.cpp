@@ -1,5 +1,6 @@
 #include "sim/cells.h"
 
+#include "sim/blank_cell.h"
 #include "sim/couple_cell.h"
 #include "sim/oxygen_cell.h"
 
@@ -50,6 +51,12 @@ std::vector<std::unique_ptr<Cell>> MakeCells(const Parameters& parameters, doubl
   std::vector<std::unique_ptr<Cell>> cells;
   if (parameters.Kind() == kOxygen) {
     cells.push_back(std::make_unique<OxygenCell>(OxygenSettings(parameters), volts));
+    return cells;
+  }
+  if (parameters.Kind() == kBlank) {
+    const BlankCell::Settings settings{parameters.area, parameters.capacitance * 1e-6,
+                                       parameters.resistance};
+    cells.push_back(std::make_unique<BlankCell>(settings, volts));
     return cells;
   }
   CoupleCell::Settings settings = CoupleSettings(parameters);

@@ -179,7 +179,7 @@ TEST(CoupleCell, DoubleLayerAndResistance) {
 TEST(EveryCell, AnythingASettingAllowsStaysFinite) {
   for (const Parameter& row : ParameterTable()) {
     if (!row.choices.empty()) continue;
-    for (const CellKind kind : {kCouple, kOxygen}) {
+    for (const CellKind kind : {kCouple, kOxygen, kBlank}) {
       for (const double extreme : {row.least, row.most}) {
         Parameters p;
         p.cell = kind;

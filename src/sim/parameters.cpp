@@ -11,12 +11,13 @@ namespace {
 
 using P = Parameters;
 
-constexpr std::string_view kCells[] = {"couple", "oxygen", "array"};  // as CellKind
+constexpr std::string_view kCells[] = {"couple", "oxygen", "array", "blank"};  // as CellKind
 constexpr std::string_view kSwitch[] = {"off", "on"};
 
 constexpr Parameter kTable[] = {
     {"cell", "", &P::cell, 0, 0, 0,
-     "couple, oxygen (reduced at a ring-disk electrode), or array (ten small cells of the couple)",
+     "couple, oxygen (reduced at a ring-disk electrode), array (ten small cells of the couple), or "
+     "blank (a double layer, nothing reacts)",
      true, kCells},
     {"n", "", &P::electrons, 1, 1, 6, "electrons of the couple", true},
     {"E0", "V", &P::formal_potential, 0.25, -5, 5,
@@ -89,7 +90,7 @@ struct OwnStandard {
 
 // Oxygen rests where it is in equilibrium with water, so that no time at rest uses any of it up.
 // The array shows slow voltammograms of its own without any generator, at the range and within the
-// time that a multichannel monitor is first opened with.
+// time that a multichannel monitor is first opened with. A double layer's current is small.
 constexpr OwnStandard kOwnStandards[] = {
     {kOxygen, &P::capacitance, 50},      {kOxygen, &P::resistance, 5},
     {kOxygen, &P::rest_potential, 1.23}, {kOxygen, &P::own_first, 1.001},
@@ -97,7 +98,7 @@ constexpr OwnStandard kOwnStandards[] = {
     {kArray, &P::bulk_red, 50},          {kArray, &P::area, 0.2},
     {kArray, &P::disk_range, 5e-3},      {kArray, &P::own, 1},
     {kArray, &P::own_second, 0.7},       {kArray, &P::own_third, -0.199},
-    {kArray, &P::own_rate, 5},
+    {kArray, &P::own_rate, 5},           {kBlank, &P::disk_range, 1e-6},
 };
 
 std::string Spell(const Parameter& parameter, double value) {

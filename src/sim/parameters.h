@@ -10,7 +10,7 @@
 namespace zento::sim {
 
 // What may be in the cell, as values of the parameter "cell".
-enum CellKind { kCouple, kOxygen, kArray };
+enum CellKind { kCouple, kOxygen, kArray, kBlank };
 
 // Everything about the bench that a user may change, in the units of `ParameterTable`. Fresh
 // parameters have the table's defaults.

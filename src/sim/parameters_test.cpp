@@ -45,7 +45,7 @@ TEST(BenchParameters, ACellBringsItsOwnDefaultsButNotOverWhatWasSet) {
   EXPECT_EQ(parameters.rest_potential, 0) << "no longer the oxygen's";
   EXPECT_EQ(parameters.disk_range, 5e-3);
   for (const Parameter& parameter : ParameterTable()) {
-    for (const CellKind kind : {kOxygen, kArray}) {
+    for (const CellKind kind : {kOxygen, kArray, kBlank}) {
       Parameters other;
       other.*parameter.member = Standard(parameter, kind);
       EXPECT_TRUE(Set(other, parameter.key, ValueText(other, parameter)).ok()) << parameter.key;
@@ -62,7 +62,7 @@ TEST(BenchParameters, SaysWhatIsWrongAndChangesNothing) {
   EXPECT_THAT(why("D_ox=1e-5x"), HasSubstr("'1e-5x'"));
   EXPECT_THAT(why("D_ox="), HasSubstr("''"));
   EXPECT_THAT(why("bits=2.5"), HasSubstr("a whole number from 0 to 16"));
-  EXPECT_THAT(why("cell=tea"), HasSubstr("'tea' is not one of couple oxygen array"));
+  EXPECT_THAT(why("cell=tea"), HasSubstr("'tea' is not one of couple oxygen array blank"));
   EXPECT_THAT(why("noise"), HasSubstr("KEY=VALUE"));
   for (const Parameter& parameter : ParameterTable()) {
     EXPECT_EQ(parameters.*parameter.member, parameter.standard) << parameter.key;
