@@ -1,6 +1,7 @@
 #include "analysis/gauss_newton_log_block.h"
 
 #include <cmath>
+#include <utility>
 
 namespace zento {
 
@@ -90,19 +91,32 @@ void LogBlock::Differences(const Model& model, const Points& points) {
   }
 }
 
+namespace {
+
+// One point's share of row j: columns j, j + 1, ... Written out without loops, for the compiler to
+// keep the sums in registers.
+template <std::size_t j, std::size_t... k>
+void AddRow(const std::array<double, 6>& value, LogBlock::Sums& sums, std::index_sequence<k...>) {
+  sums.squares = sums.squares + value[0] * value[0];
+  ((sums.normal[j][j + k] = sums.normal[j][j + k] + value[j] * value[j + k]), ...);
+  sums.right[j] = sums.right[j] - value[0] * value[j];
+}
+
+template <std::size_t... row>
+void AddRows(const std::array<double, 6>& value, LogBlock::Sums& sums,
+             std::index_sequence<row...>) {
+  (AddRow<row + 1>(value, sums, std::make_index_sequence<sizeof...(row) - row>{}), ...);
+}
+
+}  // namespace
+
 template <std::size_t kParameters>
 void LogBlock::Accumulate(std::int32_t count, Sums& sums) const {
   Sums local = sums;
   for (std::int32_t i = 0; i < count; ++i) {
-    const double residual = value_[0][i];
-    for (std::size_t j = 1; j <= kParameters; ++j) {
-      local.squares = local.squares + residual * residual;
-      const double slope = value_[j][i];
-      for (std::size_t k = j; k <= kParameters; ++k) {
-        local.normal[j][k] = local.normal[j][k] + slope * value_[k][i];
-      }
-      local.right[j] = local.right[j] - residual * slope;
-    }
+    std::array<double, 6> value;
+    for (std::size_t j = 0; j <= kParameters; ++j) value[j] = value_[j][i];
+    AddRows(value, local, std::make_index_sequence<kParameters>{});
   }
   sums = local;
 }
