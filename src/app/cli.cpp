@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "app/cli_analysis.h"
 #include "app/cli_check.h"
 #include "app/cli_mail.h"
 #include "app/cli_run.h"
@@ -152,6 +153,7 @@ int RunCli(const std::vector<std::string>& arguments) {
   AddRun(app, request, exit_status);
   AddCheck(app, request, exit_status);
   AddMailTest(app, request, exit_status);
+  AddAnalysisCommands(app, request.options, exit_status);
 
   auto* bench = app.add_subcommand("bench", "list the simulated bench's parameters");
   bench->callback([&] { exit_status = ListBench(request); });

@@ -1,0 +1,103 @@
+#include "app/cli_analysis.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/analysis_job.h"
+#include "app/cli.h"
+#include "app/cli_session.h"
+#include "app/console_text.h"
+#include "app/outcome_json.h"
+#include "host/path_text.h"
+
+namespace zento {
+namespace {
+
+constexpr char kFooter[] =
+    "Opens the analysis window on the file, makes these entries in it, presses its button and "
+    "prints the window's report. Entries that are not made have the built-in settings, or those "
+    "of the home that --home names. Nothing is written; FILE stays as it is. A refusal of the "
+    "window goes to standard error, with exit status 2.";
+
+// What one command was given on the command line.
+struct Call {
+  const AnalysisCommand* command = nullptr;
+  std::string file;
+  std::vector<std::vector<std::string>> values;  // as command->entries
+  bool json = false;
+  bool quality = false;
+};
+
+std::vector<GivenEntry> GivenEntries(const Call& call) {
+  std::vector<GivenEntry> given;
+  for (std::size_t i = 0; i < call.values.size(); ++i) {
+    for (const std::string& value : call.values[i]) {
+      given.push_back({&call.command->entries[i], value});
+    }
+  }
+  return given;
+}
+
+std::string WithLineFeeds(std::string text) {
+  std::erase(text, '\r');
+  return text;
+}
+
+int Print(const Call& call, const AnalysisAnswer& answer) {
+  if (call.json) {
+    WriteOut(OutcomeJson(call.command->name, call.file, answer.outcome));
+  } else {
+    WriteOut(WithLineFeeds(answer.report));
+  }
+  for (const std::string& note : answer.notes) WriteError(note);
+  for (const std::string& message : answer.messages) WriteError("message: " + message);
+  if (call.quality && !answer.fit_line.empty()) WriteError(answer.fit_line);
+  return answer.outcome.refusal.empty() ? kExitOk : kExitScriptLine;
+}
+
+int Run(const Call& call, const ProgramOptions& options) {
+  NativeFiles files;
+  const auto answer =
+      Analyse({call.command, PathFromText(call.file), options.home(), GivenEntries(call)}, files);
+  return answer.ok() ? Print(call, answer.value()) : FailWith(answer.status());
+}
+
+void AddCommand(CLI::App& app, const AnalysisCommand& command, const ProgramOptions& options,
+                int& exit_status) {
+  auto call = std::make_shared<Call>();
+  call->command = &command;
+  call->values.resize(command.entries.size());
+  auto* sub = app.add_subcommand(std::string(command.name), std::string(command.help));
+  sub->add_option("FILE", call->file, "a track file (.znt)")->required();
+  for (std::size_t i = 0; i < command.entries.size(); ++i) {
+    const AnalysisEntry& entry = command.entries[i];
+    std::string help(entry.help);
+    for (const std::string_view word : entry.words) {
+      help += (word == entry.words.front() ? ": " : ", ") + std::string(word);
+    }
+    if (entry.per_track) help += "; TRACK=" + std::string(entry.value) + " for one track only";
+    auto* option = sub->add_option(std::string(entry.option), call->values[i], help);
+    option->type_name(std::string(entry.value))->allow_extra_args(false);
+    if (!entry.per_track) option->expected(1);
+  }
+  sub->add_flag("--quality", call->quality,
+                "tell on standard error how good the fit is, as the window does");
+  sub->add_flag("--json", call->json,
+                "print an object with quantities, columns, rows and fit instead of the report");
+  sub->footer(kFooter);
+  sub->callback([call, &options, &exit_status] { exit_status = Run(*call, options); });
+}
+
+}  // namespace
+
+void AddAnalysisCommands(CLI::App& app, const ProgramOptions& options, int& exit_status) {
+  for (const AnalysisCommand& command : AnalysisCommands()) {
+    AddCommand(app, command, options, exit_status);
+  }
+}
+
+}  // namespace zento
