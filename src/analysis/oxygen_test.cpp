@@ -1,0 +1,159 @@
+#include "analysis/oxygen.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "analysis/test_literal_oxygen.h"
+
+namespace zento {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+using Values = std::vector<double>;
+
+// A sweep along `vertices` in steps of `spacing`, with disk current -1 and ring current `ring`.
+struct Sweep {
+  std::array<double, 3> vertices;
+  Values x, disk, ring;
+
+  Sweep(const std::array<double, 3>& along, int points_a_segment, double ring_current)
+      : vertices(along) {
+    for (std::size_t s = 0; s < 2; ++s) {
+      for (int i = 0; i < points_a_segment; ++i) {
+        x.push_back(along[s] + (along[s + 1] - along[s]) * i / points_a_segment);
+      }
+    }
+    x.push_back(along[2]);
+    disk.assign(x.size(), -1);
+    ring.assign(x.size(), ring_current);
+  }
+  OxygenShares Evaluate(const OxygenSettings& settings) const {
+    return EvaluateOxygen(x, disk, ring, vertices, settings).value();
+  }
+};
+
+TEST(Oxygen, ShareFollowsFromTheTwoCurrents) {
+  EXPECT_EQ(ShareOfWater(2e-4, 0, 0.39), 100);
+  EXPECT_EQ(ShareOfWater(2e-4, 1e-4, 0.5), 0);
+  // x = 0.05 of the molecules become peroxide: 3.8 and 0.1 of 3.9 electrons.
+  EXPECT_NEAR(ShareOfWater(3.9, 0.1 * 0.39, 0.39), 95, 1e-12);
+  EXPECT_NEAR(ElectronsOfShare(95), 3.9, 1e-12);
+}
+
+TEST(Oxygen, WindowsAreOpenAtBothEnds) {
+  // Binary fractions, so that points lie exactly on the windows' ends.
+  const Values x{0.25, 0.375, 0.5, 0.625, 0.75, 0.625, 0.5, 0.375, 0.25};
+  const Values disk{1, 2, 4, 8, 16, 32, 64, 128, 256};
+  const Values ring(x.size(), 0);
+  const auto shares =
+      EvaluateOxygen(x, disk, ring, {0.5, 0.5625, 0.25}, {0.4, 0.25, 0.125}).value();
+  // Rising: 0.375 and 0.625 are on the ends. The scan ends at the first 0.625.
+  ASSERT_GE(shares.size(), 1u);
+  EXPECT_EQ(shares.potential[0], 0.5);
+  EXPECT_EQ(shares.disk[0], 4);
+  // Falling from 0.5625: 0.6875 is passed over twice, 0.4375 ends the scan: 0.625 up, 0.625 and 0.5
+  // down; then nothing but the last point about 0.3125.
+  ASSERT_EQ(shares.size(), 3u);
+  EXPECT_EQ(shares.disk[1], (8.0 + 32 + 64) / 3);
+  EXPECT_EQ(shares.disk[2], (128.0 + 256) / 2);
+  EXPECT_THAT(shares.water, ElementsAre(100, 100, 100));
+}
+
+TEST(Oxygen, OnlyTwoSegmentsAndOnlyStepsWithCurrent) {
+  Sweep sweep({1, 0.1, 1}, 90, 0.039);
+  for (std::size_t i = 0; i < 30; ++i) sweep.disk[i] = sweep.ring[i] = 0;  // no current above 0.7
+  const std::size_t points = sweep.x.size();
+  for (std::size_t i = 0; i < points; ++i) {  // a second cycle, with a share of its own
+    sweep.x.push_back(sweep.x[i]);
+    sweep.disk.push_back(-7);
+    sweep.ring.push_back(0);
+  }
+  // 0.68 to 0.12 V, then 0.1 to 0.98 V.
+  const OxygenShares shares = sweep.Evaluate({0.39, 0.08, 0.015});
+  EXPECT_FALSE(shares.second_segment_lost);
+  EXPECT_EQ(shares.size(), 8u + 12u);
+  EXPECT_NEAR(shares.potential.front(), 0.68, 1e-9);
+  EXPECT_NEAR(shares.potential.back(), 0.98, 1e-9);
+  for (const double water : shares.water) EXPECT_NEAR(water, 100 * 0.9 / 1.1, 1e-9);
+}
+
+TEST(Oxygen, AStepOnTheVertexTakesTheWayBack) {
+  const Sweep sweep({0.75, 0.25, 0.75}, 128, 0);
+  const OxygenShares lost = sweep.Evaluate({0.39, 0.125, 0.03125});
+  EXPECT_TRUE(lost.second_segment_lost);
+  EXPECT_EQ(lost.size(), 5u);
+  // Windows that reach beyond the next step's near edge remember where that one starts.
+  const OxygenShares whole = sweep.Evaluate({0.39, 0.125, 0.1875});
+  EXPECT_FALSE(whole.second_segment_lost);
+  EXPECT_EQ(whole.size(), 10u);
+  // Nothing is lost where there is no way back.
+  Sweep one_way = sweep;
+  one_way.x.resize(128);
+  EXPECT_FALSE(one_way.Evaluate({0.39, 0.125, 0.03125}).second_segment_lost);
+}
+
+TEST(Oxygen, RefusesWhatHasNoMeaningOrNoEnd) {
+  const Sweep sweep({1, 0, 1}, 100, 0.1);
+  const auto why = [&](const OxygenSettings& settings) {
+    return EvaluateOxygen(sweep.x, sweep.disk, sweep.ring, sweep.vertices, settings).why();
+  };
+  EXPECT_THAT(why({0, 0.05, 0.01}), HasSubstr("collection efficiency"));
+  EXPECT_THAT(why({-0.39, 0.05, 0.01}), HasSubstr("collection efficiency"));
+  EXPECT_THAT(why({0.39, 0, 0.01}), HasSubstr("voltage step"));
+  EXPECT_THAT(why({0.39, 1e-9, 0.01}), HasSubstr("too small"));
+  EXPECT_THAT(why({0.39, 1e-300, 0.01}), HasSubstr("too small"));
+  // Signs of step and half-width do not count.
+  EXPECT_EQ(sweep.Evaluate({0.39, -0.06, -0.015}).potential,
+            sweep.Evaluate({0.39, 0.06, 0.015}).potential);
+  EXPECT_EQ(EvaluateOxygen({}, {}, {}, {1, 0, 1}, {0.39, 0.05, 0.01}).value().size(), 0u);
+}
+
+// Sweeps with noise, waits, several cycles, vertices that do not fit: the same bits as by the plain
+// definition.
+TEST(Oxygen, GivesTheBitsOfTheDefinition) {
+  std::mt19937 random(20260101);
+  const auto pick = [&](double least, double most) {
+    return std::uniform_real_distribution<>(least, most)(random);
+  };
+  const auto whole = [&](int least, int most) {
+    return std::uniform_int_distribution<>(least, most)(random);
+  };
+  std::size_t evaluated = 0;
+  for (int k = 0; k < 1000; ++k) {
+    SCOPED_TRACE(k);
+    const double grid = whole(0, 2) == 0 ? 0.0 : 0.0025;  // as a board's steps
+    const auto on_grid = [&](double v) { return grid > 0 ? std::round(v / grid) * grid : v; };
+    std::array<double, 3> vertices{};
+    for (double& vertex : vertices) vertex = std::round(pick(-10, 12)) / 10;
+    const double noise = whole(0, 1) * pick(0, 0.02);
+    Values x, disk, ring;
+    for (int segment = 0; segment < whole(1, 5); ++segment) {
+      const double from = vertices[static_cast<std::size_t>(segment % 2)];
+      const double to = vertices[static_cast<std::size_t>(segment % 2 + 1)];
+      const int points = whole(1, 200);
+      for (int i = 0; i < points; ++i) {
+        x.push_back(on_grid(from + (to - from) * i / points + pick(-noise, noise)));
+        disk.push_back(whole(0, 20) == 0 ? 0 : pick(-1e-3, 1e-4));
+        ring.push_back(whole(0, 3) == 0 ? 0 : pick(0, 1e-5));
+      }
+    }
+    const OxygenSettings settings{0.39, std::round(pick(1, 300)) / 1000,
+                                  std::round(pick(1, 100)) / 1000};
+    const OxygenShares found = EvaluateOxygen(x, disk, ring, vertices, settings).value();
+    const OxygenShares expected = LiteralOxygen(x, disk, ring, vertices, settings);
+    EXPECT_EQ(found.potential, expected.potential);
+    EXPECT_EQ(found.disk, expected.disk);
+    EXPECT_EQ(found.ring, expected.ring);
+    EXPECT_EQ(found.water, expected.water);
+    evaluated += found.size();
+  }
+  EXPECT_GT(evaluated, 5000u);
+}
+
+}  // namespace
+}  // namespace zento
