@@ -36,9 +36,13 @@ void AnalysisForm::ShowReport(std::string report, Outcome outcome) {
 }
 
 void AnalysisForm::Refuse(const std::string& message) {
+  RefuseQuietly(message);
+  host().dialogs.Message(message);
+}
+
+void AnalysisForm::RefuseQuietly(const std::string& message) {
   outcome_ = {};
   outcome_.refusal = message;
-  host().dialogs.Message(message);
 }
 
 LayoutNode AnalysisForm::ReportPanel(const std::string& caption) {

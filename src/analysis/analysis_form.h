@@ -35,6 +35,8 @@ class AnalysisForm : public Form {
   void ShowReport(std::string report, Outcome outcome);
   // The last report stays; `message` is shown in a message box.
   void Refuse(const std::string& message);
+  // The same without a message box, for calculations that nobody asked for just now.
+  void RefuseQuietly(const std::string& message);
   // The whole panel: report, fit line, buttons.
   LayoutNode ReportPanel(const std::string& caption = "Result");
 

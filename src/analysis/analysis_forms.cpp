@@ -2,6 +2,9 @@
 
 #include <memory>
 
+#include "analysis/oxygen_form.h"
+#include "analysis/tafel_form.h"
+
 namespace zento {
 namespace {
 
@@ -14,9 +17,8 @@ void Register(Desktop& desktop, Workstation& workstation, Host& host) {
 }  // namespace
 
 void RegisterAnalysisForms(Desktop& desktop, Workstation& workstation, Host& host) {
-  static_cast<void>(desktop);
-  static_cast<void>(workstation);
-  static_cast<void>(host);
+  Register<frmTafelAnalyzer>(desktop, workstation, host);
+  Register<frmO2Reduction>(desktop, workstation, host);
 }
 
 }  // namespace zento

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "analysis/analysis_form.h"
+#include "analysis/oxygen.h"
+#include "analysis/track_selector.h"
+#include "graph/preview_plot.h"
+
+namespace zento {
+
+// How much of the oxygen becomes water along a ring-disk sweep: %H2O against the disk's potential.
+//
+// The evaluation runs when a track is chosen, when a box is left that was changed, and by the
+// button. Tracks without a ring leave plot and report as they were; the line below the button then
+// says whose they are. Settings that cannot be used are refused in a message box only where the
+// person chose a track or pressed the button.
+class frmO2Reduction : public AnalysisForm {
+ public:
+  static constexpr const char* kName = "frmO2Reduction";
+
+  frmO2Reduction(Workstation& workstation, Host& host);
+
+  TextBox txtDataNum;
+  UpDown UpDown1;
+  Label lblMode;
+  TextBox txtTitle;
+  TextBox txtRPM;
+  TextBox txtCE;
+  TextBox txtVstep;
+  TextBox txtVrange;
+  Button cmdCalc;
+  Label lblNote;  // what the report does not say: why there is none, what is missing in it
+  PreviewPlot H2OGraph;
+
+  bool Load() override;
+  void Activate() override;
+  LayoutNode Layout() override;
+  void Calculate() override;
+
+ private:
+  // How loudly a track that cannot be evaluated is refused.
+  enum class Asked {
+    kNot,        // nobody asked: in the line below the button
+    kForTrack,   // a track was chosen: wrong settings in a message box
+    kForResult,  // by the button: everything in a message box
+  };
+
+  void ShowTrack(Asked asked);
+  void ShowSettings();
+  void StoreSettings();
+  void LeaveBox();
+  void Evaluate(Asked asked);
+  void Decline(const std::string& why, bool loudly);
+  void ShowShares(const OxygenShares& shares);
+  void DrawShares(const OxygenShares& shares);
+  std::string NoteOn(const OxygenShares& shares) const;
+
+  TrackSelector selector_;
+  std::int32_t generation_ = 0;    // of the track files
+  bool settings_changed_ = false;  // since the last evaluation
+  int evaluated_track_ = -1;       // whose report and plot are shown
+};
+
+}  // namespace zento

@@ -1,0 +1,272 @@
+#include "analysis/tafel_form.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <span>
+
+#include "analysis/track_points.h"
+#include "core/axis_step.h"
+#include "core/palette.h"
+#include "core/tables.h"
+#include "text/format.h"
+#include "text/number.h"
+
+namespace zento {
+namespace {
+
+constexpr int kLightBlue = 9;
+constexpr int kLightGreen = 10;
+constexpr double kPointRadius = 2;
+constexpr int kFontSize = 10;
+constexpr PlotRange kInitialRange{-0.1, -4, 0.1, -3};
+
+const char* NameOf(TafelBranch branch) {
+  return branch == TafelBranch::kAnodic ? "anodic" : "cathodic";
+}
+
+// In the other modes column 0 is no potential.
+bool HasPotentials(std::int32_t mode) {
+  return mode != kModeNone && mode != kModePS && mode != kModeRPMvsj;
+}
+
+std::string NoteOn(const TafelFit& fit) {
+  std::string note = fit.branch == TafelBranch::kAnodic
+                         ? "Anodic branch: α*ne stands for (1 - α) times n."
+                         : "Cathodic branch: α*ne is α times n.";
+  if (fit.left_out > 0) {
+    note += " Points without current, left out: " + PlainNumber(fit.left_out) + ".";
+  }
+  if (fit.unusual_sign) {
+    note += fit.branch == TafelBranch::kAnodic
+                ? " The currents are negative: do they fall again, as behind a peak?"
+                : " The currents are positive: do they fall again, as behind a peak?";
+  }
+  return note;
+}
+
+Outcome OutcomeOf(const TafelFit& fit) {
+  Outcome outcome;
+  outcome.fit = fit.quality;
+  // Of the anodic branch, +1, alpha_n is (1 - alpha) n.
+  const double branch = fit.branch == TafelBranch::kAnodic ? 1 : -1;
+  outcome.quantities = {{"alpha_n", "", fit.alpha_n, fit.alpha_n_error},
+                        {"log_i0", "", fit.log_i0, fit.log_i0_error},
+                        {"i0", "A/cm2", fit.i0_density, fit.i0_density_error},
+                        {"branch", "", branch, {}}};
+  outcome.columns = {
+      {"eta", "V", fit.overpotential}, {"i", "A", fit.current}, {"log_i", "", fit.log_current}};
+  return outcome;
+}
+
+}  // namespace
+
+frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
+    : AnalysisForm(workstation, host, kName, "Tafel Analysis"),
+      txtDataNum(*this, "txtDataNum", PlainNumber(workstation.shown_track)),
+      UpDown1(*this, "UpDown1"),
+      lblMode(*this, "lblMode"),
+      txtTitle(*this, "txtTitle"),
+      txtRPM(*this, "txtRPM"),
+      lblpnum(*this, "lblpnum"),
+      txtRedoxPotential(*this, "txtRedoxPotential"),
+      txtArea(*this, "txtArea"),
+      txtStart(*this, "txtStart"),
+      updStart(*this, "updStart"),
+      lblStartPoint(*this, "lblStartPoint"),
+      txtEnd(*this, "txtEnd"),
+      updEnd(*this, "updEnd"),
+      lblEndPoint(*this, "lblEndPoint"),
+      cmdCalc(*this, "cmdCalc", "Calculation"),
+      lblNote(*this, "lblNote"),
+      PrevGraph(*this, "PrevGraph"),
+      selector_(txtDataNum, UpDown1),
+      range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kAsStart),
+      graph_(host, kGraphName) {
+  txtTitle.read_only = true;
+  txtRPM.read_only = true;
+  txtRedoxPotential.SetTip(
+      "Redox potential of the couple in V, against the reference electrode of the track");
+  txtArea.SetTip("Electrode area in cm2; Calculation also stores it with the track");
+  cmdCalc.SetTip(
+      "Fits log10|i| against the overpotential. Choose points of one branch at least 0.12 V / n "
+      "from the redox potential, where the reaction back is below 1 %, and with currents below a "
+      "hundredth of the limiting or peak current.");
+  selector_.on_change = [this] { ShowTrack(); };
+  range_.describe = [this](std::int32_t point) {
+    return PointText(tracks(), selector_.track(), point);
+  };
+  range_.on_change = [this] { DrawPreview(); };
+  txtRedoxPotential.on_lost_focus = [this] { LeaveRedoxPotential(); };
+  txtRedoxPotential.on_key = [this](Key key) {
+    if (key.code == KeyCode::kEnter) LeaveRedoxPotential();
+  };
+  txtArea.on_lost_focus = [this] { LeaveArea(); };
+  txtArea.on_key = [this](Key key) {
+    if (key.code == KeyCode::kEnter) LeaveArea();
+  };
+  cmdCalc.on_click = [this] { Calculate(); };
+}
+
+bool frmTafelAnalyzer::Load() {
+  generation_ = workstation().DataGeneration;
+  selector_.Show(ToLong(ParseLenient(txtDataNum.text())));
+  txtRedoxPotential.SetText(PlainNumber(settings().TaEred));
+  // A settings file may hold anything.
+  txtArea.SetText(PlainNumber(settings().TaArea));
+  LeaveArea();
+  ShowTrack();
+  return true;
+}
+
+void frmTafelAnalyzer::Activate() {
+  if (generation_ == workstation().DataGeneration) return;
+  generation_ = workstation().DataGeneration;
+  ShowTrack();
+}
+
+void frmTafelAnalyzer::ShowTrack() {
+  const int track = selector_.track();
+  const TrackRecord& record = tracks().Record(track);
+  const bool holds = HoldsTrack(tracks(), track);
+  lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
+  txtTitle.SetText(holds ? record.Title : std::string());
+  txtRPM.SetText(holds ? PlainNumber(record.RPM) : std::string());
+  lblpnum.SetText(PlainNumber(holds ? tracks().PointCount(track) : 0));
+  if (holds) {
+    range_.ShowWhole(tracks().PointCount(track));
+  } else {
+    range_.Empty();
+  }
+  DrawPreview();
+}
+
+void frmTafelAnalyzer::DrawPreview() {
+  DrawSelection(PrevGraph, tracks(), selector_.track(), range_.start(), range_.end());
+}
+
+void frmTafelAnalyzer::LeaveRedoxPotential() {
+  settings().TaEred = ParseLenient(txtRedoxPotential.text());
+  txtRedoxPotential.SetText(PlainNumber(settings().TaEred));
+}
+
+void frmTafelAnalyzer::LeaveArea() {
+  const double typed = ParseLenient(txtArea.text());
+  settings().TaArea = typed > 0 ? typed : 1;
+  txtArea.SetText(PlainNumber(settings().TaArea));
+}
+
+void frmTafelAnalyzer::Calculate() {
+  plot_range_ = kInitialRange;
+  ShowReport({}, {});
+  lblNote.SetText({});
+  tracks().Record(selector_.track()).Area = settings().TaArea;
+
+  const Result<TafelFit> fit = Fit();
+  if (!fit.ok()) return Refuse(fit.why());
+  DrawFit(fit.value());
+  ShowReport(ReportOf(fit.value()), OutcomeOf(fit.value()));
+  lblNote.SetText(NoteOn(fit.value()));
+}
+
+Result<TafelFit> frmTafelAnalyzer::Fit() const {
+  const int track = selector_.track();
+  const std::int32_t mode = tracks().Record(track).Mode;
+  if (!HoldsTrack(tracks(), track)) {
+    return Status::Failure("Track " + PlainNumber(track) + " is empty.");
+  }
+  if (!HasPotentials(mode)) {
+    return Status::Failure("A Tafel plot needs currents at different potentials; a " +
+                           std::string(EntryOf(ModeName, mode)) + " track has none.");
+  }
+  // The track may have become shorter since it was shown.
+  const std::int32_t last = std::min(range_.end(), tracks().PointCount(track) - 1);
+  const std::int32_t first = std::max(range_.start(), 0);
+  if (range_.empty() || first > last) {
+    return Status::Failure("No point is chosen: the range ends before it starts.");
+  }
+  const auto from = static_cast<std::size_t>(first);
+  const auto count = static_cast<std::size_t>(last - first) + 1;
+  return FitTafel(tracks().Points(0, track).subspan(from, count),
+                  tracks().Points(1, track).subspan(from, count), settings().TaEred,
+                  settings().TaArea);
+}
+
+void frmTafelAnalyzer::DrawFit(const TafelFit& fit) {
+  const auto [least, most] =
+      std::minmax_element(fit.overpotential.begin(), fit.overpotential.end());
+  // The line begins at eta = 0, where i0 is read off.
+  const double from = std::min(*least, 0.0);
+  const double to = std::max(*most, 0.0);
+  const StraightLine& line = fit.quality.line;
+  const auto at = [&](double eta) { return line.slope * eta + line.intercept; };
+  for (std::size_t i = 0; i < fit.current.size(); ++i) {
+    Extend(plot_range_, fit.overpotential[i], fit.log_current[i]);
+  }
+  Extend(plot_range_, from, at(from));
+  Extend(plot_range_, to, at(to));
+  plot_range_ = WithMargin(plot_range_);
+
+  Graph& graph = graph_.Show();
+  const PlotRange& r = plot_range_;
+  graph.View(r.x1, r.y2, r.x2, r.y1);
+  graph.SetXFormat("0.0");
+  graph.SetYFormat("0.0");
+  graph.Axis(TickStep(r.x1, r.x2), TickStep(r.y1, r.y2), kFontSize, "η/ V");
+  graph.SetTitle("Tafel Plot");
+  for (std::size_t i = 0; i < fit.current.size(); ++i) {
+    graph.VCircle(fit.overpotential[i], fit.log_current[i], kPointRadius, QBColor(kLightBlue));
+  }
+  graph.VLine(from, at(from), to, at(to), QBColor(kLightGreen));
+}
+
+std::string frmTafelAnalyzer::ReportOf(const TafelFit& fit) const {
+  std::string report;
+  const auto line = [&](const char* label, const std::string& value) {
+    report.append(label).append("\t").append(value).append("\r\n");
+  };
+  const int track = selector_.track();
+  line("File", workstation().FileTitle);
+  line("Track", PlainNumber(track));
+  line("Title", tracks().Record(track).Title);
+  line("Ered/V", Format(settings().TaEred, "0.0###"));
+  line("Area /cm2", Format(settings().TaArea, "0.0###"));
+  line("Nstart", PlainNumber(range_.start()));
+  line("Nend", PlainNumber(std::min(range_.end(), tracks().PointCount(track) - 1)));
+  line("Branch", NameOf(fit.branch));
+  line("logi0", Format(fit.log_i0, "0.0000"));
+  line("α*ne:", Format(fit.alpha_n, "0.0000"));
+  line("i0 /Acm-2", Format(fit.i0_density, "0.000e+0"));
+  report += "η/V\ti /A\tlog|i|\r\n";
+  for (std::size_t i = 0; i < fit.current.size(); ++i) {
+    report += Format(fit.overpotential[i], "0.0000") + "\t" + Format(fit.current[i], "0.0000e+0") +
+              "\t" + Format(fit.log_current[i], "0.0000") + "\r\n";
+  }
+  return report;
+}
+
+LayoutNode frmTafelAnalyzer::Layout() {
+  using namespace layout;
+  return Rows({
+      Columns(
+          {
+              Rows({
+                  Group("Track", {Fields({Field("Track", txtDataNum, &UpDown1),
+                                          Field("Mode", lblMode), Field("Title", txtTitle),
+                                          Field("RPM", txtRPM), Field("Data Num:", lblpnum)})}),
+                  Group("Electrode", {Fields({Field("Redox Potential/V", txtRedoxPotential),
+                                              Field("A/cm2", txtArea)})}),
+                  Group("Points",
+                        {Fields({Field("Start", txtStart, &updStart)}), Item(lblStartPoint),
+                         Fields({Field("End", txtEnd, &updEnd)}), Item(lblEndPoint)}),
+                  Item(cmdCalc),
+                  Stretch(),
+              }),
+              Rows({Item(PrevGraph, 1)}, 2),
+              Rows({ReportPanel()}, 1),
+          },
+          1),
+      Item(lblNote),
+  });
+}
+
+}  // namespace zento

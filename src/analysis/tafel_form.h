@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "analysis/analysis_form.h"
+#include "analysis/own_graph.h"
+#include "analysis/point_range.h"
+#include "analysis/tafel.h"
+#include "analysis/track_selector.h"
+#include "graph/plot_range.h"
+#include "graph/preview_plot.h"
+
+namespace zento {
+
+// Tafel analysis of a part of one track: the line of log10|i| against the overpotential, alpha
+// times n and the exchange current from it, drawn in a graph window of its own.
+class frmTafelAnalyzer : public AnalysisForm {
+ public:
+  static constexpr const char* kName = "frmTafelAnalyzer";
+  static constexpr const char* kGraphName = "TafelGraph";
+
+  frmTafelAnalyzer(Workstation& workstation, Host& host);
+
+  TextBox txtDataNum;
+  UpDown UpDown1;
+  Label lblMode;
+  TextBox txtTitle;
+  TextBox txtRPM;
+  Label lblpnum;
+  TextBox txtRedoxPotential;
+  TextBox txtArea;
+  TextBox txtStart;
+  UpDown updStart;
+  Label lblStartPoint;
+  TextBox txtEnd;
+  UpDown updEnd;
+  Label lblEndPoint;
+  Button cmdCalc;
+  Label lblNote;  // the branch, and what speaks against the result
+  PreviewPlot PrevGraph;
+
+  bool Load() override;
+  void Activate() override;
+  LayoutNode Layout() override;
+  // Empties the report and writes the area into the track's record even when no line can be fitted.
+  void Calculate() override;
+
+ private:
+  void ShowTrack();
+  void DrawPreview();
+  void LeaveRedoxPotential();
+  void LeaveArea();
+  Result<TafelFit> Fit() const;
+  void DrawFit(const TafelFit& fit);
+  std::string ReportOf(const TafelFit& fit) const;
+
+  TrackSelector selector_;
+  PointRange range_;
+  PlotRange plot_range_;  // eta in V, log10 of the current in A
+  OwnGraph graph_;
+  std::int32_t generation_ = 0;  // of the track files
+};
+
+}  // namespace zento
