@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "analysis/kl_form.h"
 #include "analysis/oxygen_form.h"
 #include "analysis/tafel_form.h"
 
@@ -17,6 +18,7 @@ void Register(Desktop& desktop, Workstation& workstation, Host& host) {
 }  // namespace
 
 void RegisterAnalysisForms(Desktop& desktop, Workstation& workstation, Host& host) {
+  Register<frmKoutecky_Levich>(desktop, workstation, host);
   Register<frmTafelAnalyzer>(desktop, workstation, host);
   Register<frmO2Reduction>(desktop, workstation, host);
 }

@@ -238,6 +238,7 @@ TrackFileLoad OpenTracks(Workstation& ws, Files& files, const std::filesystem::p
       WithBytes(files, path, [&](std::string_view bytes) { return ReadTracks(bytes, ws.tracks); });
   if (load.complete() || load.outcome == Outcome::kBrokenOff) MarkTracksKept(ws);
   if (!load.complete()) return load;
+  ws.tracks.InitializeParameters();
   ws.FileTitle = TextFromPath(path.filename());
   ++ws.DataGeneration;
   return load;

@@ -14,6 +14,17 @@ void KouteckyLevichLists::Resize() {
   KLSubVal.resize(kTracks);
 }
 
+void TrackStore::InitializeParameters() {
+  kl.Resize();
+  for (std::size_t track = 0; track < kTracks; ++track) {
+    if (records_[track].Mode != kModeNone) continue;
+    kl.KLUseFlag[track] = 0;
+    kl.KLNStart[track] = 0;
+    kl.KLNEnd[track] = 0;
+    kl.KLBaseNEnd[track] = 0;
+  }
+}
+
 std::vector<double>& TrackStore::Column(int column, int slot) {
   return data_[static_cast<std::size_t>(slot)][static_cast<std::size_t>(column)];
 }

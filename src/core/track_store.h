@@ -29,6 +29,7 @@ struct KouteckyLevichLists {
 
   // All seven to 21 elements: shorter ones gain zeros, longer ones lose what is beyond.
   void Resize();
+  friend bool operator==(const KouteckyLevichLists&, const KouteckyLevichLists&) = default;
 };
 
 // The numbered tracks: headers and points. Point access is constant-time; points beyond what a
@@ -57,6 +58,10 @@ class TrackStore {
   void CopyTrackHeader(int from, int to);
   // Columns 0 and 1 of the source's pnum points, and column 2 in modes 2, 6 and 7.
   void CopyTrackData(int from, int to);
+
+  // Resizes the Koutecky-Levich lists and forgets what they say of empty tracks: use flag, start,
+  // end, base line's end. Done after opening a file and when the analysis window opens.
+  void InitializeParameters();
 
   KouteckyLevichLists kl;
 

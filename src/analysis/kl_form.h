@@ -1,0 +1,133 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/analysis_form.h"
+#include "analysis/koutecky_levich.h"
+#include "analysis/own_graph.h"
+#include "analysis/point_range.h"
+#include "analysis/track_selector.h"
+#include "graph/plot_range.h"
+#include "graph/preview_plot.h"
+
+namespace zento {
+
+// Koutecky-Levich and Levich analysis: one current for each rotation rate, from several tracks or
+// from the points of one rotation-rate sweep, in a plot of its own with the fitted line, solved for
+// one of n, viscosity, D and C.
+class frmKoutecky_Levich : public AnalysisForm {
+ public:
+  static constexpr const char* kName = "frmKoutecky_Levich";
+  static constexpr const char* kGraphName = "KLGraph";
+
+  frmKoutecky_Levich(Workstation& workstation, Host& host);
+
+  TextBox txtDataNum;
+  UpDown UpDown1;
+  TextBox txtTitle;
+  TextBox txtRPM;
+  Label lblpnum;
+  CheckBox chkUse;
+  TextBox txtStart;
+  UpDown updStart;
+  Label lblStartPoint;
+  TextBox txtEnd;
+  UpDown updEnd;
+  Label lblEndPoint;
+  OptionGroup opnBaseLine;
+  TextBox txtSubVal;  // A
+  TextBox txtBaseTrack;
+  UpDown updBase;
+  TextBox txtBaseTitle;
+  TextBox txtBaseRPM;
+  Label lblbasepnum;
+  TextBox txtBaseEnd;
+  UpDown updBaseEnd;
+  Label lblBaseEndPoint;
+  PreviewPlot PrevGraph;
+  TextBox txtUseVoltage;   // V
+  TextBox txtKLVrange;     // V
+  TextBox txtArea;         // cm2
+  TextBox txtKLViscosity;  // cm2/s
+  TextBox txtDm;           // cm2/s
+  TextBox txtConc;         // mol/cm3
+  TextBox txtne;
+  OptionGroup opnMethod;
+  OptionGroup opnVariable;
+  Button cmdKLCalc;
+
+  bool Load() override;
+  void Activate() override;
+  LayoutNode Layout() override;
+  void Calculate() override;
+
+  // See TrackStore.
+  void InitializeParameters() { tracks().InitializeParameters(); }
+
+ private:
+  // The points of the plot, with where they come from.
+  struct Points {
+    std::vector<double> x;
+    std::vector<double> y;
+    std::vector<double> rpm;
+    void Add(const std::optional<Point>& point, double rate);
+  };
+  // The first and last point of a track that are used.
+  struct Ends {
+    std::int32_t first = 0;
+    std::int32_t last = 0;
+  };
+
+  void WireBoxes();
+  void WireTrack();
+  void ShowSettings();
+  void ShowQuantities();
+  void ShowTrack();
+  void ShowBaseTrack();
+  void ShowPointLabels();
+  void DrawPreview();
+  void Redraw();
+  void LeaveWindow();
+  void ChooseBaseLine(int mode);
+  void ChooseBaseTrack(int track);
+  // The base line's track is used whole until a person says otherwise.
+  void UseWholeBaseTrack();
+
+  // Whether the track has points that this window can work on.
+  bool Usable(int track) const;
+  bool OneTrack() const;
+  std::size_t Current() const { return static_cast<std::size_t>(selector_.track()); }
+  int BaseTrack() const;
+  // As they are stored, held within the track; an end of 0, which nobody can choose, stands for a
+  // track that was never given a range, and means its last point.
+  Ends EndsOf(int track) const;
+  PotentialWindow Window() const;
+  double BaseCurrent(int track);
+  std::optional<double> MeanCurrent(int track, const PotentialWindow& window, Ends ends);
+  Points TrackPoints();
+  Points SweepPoints();
+
+  void DrawPlot(const Points& points);
+  void DrawLine(const StraightLine& line);
+  void Report(const Points& points, const LineQuality& fit);
+  void ReportFailure();
+  LevichMethod Method() const;
+  LevichUnknown Unknown() const;
+  LevichQuantities Quantities() const;
+  void Store(LevichUnknown unknown, double value);
+  std::string ReportText(const Points& points, const LevichQuantities& quantities, double jk) const;
+  double ReportedPotential() const;
+
+  TrackSelector selector_;
+  PointIndex start_;
+  PointIndex end_;
+  PointIndex base_end_;
+  PlotRange plot_range_;
+  OwnGraph graph_;
+  std::int32_t generation_ = 0;  // of the track files
+};
+
+}  // namespace zento
