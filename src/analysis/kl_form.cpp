@@ -36,7 +36,7 @@ void Bind(TextBox& box, double& setting) {
 
 frmKoutecky_Levich::frmKoutecky_Levich(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Koutecky-Levich Analysis"),
-      txtDataNum(*this, "txtDataNum", PlainNumber(workstation.shown_track)),
+      txtDataNum(*this, "txtDataNum"),
       UpDown1(*this, "UpDown1"),
       txtTitle(*this, "txtTitle"),
       txtRPM(*this, "txtRPM"),
@@ -137,7 +137,7 @@ bool frmKoutecky_Levich::Load() {
   generation_ = workstation().DataGeneration;
   InitializeParameters();
   ShowSettings();
-  selector_.Show(ToLong(ParseLenient(txtDataNum.text())));
+  selector_.Show(workstation().shown_track);
   ShowTrack();
   return true;
 }

@@ -13,7 +13,7 @@ TrackSelector::TrackSelector(TextBox& box, UpDown& arrows) : box_(box) {
   box.on_key = [this](Key key) {
     if (key.code == KeyCode::kEnter) Commit();
   };
-  Show(0);
+  Show(ToLong(ParseLenient(box.text())));
 }
 
 void TrackSelector::Show(int track) {

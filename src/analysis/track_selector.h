@@ -12,7 +12,7 @@ namespace zento {
 // within 0 to 20.
 class TrackSelector {
  public:
-  // Both controls outlive this.
+  // Both controls outlive this. Begins with the number that stands in the box.
   TrackSelector(TextBox& box, UpDown& arrows);
   TrackSelector(const TrackSelector&) = delete;
   TrackSelector& operator=(const TrackSelector&) = delete;
