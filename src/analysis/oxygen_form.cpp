@@ -47,7 +47,7 @@ Outcome OutcomeOf(const OxygenShares& shares) {
 
 frmO2Reduction::frmO2Reduction(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "%H2O Graph"),
-      txtDataNum(*this, "txtDataNum", "0"),
+      txtDataNum(*this, "txtDataNum"),
       UpDown1(*this, "UpDown1"),
       lblMode(*this, "lblMode"),
       txtTitle(*this, "txtTitle"),

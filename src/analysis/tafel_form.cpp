@@ -50,7 +50,7 @@ Outcome OutcomeOf(const TafelFit& fit) {
   // Of the anodic branch, +1, alpha_n is (1 - alpha) n.
   const double branch = fit.branch == TafelBranch::kAnodic ? 1 : -1;
   outcome.quantities = {{"alpha_n", "", fit.alpha_n, fit.alpha_n_error},
-                        {"log_i0", "", fit.log_i0, fit.log_i0_error},
+                        {"log_i0", "", fit.log_i0, {}},  // its error is the intercept's
                         {"i0", "A/cm2", fit.i0_density, fit.i0_density_error},
                         {"branch", "", branch, {}}};
   outcome.columns = {
@@ -62,7 +62,7 @@ Outcome OutcomeOf(const TafelFit& fit) {
 
 frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Tafel Analysis"),
-      txtDataNum(*this, "txtDataNum", PlainNumber(workstation.shown_track)),
+      txtDataNum(*this, "txtDataNum"),
       UpDown1(*this, "UpDown1"),
       lblMode(*this, "lblMode"),
       txtTitle(*this, "txtTitle"),
@@ -109,7 +109,7 @@ frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
 
 bool frmTafelAnalyzer::Load() {
   generation_ = workstation().DataGeneration;
-  selector_.Show(ToLong(ParseLenient(txtDataNum.text())));
+  selector_.Show(workstation().shown_track);
   txtRedoxPotential.SetText(PlainNumber(settings().TaEred));
   // A settings file may hold anything.
   txtArea.SetText(PlainNumber(settings().TaArea));
