@@ -2,53 +2,149 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 
+#include "analysis/exact_sum.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
 
-// Some 0.1 s of looking at points; a window that takes longer would hold up a run's timers.
-constexpr double kMostWork = 5e7;
+// Steps beyond this number are finer than any board's and would hold up a run's timers.
+constexpr double kMostSteps = 1e6;
 
-// Looks for the points of one window after the other. A falling sweep is scanned with all
-// potentials negated, which is exact: its comparisons then are those of a rising one.
+// Up to so many windows a point the sums are made anew for each window, in the order of the points
+// as the definition has them, which is also faster. Beyond that they move along.
+constexpr double kFewWindows = 64;
+
+struct Columns {
+  std::span<const double> potential, disk, ring;
+};
+
+struct Sums {
+  std::size_t points = 0;
+  double potential = 0, disk = 0, ring = 0;
+};
+
+bool AllFinite(const Columns& columns) {
+  return std::ranges::all_of(std::array{columns.potential, columns.disk, columns.ring},
+                             [](std::span<const double> column) {
+                               return std::ranges::all_of(
+                                   column, [](double value) { return std::isfinite(value); });
+                             });
+}
+
+// The sums over a window that moves along: points enter as its far edge passes them and leave when
+// they lie before its start or its near edge. Each does so once a segment, so the work does not
+// grow with the windows' overlap.
+class MovingSums {
+ public:
+  explicit MovingSums(const Columns& columns)
+      : columns_(columns),
+        potential_(columns.potential),
+        disk_(columns.disk),
+        ring_(columns.ring),
+        inside_(columns.potential.size()),
+        next_due_(columns.potential.size()) {}
+
+  void BeginSegment(std::size_t start, double windows) {
+    std::fill(inside_.begin(), inside_.end(), false);
+    for (ExactSum* sum : {&potential_, &disk_, &ring_}) sum->Clear();
+    count_ = 0;
+    window_ = 0;
+    start_ = start;
+    due_.assign(static_cast<std::size_t>(windows) + 3, kNone);
+  }
+  // `excess` = how far the point lies beyond the near edge, in steps.
+  void Enter(std::size_t point, double excess) {
+    Count(point, true);
+    LookAgain(point, excess);
+  }
+  // `excess` of a point, as above. At most two windows more than announced.
+  template <typename Excess>
+  Sums Move(std::size_t start, const Excess& excess) {
+    for (; start_ < start; ++start_) {
+      if (inside_[start_]) Count(start_, false);
+    }
+    std::size_t point = std::exchange(due_[window_], kNone);
+    while (point != kNone) {
+      const std::size_t next = next_due_[point];
+      const double beyond = excess(point);
+      if (inside_[point] && beyond <= 0) {
+        Count(point, false);
+      } else if (inside_[point]) {
+        LookAgain(point, beyond);
+      }
+      point = next;
+    }
+    ++window_;
+    return {count_, potential_.value(), disk_.value(), ring_.value()};
+  }
+
+ private:
+  static constexpr auto kNone = static_cast<std::size_t>(-1);
+
+  void Count(std::size_t point, bool in) {
+    const auto count = [&](ExactSum& sum, double term) { in ? sum.Add(term) : sum.Subtract(term); };
+    count(potential_, columns_.potential[point]);
+    count(disk_, columns_.disk[point]);
+    count(ring_, columns_.ring[point]);
+    count_ += in ? 1 : static_cast<std::size_t>(-1);
+    inside_[point] = in;
+  }
+  // When the near edge may have come to the point.
+  void LookAgain(std::size_t point, double excess) {
+    const double steps = std::clamp(std::floor(excess), 1.0, static_cast<double>(due_.size()));
+    const std::size_t at = window_ + static_cast<std::size_t>(steps);
+    if (at < due_.size()) next_due_[point] = std::exchange(due_[at], point);
+  }
+
+  Columns columns_;
+  ExactSum potential_, disk_, ring_;
+  std::size_t count_ = 0;
+  std::size_t window_ = 0;
+  std::size_t start_ = 0;
+  std::vector<bool> inside_;
+  std::vector<std::size_t> due_;       // for each window the first of the points to look at
+  std::vector<std::size_t> next_due_;  // for each of them the next one
+};
+
+// Looks for the points of one window after the other.
 class WindowScan {
  public:
-  struct Sums {
-    std::size_t points = 0;
-    double potential = 0, disk = 0, ring = 0;
-  };
-
-  WindowScan(std::span<const double> potential, std::span<const double> disk,
-             std::span<const double> ring)
-      : potential_(potential), disk_(disk), ring_(ring) {}
+  WindowScan(const Columns& columns, const OxygenSettings& settings)
+      : columns_(columns), settings_(settings) {
+    const bool overlap = 2 * settings.half_width > kFewWindows * settings.step;
+    if (overlap && AllFinite(columns)) moving_.emplace(columns);
+  }
 
   // Before the first window of a segment with direction +1 or -1.
-  void BeginSegment(double direction) {
+  void BeginSegment(double direction, double windows) {
     direction_ = direction;
-    candidates_.clear();
     end_ = beyond_ = start_;
+    if (moving_) moving_->BeginSegment(start_, windows);
   }
 
   // The points of the window about `centre`. A segment's windows come in the order of its sweep.
-  Sums Take(double centre, const OxygenSettings& settings) {
+  Sums Take(double centre) {
     const double middle = direction_ * centre;
-    const double near_edge = middle - settings.half_width;
-    const double far_edge = middle + settings.half_width;
-    const double next_near_edge = middle + settings.step - settings.half_width;
-    while (end_ < potential_.size() && X(end_) < far_edge) candidates_.push_back(end_++);
-    FindNextStart(next_near_edge);
-    const Sums sums = AddCandidates(near_edge);
+    const double near_edge = middle - settings_.half_width;
+    const double far_edge = middle + settings_.half_width;
+    const std::size_t known = end_;
+    while (end_ < columns_.potential.size() && X(end_) < far_edge) ++end_;
+    FindNextStart(middle + settings_.step - settings_.half_width);
+    const Sums sums = moving_ ? Move(known, near_edge) : AddUp(near_edge);
     start_ = beyond_;
     return sums;
   }
 
   // Nothing is left to scan.
-  bool AtEnd() const { return start_ >= potential_.size(); }
+  bool AtEnd() const { return start_ >= columns_.potential.size(); }
 
  private:
-  double X(std::size_t point) const { return direction_ * potential_[point]; }
+  // Falling sweeps are negated, which is exact: their comparisons then are those of rising ones.
+  double X(std::size_t point) const { return direction_ * columns_.potential[point]; }
 
   // The first point that lies beyond the next window's near edge, at most where this scan ended.
   // On a rising sweep a point on that edge is not beyond it, on a falling one it is.
@@ -58,33 +154,38 @@ class WindowScan {
     while (beyond_ < end_ && !beyond(X(beyond_))) ++beyond_;
   }
 
-  // Both edges only move forward along the sweep, so a point that was passed over, or that lies
-  // before the start, is so for the rest of the segment and need not be looked at again. The order
-  // of the additions is that of the points.
-  Sums AddCandidates(double near_edge) {
+  Sums AddUp(double near_edge) const {
     Sums sums;
-    std::size_t kept = 0;
-    for (const std::size_t point : candidates_) {
-      if (point < start_ || X(point) <= near_edge) continue;
-      candidates_[kept++] = point;
+    for (std::size_t p = start_; p < end_; ++p) {
+      if (X(p) <= near_edge) continue;
       ++sums.points;
-      sums.potential += potential_[point];
-      sums.disk += disk_[point];
-      sums.ring += ring_[point];
+      sums.potential += columns_.potential[p];
+      sums.disk += columns_.disk[p];
+      sums.ring += columns_.ring[p];
     }
-    candidates_.resize(kept);
     return sums;
   }
 
-  std::span<const double> potential_, disk_, ring_;
+  // The near edge only moves forward, so a point that it has passed stays out for the segment.
+  Sums Move(std::size_t known, double near_edge) {
+    const auto excess = [&](std::size_t p) { return (X(p) - near_edge) / settings_.step; };
+    for (std::size_t p = known; p < end_; ++p) {
+      if (X(p) > near_edge) moving_->Enter(p, excess(p));
+    }
+    return moving_->Move(start_, excess);
+  }
+
+  Columns columns_;
+  OxygenSettings settings_;
+  std::optional<MovingSums> moving_;
   double direction_ = 1;
-  std::size_t start_ = 0;  // of the window's scan
-  std::size_t end_ = 0;  // where the window's scan ends: the first point at or behind its far edge
+  // All three only grow within a segment, as the windows' edges do.
+  std::size_t start_ = 0;   // of the window's scan
+  std::size_t end_ = 0;     // of the window's scan: the first point at or behind its far edge
   std::size_t beyond_ = 0;  // all points from start_ to before it lie before the next near edge
-  std::vector<std::size_t> candidates_;  // points from start_ to before end_ that may lie inside
 };
 
-void Append(OxygenShares& shares, const WindowScan::Sums& sums, double collection) {
+void Append(OxygenShares& shares, const Sums& sums, double collection) {
   if (sums.points == 0) return;
   const auto points = static_cast<double>(sums.points);
   const double disk = std::fabs(sums.disk / points);
@@ -103,27 +204,20 @@ bool TurnedBack(std::span<const double> potential, double direction, double marg
   return furthest - direction * potential.back() > margin;
 }
 
-// How many steps there are, and how many times their windows look at a point.
-double Work(std::size_t points, const std::array<double, 3>& vertices,
-            const OxygenSettings& settings) {
-  double work = 0;
-  for (std::size_t i = 0; i < 2; ++i) {
-    const double steps = std::fabs(vertices[i + 1] - vertices[i]) / settings.step;
-    const double overlap = std::min(2 * settings.half_width / settings.step, steps);
-    work += steps + static_cast<double>(points) * overlap / 2;
-  }
-  return work;
+// How many windows a segment has, give or take one.
+double Windows(double start, double end, const OxygenSettings& settings) {
+  return std::floor(std::fabs(end - start) / settings.step) + 1;
 }
 
-Status Check(std::size_t points, const std::array<double, 3>& vertices,
-             const OxygenSettings& settings) {
+Status Check(const std::array<double, 3>& vertices, const OxygenSettings& settings) {
   if (!(settings.collection > 0)) {
     return Status::Failure("The collection efficiency must be above zero.");
   }
-  if (!(settings.step > 0)) return Status::Failure("The voltage step must not be zero.");
-  if (!(Work(points, vertices, settings) <= kMostWork)) {
+  if (!(settings.step > 0)) return Status::Failure("The voltage step must be above zero.");
+  for (std::size_t segment = 0; segment < 2; ++segment) {
+    if (Windows(vertices[segment], vertices[segment + 1], settings) <= kMostSteps) continue;
     return Status::Failure("The voltage step of " + PlainNumber(settings.step) +
-                           " V is too small for this sweep and voltage range.");
+                           " V is too small for this sweep.");
   }
   return {};
 }
@@ -141,19 +235,23 @@ Result<OxygenShares> EvaluateOxygen(std::span<const double> potential, std::span
   const std::size_t points = std::min({potential.size(), disk.size(), ring.size()});
   const OxygenSettings settings{given.collection, std::fabs(given.step),
                                 std::fabs(given.half_width)};
-  const Status usable = Check(points, vertices, settings);
+  const Status usable = Check(vertices, settings);
   if (!usable.ok()) return usable;
 
   OxygenShares shares;
-  WindowScan scan(potential.first(points), disk.first(points), ring.first(points));
+  WindowScan scan({potential.first(points), disk.first(points), ring.first(points)}, settings);
   for (std::size_t segment = 0; segment < 2; ++segment) {
     const double start = vertices[segment];
     const double end = vertices[segment + 1];
     const double direction = end - start > 0 ? 1 : -1;
-    scan.BeginSegment(direction);
-    for (double at = start; direction * at <= direction * end && !scan.AtEnd();
-         at += direction * settings.step) {
-      Append(shares, scan.Take(at, settings), settings.collection);
+    const double windows = Windows(start, end, settings);
+    scan.BeginSegment(direction, windows);
+    // The count ends the loop where a step is lost in the rounding of the potential.
+    double at = start;
+    for (double left = windows + 1; left >= 0 && direction * at <= direction * end; --left) {
+      if (scan.AtEnd()) break;
+      Append(shares, scan.Take(at), settings.collection);
+      at += direction * settings.step;
     }
     if (segment == 0 && points > 0 && scan.AtEnd()) {
       shares.second_segment_lost =

@@ -53,10 +53,13 @@ inline double ElectronsOfShare(double percent) {
 // point and takes in all later points that lie in it. Unless the half-width is larger than the
 // distance from there to the next step's near edge, nothing is left for the second segment then.
 //
-// The columns count as long as the shortest of them. Time: linear in points plus steps, and once
-// more for each point of each window. Fails, with a text for a person, when collection efficiency
-// or step is not above 0, and when the step is so fine that more than 5e7 points and steps would
-// have to be looked at.
+// The columns count as long as the shortest of them. Time: linear in points plus
+// steps, however much the windows overlap. Where a point lies in up to 64
+// windows, the means are those of the definition to the last bit; beyond that, of sums that do not
+// round.
+//
+// Fails, with a text for a person, when collection efficiency or step is not above 0, and when a
+// segment has more than 1e6 steps.
 Result<OxygenShares> EvaluateOxygen(std::span<const double> potential, std::span<const double> disk,
                                     std::span<const double> ring,
                                     const std::array<double, 3>& vertices,

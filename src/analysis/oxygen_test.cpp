@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <random>
 #include <string>
 #include <vector>
@@ -107,49 +108,84 @@ TEST(Oxygen, RefusesWhatHasNoMeaningOrNoEnd) {
   EXPECT_THAT(why({0.39, 0, 0.01}), HasSubstr("voltage step"));
   EXPECT_THAT(why({0.39, 1e-9, 0.01}), HasSubstr("too small"));
   EXPECT_THAT(why({0.39, 1e-300, 0.01}), HasSubstr("too small"));
+  // A step that the potential's own rounding swallows.
+  const Values far(9, 1e12);
+  EXPECT_TRUE(EvaluateOxygen(far, far, far, {1e12, 1e12 + 1, 1e12}, {0.39, 1e-5, 1e300}).ok());
+  EXPECT_TRUE(EvaluateOxygen(far, far, far, {1e12, 1e12 + 1, 1e12}, {0.39, 1e-5, 1e-6}).ok());
   // Signs of step and half-width do not count.
   EXPECT_EQ(sweep.Evaluate({0.39, -0.06, -0.015}).potential,
             sweep.Evaluate({0.39, 0.06, 0.015}).potential);
   EXPECT_EQ(EvaluateOxygen({}, {}, {}, {1, 0, 1}, {0.39, 0.05, 0.01}).value().size(), 0u);
 }
 
-// Sweeps with noise, waits, several cycles, vertices that do not fit: the same bits as by the plain
-// definition.
-TEST(Oxygen, GivesTheBitsOfTheDefinition) {
-  std::mt19937 random(20260101);
-  const auto pick = [&](double least, double most) {
-    return std::uniform_real_distribution<>(least, most)(random);
-  };
-  const auto whole = [&](int least, int most) {
-    return std::uniform_int_distribution<>(least, most)(random);
-  };
-  std::size_t evaluated = 0;
-  for (int k = 0; k < 1000; ++k) {
-    SCOPED_TRACE(k);
-    const double grid = whole(0, 2) == 0 ? 0.0 : 0.0025;  // as a board's steps
-    const auto on_grid = [&](double v) { return grid > 0 ? std::round(v / grid) * grid : v; };
-    std::array<double, 3> vertices{};
+// A random sweep with noise, waits on the way, several cycles, vertices that do not fit it.
+struct RandomCase {
+  std::array<double, 3> vertices{};
+  Values x, disk, ring;
+  OxygenSettings settings;
+
+  explicit RandomCase(std::mt19937& random) {
+    const auto pick = [&](double least, double most) {
+      return std::uniform_real_distribution<>(least, most)(random);
+    };
+    const auto whole = [&](int least, int most) {
+      return std::uniform_int_distribution<>(least, most)(random);
+    };
     for (double& vertex : vertices) vertex = std::round(pick(-10, 12)) / 10;
+    const bool on_grid = whole(0, 2) > 0;  // as a board's steps
     const double noise = whole(0, 1) * pick(0, 0.02);
-    Values x, disk, ring;
-    for (int segment = 0; segment < whole(1, 5); ++segment) {
+    const int segments = whole(1, 5);
+    for (int segment = 0; segment < segments; ++segment) {
       const double from = vertices[static_cast<std::size_t>(segment % 2)];
       const double to = vertices[static_cast<std::size_t>(segment % 2 + 1)];
       const int points = whole(1, 200);
       for (int i = 0; i < points; ++i) {
-        x.push_back(on_grid(from + (to - from) * i / points + pick(-noise, noise)));
+        const double volts = from + (to - from) * i / points + pick(-noise, noise);
+        x.push_back(on_grid ? std::round(volts / 0.0025) * 0.0025 : volts);
         disk.push_back(whole(0, 20) == 0 ? 0 : pick(-1e-3, 1e-4));
         ring.push_back(whole(0, 3) == 0 ? 0 : pick(0, 1e-5));
       }
     }
-    const OxygenSettings settings{0.39, std::round(pick(1, 300)) / 1000,
-                                  std::round(pick(1, 100)) / 1000};
-    const OxygenShares found = EvaluateOxygen(x, disk, ring, vertices, settings).value();
-    const OxygenShares expected = LiteralOxygen(x, disk, ring, vertices, settings);
+    settings = {0.39, std::round(pick(1, 300)) / 1000, std::round(pick(1, 100)) / 1000};
+  }
+};
+
+TEST(Oxygen, GivesTheBitsOfTheDefinition) {
+  std::mt19937 random(20260101);
+  std::size_t evaluated = 0;
+  for (int k = 0; k < 1000; ++k) {
+    SCOPED_TRACE(k);
+    const RandomCase c(random);
+    if (c.settings.half_width > 32 * c.settings.step) continue;
+    const OxygenShares found = EvaluateOxygen(c.x, c.disk, c.ring, c.vertices, c.settings).value();
+    const OxygenShares expected = LiteralOxygen(c.x, c.disk, c.ring, c.vertices, c.settings);
     EXPECT_EQ(found.potential, expected.potential);
     EXPECT_EQ(found.disk, expected.disk);
     EXPECT_EQ(found.ring, expected.ring);
     EXPECT_EQ(found.water, expected.water);
+    evaluated += found.size();
+  }
+  EXPECT_GT(evaluated, 5000u);
+}
+
+// Where the windows overlap so much that their sums move along, only rounding differs, and a sum
+// of nothing is nothing.
+TEST(Oxygen, MovingSumsAreThoseOfTheDefinition) {
+  std::mt19937 random(20260102);
+  std::size_t evaluated = 0;
+  for (int k = 0; k < 200; ++k) {
+    SCOPED_TRACE(k);
+    RandomCase c(random);
+    c.settings.step = c.settings.half_width / (33 + k);
+    const OxygenShares found = EvaluateOxygen(c.x, c.disk, c.ring, c.vertices, c.settings).value();
+    const OxygenShares expected = LiteralOxygen(c.x, c.disk, c.ring, c.vertices, c.settings);
+    ASSERT_EQ(found.size(), expected.size());
+    for (std::size_t i = 0; i < found.size(); ++i) {
+      ASSERT_NEAR(found.potential[i], expected.potential[i], 1e-13);
+      ASSERT_NEAR(found.disk[i], expected.disk[i], 1e-16);
+      ASSERT_NEAR(found.ring[i], expected.ring[i], 1e-18);
+      ASSERT_EQ(found.ring[i] == 0, expected.ring[i] == 0);
+    }
     evaluated += found.size();
   }
   EXPECT_GT(evaluated, 5000u);
