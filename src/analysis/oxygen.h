@@ -47,16 +47,16 @@ inline double ElectronsOfShare(double percent) {
 // one by one, reach it exactly. At each E the points within the half-width of E, both ends
 // excluded, are averaged.
 //
-// The scan for them goes on from where the step before left off: at the first point that lay
-// beyond the next window's near edge, or where its scan ended. It ends at the first point at or
-// beyond the window's far edge. So a window that reaches beyond the second vertex finds no such
-// point and takes in all later points that lie in it. Unless the half-width is larger than the
-// distance from there to the next step's near edge, nothing is left for the second segment then.
+// The scan for them goes on from where the step before left off: at the first point that lay beyond
+// the next window's near edge, or where its scan ended. It ends at the first point at or beyond the
+// window's far edge. A window that reaches beyond the second vertex finds no such point: it takes
+// in all later points that lie in it, and unless the next window's near edge had been passed before
+// the vertex, nothing is left for the second segment. A step that ends at least the half-width
+// before the vertex, or a half-width above the step, avoids that.
 //
-// The columns count as long as the shortest of them. Time: linear in points plus
-// steps, however much the windows overlap. Where a point lies in up to 64
-// windows, the means are those of the definition to the last bit; beyond that, of sums that do not
-// round.
+// The columns count as long as the shortest of them. Time: linear in points plus steps, however
+// much the windows overlap. Where a point lies in up to 64 windows, the means are those of the
+// definition to the last bit; beyond that, of sums that do not round.
 //
 // Fails, with a text for a person, when collection efficiency or step is not above 0, and when a
 // segment has more than 1e6 steps.
