@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include "analysis/cottrell_form.h"
+#include "analysis/coulomb_form.h"
 #include "analysis/kl_form.h"
 #include "analysis/oxygen_form.h"
 #include "analysis/tafel_form.h"
@@ -19,6 +21,8 @@ void Register(Desktop& desktop, Workstation& workstation, Host& host) {
 
 void RegisterAnalysisForms(Desktop& desktop, Workstation& workstation, Host& host) {
   Register<frmKoutecky_Levich>(desktop, workstation, host);
+  Register<frmCottrellEquation>(desktop, workstation, host);
+  Register<frmCoulombCalculator>(desktop, workstation, host);
   Register<frmTafelAnalyzer>(desktop, workstation, host);
   Register<frmO2Reduction>(desktop, workstation, host);
 }

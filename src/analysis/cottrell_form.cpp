@@ -1,0 +1,219 @@
+#include "analysis/cottrell_form.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+#include "analysis/track_points.h"
+#include "core/axis_step.h"
+#include "core/palette.h"
+#include "core/tables.h"
+#include "text/format.h"
+#include "text/number.h"
+
+namespace zento {
+namespace {
+
+constexpr int kLightBlue = 9;
+constexpr int kLightRed = 12;
+constexpr PlotRange kInitialRange{-0.2, -1e-6, 0.5, 1e-6};
+
+}  // namespace
+
+frmCottrellEquation::frmCottrellEquation(Workstation& workstation, Host& host)
+    : AnalysisForm(workstation, host, kName, "Cottrell Equation Analysis"),
+      txtDataNum(*this, "txtDataNum"),
+      UpDown1(*this, "UpDown1"),
+      lblMode(*this, "lblMode"),
+      txtTitle(*this, "txtTitle"),
+      txtRPM(*this, "txtRPM"),
+      txtne(*this, "txtne"),
+      txtConc(*this, "txtConc"),
+      txtArea(*this, "txtArea", "0.2827"),
+      txtStart(*this, "txtStart"),
+      updStart(*this, "updStart"),
+      lblStartPoint(*this, "lblStartPoint"),
+      txtEnd(*this, "txtEnd"),
+      updEnd(*this, "updEnd"),
+      lblEndPoint(*this, "lblEndPoint"),
+      opnCalcMode(*this, "opnCalcMode", {"y = a * x", "y = a * x + b"}, 0),
+      cmdCalc(*this, "cmdCalc", "Calculation"),
+      CottrellGraph(*this, "CottrellGraph"),
+      selector_(txtDataNum, UpDown1),
+      range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kNotRead) {
+  txtRPM.read_only = true;
+  CottrellGraph.SetTip("Current in A against 1/sqrt(t) in s^-1/2");
+  cmdCalc.SetTip(
+      "Fits a line to the points. Leave out the first ones, which the double layer and the delay "
+      "with which the step was seen falsify.");
+  WireBoxes();
+  selector_.on_change = [this] { ShowTrack(); };
+  range_.describe = [this](std::int32_t point) {
+    return PointText(tracks(), selector_.track(), point);
+  };
+  range_.on_change = [this] { MakePoints(); };
+  cmdCalc.on_click = [this] { Calculate(); };
+}
+
+void frmCottrellEquation::WireBoxes() {
+  const auto bind = [this](TextBox& box, const std::function<void()>& store) {
+    box.on_change = [this, store] {
+      if (HoldsTrack(tracks(), selector_.track())) store();
+    };
+    // The main window shows the same header.
+    box.on_lost_focus = [this] {
+      if (workstation().shown_track == selector_.track())
+        workstation().ShowTrack(selector_.track());
+    };
+  };
+  bind(txtne, [this] { Record().ne = ParseLenient(txtne.text()); });
+  bind(txtConc, [this] { Record().Conc = ParseLenient(txtConc.text()); });
+  bind(txtArea, [this] { Record().Area = ParseLenient(txtArea.text()); });
+  bind(txtTitle, [this] { Record().Title = txtTitle.text(); });
+}
+
+bool frmCottrellEquation::Load() {
+  generation_ = workstation().DataGeneration;
+  selector_.Show(workstation().shown_track);
+  ShowTrack();
+  return true;
+}
+
+void frmCottrellEquation::Activate() {
+  if (generation_ == workstation().DataGeneration) return;
+  generation_ = workstation().DataGeneration;
+  ShowTrack();
+}
+
+void frmCottrellEquation::ShowTrack() {
+  if (!HoldsTrack(tracks(), selector_.track())) {
+    lblMode.SetText({});
+    for (TextBox* box : {&txtTitle, &txtRPM, &txtConc, &txtArea, &txtne}) box->SetText({});
+    range_.Empty();
+    return MakePoints();
+  }
+  const TrackRecord& record = Record();
+  lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
+  txtTitle.SetText(record.Title);
+  txtRPM.SetText(PlainNumber(record.RPM));
+  txtConc.SetText(PlainNumber(record.Conc));
+  txtArea.SetText(PlainNumber(record.Area));
+  // What was typed for one track goes on for the next.
+  if (txtne.text().empty()) txtne.SetText(PlainNumber(record.ne));
+  range_.ShowWhole(tracks().PointCount(selector_.track()));
+  MakePoints();
+}
+
+void frmCottrellEquation::MakePoints() {
+  points_ = {};
+  if (IsStep() && !range_.empty()) {
+    const auto count = static_cast<std::size_t>(tracks().PointCount(selector_.track()));
+    const auto from = std::min(static_cast<std::size_t>(range_.start()), count);
+    const auto to = std::min(static_cast<std::size_t>(range_.end()) + 1, count);
+    if (from < to) {
+      points_ = MakeCottrellPoints(tracks().Points(0, selector_.track()).subspan(from, to - from),
+                                   tracks().Points(1, selector_.track()).subspan(from, to - from));
+    }
+  }
+  plot_range_ = kInitialRange;
+  for (std::size_t i = 0; i < points_.x.size(); ++i) {
+    Extend(plot_range_, points_.x[i], points_.y[i]);
+  }
+  plot_range_ = WithMargin(plot_range_);
+  DrawPoints();
+}
+
+void frmCottrellEquation::DrawPoints() {
+  CottrellGraph.Clear();
+  if (points_.x.empty()) return;
+  const PlotRange& r = plot_range_;
+  CottrellGraph.SetRange(r.x1, r.y1, r.x2, r.y2);
+  CottrellGraph.SetSteps(TickStep(r.x1, r.x2), TickStep(r.y1, r.y2));
+  CottrellGraph.SetAxisTitles("Potential /V", "Current /A");
+  for (std::size_t i = 0; i < points_.x.size(); ++i) {
+    CottrellGraph.Mark(points_.x[i], points_.y[i], QBColor(kLightRed));
+  }
+}
+
+void frmCottrellEquation::Calculate() {
+  if (!IsStep()) return;
+  const double electrons = ParseLenient(txtne.text());
+  const double concentration = ParseLenient(txtConc.text());
+  const double area = ParseLenient(txtArea.text());
+  if (!(electrons > 0 && concentration > 0 && area > 0)) {
+    return Refuse("The parameters (ne, Conc., and Area) must be above zero.");
+  }
+  const auto line = static_cast<CottrellLine>(std::max(opnCalcMode.selected(), 0));
+  const auto fit = FitCottrell(points_, line);
+  if (!fit) {
+    return Refuse("The points give no line: choose at least two, at different times.");
+  }
+  DrawPoints();
+  DrawLine(fit->line);
+  const double diffusion = ApparentDiffusion(fit->line.slope, electrons, area, concentration);
+  Outcome outcome;
+  outcome.fit = *fit;
+  outcome.quantities = {{"Dapp", "cm2/s", diffusion, {}},
+                        {"n", "", electrons, {}},
+                        {"area", "cm2", area, {}},
+                        {"C", "mol/cm3", concentration, {}}};
+  if (fit->slope_error && fit->line.slope != 0) {
+    outcome.quantities.front().error =
+        diffusion * 2 * std::abs(*fit->slope_error / fit->line.slope);
+  }
+  outcome.columns = {{"x", "s^(-1/2)", points_.x}, {"i", "A", points_.y}};
+  ShowReport(ReportText(electrons, area, concentration, diffusion), std::move(outcome));
+}
+
+void frmCottrellEquation::DrawLine(const StraightLine& line) {
+  const double end = plot_range_.x2;
+  CottrellGraph.Line(0, line.intercept, end, line.slope * end + line.intercept,
+                     QBColor(kLightBlue));
+}
+
+std::string frmCottrellEquation::ReportText(double electrons, double area, double concentration,
+                                            double diffusion) {
+  std::string report;
+  const auto line = [&](const char* label, const std::string& value) {
+    report.append(label).append("\t").append(value).append("\r\n");
+  };
+  line("title:", Record().Title);
+  line("time:", Record().MeasTime);
+  line("ne ", SignedNumber(electrons));
+  line("Area /cm2", Format(area, "#0.0####"));
+  line("C /molcm-3", Format(concentration, "0.0##e+0#"));
+  line("Dapp /cm2s-1", Format(diffusion, "0.0##e+0#"));
+  line("1/sqrt(t)", "i/A");
+  for (std::size_t i = 0; i < points_.x.size(); ++i) {
+    report += Format(points_.x[i], "0.0000") + "\t" + Format(points_.y[i], "0.000e+0") + "\r\n";
+  }
+  return report;
+}
+
+LayoutNode frmCottrellEquation::Layout() {
+  using namespace layout;
+  return Rows({
+      Columns(
+          {
+              Rows({
+                  Group("Track",
+                        {Fields({Field("Track", txtDataNum, &UpDown1), Field("Mode", lblMode),
+                                 Field("Title", txtTitle), Field("RPM", txtRPM)})}),
+                  Group("Parameters", {Fields({Field("ne", txtne), Field("Conc. /molcm-3", txtConc),
+                                               Field("Area /cm2", txtArea)})}),
+                  Group("Points",
+                        {Fields({Field("Start", txtStart, &updStart)}), Item(lblStartPoint),
+                         Fields({Field("End", txtEnd, &updEnd)}), Item(lblEndPoint)}),
+                  Group("Line", {Item(opnCalcMode)}),
+                  Item(cmdCalc),
+                  Stretch(),
+              }),
+              Rows({Item(CottrellGraph, 1)}, 2),
+              Rows({ReportPanel()}, 1),
+          },
+          1),
+  });
+}
+
+}  // namespace zento

@@ -1,0 +1,196 @@
+#include "analysis/coulomb_form.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "analysis/track_points.h"
+#include "core/palette.h"
+#include "core/tables.h"
+#include "text/format.h"
+#include "text/number.h"
+
+namespace zento {
+namespace {
+
+constexpr int kLightGreen = 10;
+
+}  // namespace
+
+frmCoulombCalculator::frmCoulombCalculator(Workstation& workstation, Host& host)
+    : AnalysisForm(workstation, host, kName, "Coulomb Number Calculation"),
+      txtDataNum(*this, "txtDataNum"),
+      UpDown1(*this, "UpDown1"),
+      lblMode(*this, "lblMode"),
+      lblTitle(*this, "lblTitle"),
+      txtStart(*this, "txtStart"),
+      updStart(*this, "updStart"),
+      lblStartPoint(*this, "lblStartPoint"),
+      txtEnd(*this, "txtEnd"),
+      updEnd(*this, "updEnd"),
+      lblEndPoint(*this, "lblEndPoint"),
+      opnMethod(*this, "opnMethod", {"Trapezoid Integration ", "Simpson Integration "}, 0),
+      opnBaseLine(*this, "opnBaseLine", {"None", "Linear", "Value"}, 0),
+      txtBaseValue(*this, "txtBaseValue", "0"),
+      cmdCalc(*this, "cmdCalc", "Go!"),
+      PrevGraph(*this, "PrevGraph"),
+      selector_(txtDataNum, UpDown1),
+      range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kAsStart) {
+  txtBaseValue.SetTip("A");
+  selector_.on_change = [this] { ShowTrack(); };
+  range_.describe = [this](std::int32_t point) {
+    return PointText(tracks(), selector_.track(), point);
+  };
+  range_.on_change = [this] { DrawPreview(); };
+  cmdCalc.on_click = [this] { Calculate(); };
+}
+
+bool frmCoulombCalculator::Load() {
+  generation_ = workstation().DataGeneration;
+  selector_.Show(workstation().shown_track);
+  ShowTrack();
+  return true;
+}
+
+void frmCoulombCalculator::Activate() {
+  if (generation_ == workstation().DataGeneration) return;
+  generation_ = workstation().DataGeneration;
+  ShowTrack();
+}
+
+void frmCoulombCalculator::ShowTrack() {
+  const bool holds = HoldsTrack(tracks(), selector_.track());
+  lblMode.SetText(holds ? std::string(EntryOf(ModeName, Record().Mode)) : std::string());
+  lblTitle.SetText(holds ? Record().Title : std::string());
+  if (holds) {
+    range_.ShowWhole(tracks().PointCount(selector_.track()));
+  } else {
+    range_.Empty();
+  }
+  DrawPreview();
+}
+
+void frmCoulombCalculator::DrawPreview() {
+  DrawSelection(PrevGraph, tracks(), selector_.track(), range_.start(), range_.end());
+}
+
+std::string frmCoulombCalculator::Hindrance() const {
+  if (!HasCharge(Record().Mode)) {
+    return "A " + std::string(EntryOf(ModeName, Record().Mode)) + " track cannot be integrated.";
+  }
+  if (Record().Mode != kModePS && !(Record().Scanrate > 0)) {
+    return "The track has no scan rate, so its points have no times.";
+  }
+  if (range_.start() > range_.end()) return "The range ends before it starts.";
+  return {};
+}
+
+frmCoulombCalculator::Part frmCoulombCalculator::ChosenPart() const {
+  const int track = selector_.track();
+  // The track may have become shorter since it was shown.
+  const auto count = static_cast<std::size_t>(tracks().PointCount(track));
+  const auto first = std::min(static_cast<std::size_t>(range_.start()), count);
+  const auto last = std::min(static_cast<std::size_t>(range_.end()) + 1, count);
+  return {first, tracks().Points(0, track).subspan(first, last - first),
+          tracks().Points(1, track).subspan(first, last - first)};
+}
+
+std::optional<BaseLine> frmCoulombCalculator::ChosenBaseLine(const Part& part) const {
+  if (Record().Mode == kModePS) return std::nullopt;
+  switch (static_cast<Base>(opnBaseLine.selected())) {
+    case Base::kLinear:
+      return LineBetweenEnds(part.x, part.i);
+    case Base::kValue:
+      return BaseLine{0, ParseLenient(txtBaseValue.text()), 0};
+    default:
+      return std::nullopt;
+  }
+}
+
+void frmCoulombCalculator::Calculate() {
+  if (!HoldsTrack(tracks(), selector_.track())) return;
+  if (const std::string hindrance = Hindrance(); !hindrance.empty()) return Refuse(hindrance);
+  const Part part = ChosenPart();
+  if (part.x.empty()) return Refuse("The track has no points in this range.");
+
+  const std::vector<double> steps = StepTimes(Record().Mode, part.x, Record().Scanrate);
+  const auto rule =
+      opnMethod.selected() == 1 ? IntegrationRule::kSimpson : IntegrationRule::kTrapezoid;
+  std::vector<double> charge = RunningIntegral(rule, steps, part.i);
+  std::vector<double> base_charge(charge.size());
+  DrawPreview();
+  if (const auto line = ChosenBaseLine(part)) {
+    DrawBaseLine(part, *line);
+    std::vector<double> base(part.x.size());
+    std::transform(part.x.begin(), part.x.end(), base.begin(),
+                   [&](double x) { return line->At(x); });
+    // Straight between the points, so that the trapezoids are exact, at a turning point too.
+    base_charge = RunningIntegral(IntegrationRule::kTrapezoid, steps, base);
+    for (std::size_t p = 0; p < charge.size(); ++p) charge[p] -= base_charge[p];
+  }
+
+  Outcome outcome;
+  outcome.quantities = {{"charge", "C", charge.back(), {}},
+                        {"base_charge", "C", base_charge.back(), {}}};
+  const bool step = Record().Mode == kModePS;
+  outcome.columns = {{step ? "t" : "E", step ? "s" : "V", {part.x.begin(), part.x.end()}},
+                     {"i", "A", {part.i.begin(), part.i.end()}},
+                     {"charge", "C", charge}};
+  ShowReport(ReportText(part, charge), std::move(outcome));
+}
+
+void frmCoulombCalculator::DrawBaseLine(const Part& part, const BaseLine& line) {
+  PrevGraph.Line(part.x.front(), line.At(part.x.front()), part.x.back(), line.At(part.x.back()),
+                 QBColor(kLightGreen));
+}
+
+std::string frmCoulombCalculator::ReportText(const Part& part,
+                                             const std::vector<double>& charge) const {
+  std::string report;
+  const auto line = [&](const char* label, const std::string& value) {
+    report.append(label).append("\t").append(value).append("\r\n");
+  };
+  line("FileName:", workstation().FileTitle);
+  line("Track:", SignedNumber(selector_.track()));
+  line("Title:", Record().Title);
+  line("Nstart:", PlainNumber(part.first));
+  line("Nend:", PlainNumber(part.first + part.x.size() - 1));
+  if (static_cast<Base>(opnBaseLine.selected()) == Base::kValue) {
+    line("BaseValue", SignedNumber(ParseLenient(txtBaseValue.text())));
+  } else {
+    report += "\r\n";
+  }
+  line("Coulomb:", Format(charge.back(), "0.000e+0"));
+  line(Record().Mode == kModePS ? "t /s" : "E /V", "i /A\tCoulomb");
+  for (std::size_t p = 0; p < charge.size(); ++p) {
+    report += Format(part.x[p], "0.0000") + "\t" + Format(part.i[p], "0.000e+0") + "\t" +
+              Format(charge[p], "0.000e+0") + "\r\n";
+  }
+  return report;
+}
+
+LayoutNode frmCoulombCalculator::Layout() {
+  using namespace layout;
+  return Rows({
+      Columns(
+          {
+              Rows({
+                  Group("Track", {Fields({Field("Track", txtDataNum, &UpDown1),
+                                          Field("Mode", lblMode), Field("Title", lblTitle)})}),
+                  Group("Points",
+                        {Fields({Field("Start", txtStart, &updStart)}), Item(lblStartPoint),
+                         Fields({Field("End", txtEnd, &updEnd)}), Item(lblEndPoint)}),
+                  Group("Method", {Item(opnMethod)}),
+                  Group("Base Line",
+                        {Item(opnBaseLine), Fields({Field("Value /A", txtBaseValue)})}),
+                  Item(cmdCalc),
+                  Stretch(),
+              }),
+              Rows({Item(PrevGraph, 1)}, 2),
+              Rows({ReportPanel()}, 1),
+          },
+          1),
+  });
+}
+
+}  // namespace zento

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "analysis/analysis_form.h"
+#include "analysis/coulomb.h"
+#include "analysis/point_range.h"
+#include "analysis/track_selector.h"
+#include "graph/preview_plot.h"
+
+namespace zento {
+
+// The charge between two points of a track, with a base line if wanted.
+class frmCoulombCalculator : public AnalysisForm {
+ public:
+  static constexpr const char* kName = "frmCoulombCalculator";
+
+  frmCoulombCalculator(Workstation& workstation, Host& host);
+
+  TextBox txtDataNum;
+  UpDown UpDown1;
+  Label lblMode;
+  Label lblTitle;
+  TextBox txtStart;
+  UpDown updStart;
+  Label lblStartPoint;
+  TextBox txtEnd;
+  UpDown updEnd;
+  Label lblEndPoint;
+  OptionGroup opnMethod;
+  OptionGroup opnBaseLine;
+  TextBox txtBaseValue;  // A
+  Button cmdCalc;
+  PreviewPlot PrevGraph;
+
+  bool Load() override;
+  void Activate() override;
+  LayoutNode Layout() override;
+  void Calculate() override;
+
+ private:
+  enum class Base { kNone = 0, kLinear = 1, kValue = 2 };
+  // The chosen part of the track.
+  struct Part {
+    std::size_t first = 0;
+    std::span<const double> x;  // V or s
+    std::span<const double> i;  // A
+  };
+
+  const TrackRecord& Record() const { return tracks().Record(selector_.track()); }
+  void ShowTrack();
+  void DrawPreview();
+  // Why the track as it is chosen has no charge; empty when it has one.
+  std::string Hindrance() const;
+  Part ChosenPart() const;
+  std::optional<BaseLine> ChosenBaseLine(const Part& part) const;
+  void DrawBaseLine(const Part& part, const BaseLine& line);
+  std::string ReportText(const Part& part, const std::vector<double>& charge) const;
+
+  TrackSelector selector_;
+  PointRange range_;
+  std::int32_t generation_ = 0;  // of the track files
+};
+
+}  // namespace zento
