@@ -18,6 +18,7 @@ constexpr int kLightBlue = 9;
 constexpr int kLightGreen = 10;
 constexpr double kPointRadius = 2;
 constexpr int kFontSize = 10;
+constexpr int kLabelLeft = 6, kLabelTop = 4;  // of the y axis' label, in pixels
 constexpr PlotRange kInitialRange{-0.1, -4, 0.1, -3};
 
 const char* NameOf(TafelBranch branch) {
@@ -212,6 +213,7 @@ void frmTafelAnalyzer::DrawFit(const TafelFit& fit) {
   graph.SetXFormat("0.0");
   graph.SetYFormat("0.0");
   graph.Axis(TickStep(r.x1, r.x2), TickStep(r.y1, r.y2), kFontSize, "η/ V");
+  graph.CurPrn(kLabelLeft, kLabelTop, kFontSize, "log|i /A|");
   graph.SetTitle("Tafel Plot");
   for (std::size_t i = 0; i < fit.current.size(); ++i) {
     graph.VCircle(fit.overpotential[i], fit.log_current[i], kPointRadius, QBColor(kLightBlue));
