@@ -31,6 +31,8 @@ Result<AnalysisAnswer> Analyse(const AnalysisRequest& request, Files& files) {
     answer.report = form.value()->report();
     answer.fit_line = form.value()->lblFit.text();
   }
+  const Control* note = form.value()->Find("lblNote");
+  if (note != nullptr && !note->Value().empty()) answer.notes.push_back(note->Value());
   return answer;
 }
 

@@ -8,6 +8,7 @@
 
 #include "app/cli_analysis.h"
 #include "app/cli_check.h"
+#include "app/cli_fit.h"
 #include "app/cli_mail.h"
 #include "app/cli_run.h"
 #include "app/cli_script.h"
@@ -154,6 +155,7 @@ int RunCli(const std::vector<std::string>& arguments) {
   AddCheck(app, request, exit_status);
   AddMailTest(app, request, exit_status);
   AddAnalysisCommands(app, request.options, exit_status);
+  AddFitCommand(app, exit_status);
 
   auto* bench = app.add_subcommand("bench", "list the simulated bench's parameters");
   bench->callback([&] { exit_status = ListBench(request); });

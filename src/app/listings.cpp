@@ -15,9 +15,8 @@
 #include "ui/main/information_sheet.h"
 
 namespace zento {
-namespace {
 
-Result<std::unique_ptr<TrackStore>> Load(Files& files, const std::filesystem::path& path) {
+Result<std::unique_ptr<TrackStore>> ReadTrackFile(Files& files, const std::filesystem::path& path) {
   const auto bytes = files.Read(path);
   if (!bytes.ok()) return bytes.status();
   auto tracks = std::make_unique<TrackStore>();
@@ -27,19 +26,21 @@ Result<std::unique_ptr<TrackStore>> Load(Files& files, const std::filesystem::pa
   return tracks;
 }
 
-std::vector<std::string> Headings(const TrackRecord& record) {
+std::vector<ColumnName> ColumnNames(const TrackRecord& record) {
   switch (record.Mode) {
     case kModePS:
-      return {"t/s", "I/A"};
+      return {{"t", "s"}, {"I", "A"}};
     case kModeRPMvsj:
-      return {"rotation rate/rpm", "I/A", "t/ms"};
+      return {{"rotation rate", "rpm"}, {"I", "A"}, {"t", "ms"}};
     case kModeRDE:
     case kModeSSV:
-      return {"E/V", "disk I/A", "ring I/A"};
+      return {{"E", "V"}, {"disk I", "A"}, {"ring I", "A"}};
     default:
-      return {"E/V", "I/A", "t/s"};
+      return {{"E", "V"}, {"I", "A"}, {"t", "s"}};
   }
 }
+
+namespace {
 
 template <typename Cells>
 void AppendRow(std::string& text, const Cells& cells, int columns) {
@@ -64,7 +65,7 @@ void AppendSetting(std::string& text, const SettingRowOf<Owner>& row, const Owne
 }  // namespace
 
 Result<std::string> TrackFileSheets(Files& files, const std::filesystem::path& path) {
-  const auto tracks = Load(files, path);
+  const auto tracks = ReadTrackFile(files, path);
   if (!tracks.ok()) return tracks.status();
   std::string text;
   for (int track = 0; track < kTracks; ++track) {
@@ -81,7 +82,7 @@ Result<std::string> TrackFileSheets(Files& files, const std::filesystem::path& p
 
 Result<std::string> TrackTable(Files& files, const std::filesystem::path& path, int track,
                                bool headings) {
-  const auto tracks = Load(files, path);
+  const auto tracks = ReadTrackFile(files, path);
   if (!tracks.ok()) return tracks.status();
   TrackStore& store = *tracks.value();
   const TrackRecord& record = store.Record(track);
@@ -92,11 +93,12 @@ Result<std::string> TrackTable(Files& files, const std::filesystem::path& path, 
   // Reading gives each of a multichannel record's tracks 0 to 9 the time that track 0 carries.
   const int columns = KeptColumns(record, /*multi_time=*/track <= 9);
   std::string text;
-  const auto names = Headings(record);
-  if (headings) {
-    AppendRow(
-        text, [&](int column) { return names[static_cast<std::size_t>(column)]; }, columns);
-  }
+  const auto names = ColumnNames(record);
+  const auto heading = [&](int column) {
+    const ColumnName& name = names[static_cast<std::size_t>(column)];
+    return name.name + "/" + name.unit;
+  };
+  if (headings) AppendRow(text, heading, columns);
   for (std::int32_t point = 0; point < record.pnum; ++point) {
     AppendRow(
         text, [&](int column) { return PlainNumber(store.Value(column, track, point)); }, columns);

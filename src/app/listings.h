@@ -1,7 +1,9 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "core/settings.h"
 #include "core/track_store.h"
@@ -12,6 +14,16 @@
 // What the command-line program prints without opening a window. All texts end with a line end.
 
 namespace zento {
+
+// The tracks of a file, which must be a complete track file.
+Result<std::unique_ptr<TrackStore>> ReadTrackFile(Files& files, const std::filesystem::path& path);
+
+// What a track's columns hold, in their order; as many as a track of its mode may have.
+struct ColumnName {
+  std::string name;
+  std::string unit;
+};
+std::vector<ColumnName> ColumnNames(const TrackRecord& record);
 
 // The information sheet of every track of a file that is not empty.
 Result<std::string> TrackFileSheets(Files& files, const std::filesystem::path& path);
