@@ -13,6 +13,7 @@
 #include "app/cli_run.h"
 #include "app/cli_script.h"
 #include "app/cli_session.h"
+#include "app/cli_verify.h"
 #include "app/console_text.h"
 #include "app/home_setup.h"
 #include "app/listings.h"
@@ -156,6 +157,7 @@ int RunCli(const std::vector<std::string>& arguments) {
   AddMailTest(app, request, exit_status);
   AddAnalysisCommands(app, request.options, exit_status);
   AddFitCommand(app, exit_status);
+  AddVerifyCommand(app, exit_status);
 
   auto* bench = app.add_subcommand("bench", "list the simulated bench's parameters");
   bench->callback([&] { exit_status = ListBench(request); });
