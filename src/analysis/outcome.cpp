@@ -10,11 +10,13 @@ namespace {
 constexpr int kDigits = 6;
 constexpr int kErrorDigits = 2;
 
-void Append(std::string& text, std::string_view name, double value,
-            const std::optional<double>& error, std::string_view unit) {
-  text.append(", ").append(name).append(" ").append(PlainNumber(value, kDigits));
+std::string Words(std::string_view name, double value, const std::optional<double>& error,
+                  std::string_view unit) {
+  std::string text(name);
+  text.append(" ").append(PlainNumber(value, kDigits));
   if (error) text.append(" ± ").append(PlainNumber(*error, kErrorDigits));
   if (!unit.empty()) text.append(" ").append(unit);
+  return text;
 }
 
 }  // namespace
@@ -22,16 +24,19 @@ void Append(std::string& text, std::string_view name, double value,
 std::string FitLineText(const Outcome& outcome) {
   if (!outcome.fit) return {};
   const LineQuality& fit = *outcome.fit;
-  std::string text = PlainNumber(fit.points) + (fit.points == 1 ? " point" : " points");
-  Append(text, "R²", fit.r_squared, {}, {});
-  Append(text, "slope", fit.line.slope, fit.slope_error, {});
-  if (!fit.through_origin) Append(text, "intercept", fit.line.intercept, fit.intercept_error, {});
-  for (const Quantity& quantity : outcome.quantities) {
-    if (quantity.error) {
-      Append(text, quantity.name, quantity.value, quantity.error, quantity.unit);
-    }
+  std::string text = PlainNumber(fit.points) + (fit.points == 1 ? " point, " : " points, ") +
+                     Words("R²", fit.r_squared, {}, {});
+  if (!fit.slope_error) text += ", too few points for standard errors";
+  text += "\n" + Words("slope", fit.line.slope, fit.slope_error, {});
+  if (!fit.through_origin) {
+    text += ", " + Words("intercept", fit.line.intercept, fit.intercept_error, {});
   }
-  if (!fit.slope_error) text += "; too few points for standard errors";
+  std::string separator = "\n";
+  for (const Quantity& quantity : outcome.quantities) {
+    if (!quantity.error) continue;
+    text += separator + Words(quantity.name, quantity.value, quantity.error, quantity.unit);
+    separator = ", ";
+  }
   return text;
 }
 

@@ -32,9 +32,11 @@ struct Outcome {
   std::optional<LineQuality> fit;
 };
 
-// "12 points, R² 0.99987, slope 927.71 ± 0.52, intercept 2.4725 ± 0.061, n 3.981 ± 0.002": the
-// fit's numbers and every quantity that has a standard error, six digits each, errors two. Empty
-// when nothing was fitted.
+// The fit's numbers and every quantity that has a standard error, six digits each, errors two:
+//   12 points, R² 0.99987
+//   slope 927.71 ± 0.52, intercept 2.4725 ± 0.061
+//   n 3.981 ± 0.0022
+// Empty when nothing was fitted.
 std::string FitLineText(const Outcome& outcome);
 
 }  // namespace zento

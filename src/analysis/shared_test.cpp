@@ -97,7 +97,7 @@ TEST_F(SharedAnalysis, TheReportIsShownCopiedAndSavedToTheByte) {
   form->Calculate();
   EXPECT_EQ(form->txtResult.text(), "File\ta.znt\n*n\t3.98\n");
   EXPECT_EQ(form->lblFit.text(),
-            "12 points, R² 0.99987, slope 927.71 ± 0.52, intercept 2.4725 ± 0.061, "
+            "12 points, R² 0.99987\nslope 927.71 ± 0.52, intercept 2.4725 ± 0.061\n"
             "n 3.98123 ± 0.0022");
   EXPECT_TRUE(form->cmdCopyResult.UserClick().ok());
   EXPECT_EQ(machine.clipboard.Text(), "File\ta.znt\r\n*n\t3.98\r\n");

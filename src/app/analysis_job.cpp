@@ -30,6 +30,7 @@ Result<AnalysisAnswer> Analyse(const AnalysisRequest& request, Files& files) {
   if (refusal.empty() || std::ranges::find(answer.messages, refusal) == answer.messages.end()) {
     answer.report = form.value()->report();
     answer.fit_line = form.value()->lblFit.text();
+    std::ranges::replace(answer.fit_line, '\n', ';');
   }
   const Control* note = form.value()->Find("lblNote");
   if (note != nullptr && !note->Value().empty()) answer.notes.push_back(note->Value());

@@ -14,6 +14,9 @@
 namespace zento {
 namespace {
 
+// Width of a report's column, in average characters.
+constexpr int kReportColumn = 16;
+
 // Light enough for dark letters on it.
 const QColor kMarkColour(255, 236, 150);
 
@@ -52,6 +55,11 @@ MemoBinding::MemoBinding(TextBox& box, BindingContext& context)
     edit_->setLineWrapMode(QPlainTextEdit::NoWrap);
     edit_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     highlighter_ = new LineHighlighter(*edit_->document(), box.look);
+  }
+  if (box.read_only) {
+    // A report: its columns one below the other, whatever the labels before them.
+    edit_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    edit_->setTabStopDistance(kReportColumn * edit_->fontMetrics().averageCharWidth());
   }
   connect(edit_, &QPlainTextEdit::textChanged, this, [this] { TakeText(); });
   connect(edit_, &QPlainTextEdit::cursorPositionChanged, this, [this] { TakeSelection(); });
