@@ -32,6 +32,10 @@ Result<AnalysisAnswer> Analyse(const AnalysisRequest& request, Files& files) {
     answer.fit_line = form.value()->lblFit.text();
     std::ranges::replace(answer.fit_line, '\n', ';');
   }
+  // A window that has nothing to do with a track like this does nothing, which nobody can see here.
+  if (answer.report.empty() && answer.outcome.refusal.empty()) {
+    answer.outcome.refusal = "the window has nothing to calculate for this track";
+  }
   const Control* note = form.value()->Find("lblNote");
   if (note != nullptr && !note->Value().empty()) answer.notes.push_back(note->Value());
   return answer;

@@ -3,6 +3,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -55,8 +56,12 @@ int Print(const Call& call, const AnalysisAnswer& answer) {
   }
   for (const std::string& note : answer.notes) WriteError(note);
   for (const std::string& message : answer.messages) WriteError("message: " + message);
+  const std::string& refusal = answer.outcome.refusal;
+  if (std::ranges::find(answer.messages, refusal) == answer.messages.end() && !refusal.empty()) {
+    WriteError(refusal);
+  }
   if (call.quality && !answer.fit_line.empty()) WriteError(answer.fit_line);
-  return answer.outcome.refusal.empty() ? kExitOk : kExitScriptLine;
+  return refusal.empty() ? kExitOk : kExitScriptLine;
 }
 
 int Run(const Call& call, const ProgramOptions& options) {
