@@ -85,7 +85,7 @@ VerifiedQuantity Compare(const VerifyRow& row, const Result<AnalysisAnswer>& ans
   return quantity;
 }
 
-std::string Padded(std::string text, std::size_t width, bool to_the_right) {
+std::string Padded(const std::string& text, std::size_t width, bool to_the_right) {
   const std::size_t missing = width - std::min(text.size(), width);
   return to_the_right ? std::string(missing, ' ') + text : text + std::string(missing, ' ');
 }
