@@ -62,6 +62,11 @@ constexpr const char* kLowRates[] = {"-1", "0", "2", "5", "10", "20", "50"};
 constexpr const char* kLeftAlone[] = {"opnMotor",   "opnPowerControl", "CV_Acc",    "RRDE_Acc",
                                       "PSTime_Acc", "PSCoulomb_Acc",   "RPMvsi_Acc"};
 
+// Where a person edits the record of the track that an analysis window shows.
+constexpr const char* kRecordFields[] = {"frmCottrellEquation.txtTitle",
+                                         "frmCottrellEquation.txtne", "frmCottrellEquation.txtConc",
+                                         "frmCottrellEquation.txtArea", "frmTafelAnalyzer.cmdCalc"};
+
 // Enough of a track to notice that it became another one. (Not its potentials: those of a step are
 // noted when it is seen, and given back when the target is changed after that.)
 using TrackPrint = std::tuple<std::int32_t, std::string, std::string, std::int32_t, std::size_t,
@@ -205,6 +210,9 @@ class RandomWalk : public testing::Test {
     if (form->name() == kMainForm) {
       step.may_change.insert(before.shown);
       step.may_change_all = control->name() == "mnuOpen";
+    }
+    if (std::ranges::count(kRecordFields, step.what) > 0) {
+      step.may_change.insert(std::stoi(form->Find("txtDataNum")->Value()));
     }
     // What cannot last long may be over at once.
     if (control->name() == "cmdStart") AddTargets(form->name(), step.may_change);
