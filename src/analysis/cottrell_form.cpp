@@ -209,8 +209,8 @@ LayoutNode frmCottrellEquation::Layout() {
                   Item(cmdCalc),
                   Stretch(),
               }),
-              Rows({Item(CottrellGraph, 1)}, 2),
-              Rows({ReportPanel()}, 1),
+              Rows({Item(CottrellGraph, 1)}, 3),
+              Rows({ReportPanel()}, 2),
           },
           1),
   });

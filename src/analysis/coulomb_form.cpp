@@ -186,8 +186,8 @@ LayoutNode frmCoulombCalculator::Layout() {
                   Item(cmdCalc),
                   Stretch(),
               }),
-              Rows({Item(PrevGraph, 1)}, 2),
-              Rows({ReportPanel()}, 1),
+              Rows({Item(PrevGraph, 1)}, 3),
+              Rows({ReportPanel()}, 2),
           },
           1),
   });
