@@ -59,7 +59,10 @@ frmCottrellEquation::frmCottrellEquation(Workstation& workstation, Host& host)
 void frmCottrellEquation::WireBoxes() {
   const auto bind = [this](TextBox& box, const std::function<void()>& store) {
     box.on_change = [this, store] {
-      if (HoldsTrack(tracks(), selector_.track())) store();
+      if (!HoldsTrack(tracks(), selector_.track())) return;
+      const TrackChange change(this->workstation(), "Edit of the Cottrell parameters",
+                               {selector_.track()}, TrackChange::Kind::kMerge);
+      store();
     };
     // The main window shows the same header.
     box.on_lost_focus = [this] {

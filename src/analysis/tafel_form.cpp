@@ -160,7 +160,10 @@ void frmTafelAnalyzer::Calculate() {
   plot_range_ = kInitialRange;
   ShowReport({}, {});
   lblNote.SetText({});
-  tracks().Record(selector_.track()).Area = settings().TaArea;
+  {
+    const TrackChange change(workstation(), "Edit of the Tafel area", {selector_.track()});
+    tracks().Record(selector_.track()).Area = settings().TaArea;
+  }
 
   const Result<TafelFit> fit = Fit();
   if (!fit.ok()) return Refuse(fit.why());

@@ -236,7 +236,10 @@ std::string FormatTracks(const TrackStore& tracks) {
 TrackFileLoad OpenTracks(Workstation& ws, Files& files, const std::filesystem::path& path) {
   TrackFileLoad load =
       WithBytes(files, path, [&](std::string_view bytes) { return ReadTracks(bytes, ws.tracks); });
-  if (load.complete() || load.outcome == Outcome::kBrokenOff) MarkTracksKept(ws);
+  if (load.complete() || load.outcome == Outcome::kBrokenOff) {
+    MarkTracksKept(ws);
+    ws.history.Clear();
+  }
   if (!load.complete()) return load;
   ws.tracks.InitializeParameters();
   ws.FileTitle = TextFromPath(path.filename());

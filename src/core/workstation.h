@@ -11,6 +11,7 @@
 #include "core/run_log.h"
 #include "core/run_report.h"
 #include "core/settings.h"
+#include "core/track_history.h"
 #include "core/track_store.h"
 
 namespace zento {
@@ -31,6 +32,7 @@ struct CalibrationPoint {
 // Everything the windows share, built once at start and passed by reference.
 struct Workstation {
   TrackStore tracks;
+  TrackHistory history;  // of what windows did to the tracks
   Settings settings;
   bool SettingsLoaded = false;  // true only after a complete read of the settings file
 
@@ -45,7 +47,7 @@ struct Workstation {
   std::string FileTitle;  // name, without folder, of the track file last opened or saved
   // Fingerprint of the tracks as they were last opened, saved or rescued; see core/rescue.h.
   std::size_t kept_tracks = 0;
-  int shown_track = 0;  // 0 to 20, the one that the main window shows
+  int shown_track = 0;              // 0 to 20, the one that the main window shows
   std::int32_t DataGeneration = 0;  // one more for each track file that was loaded
   std::filesystem::path home;       // the program's folder: settings, calibration, logs
 

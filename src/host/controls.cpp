@@ -313,6 +313,12 @@ Status Grid::UserClickCell(int row, int column) {
   return Status::Ok();
 }
 
+void MenuEntry::SetCaption(std::string caption) {
+  if (caption == caption_) return;
+  caption_ = std::move(caption);
+  Changed();
+}
+
 Status MenuEntry::UserClick() {
   if (on_click) on_click();
   return Status::Ok();

@@ -252,6 +252,7 @@ class MenuEntry : public Control {
   ControlKind Kind() const override { return ControlKind::kMenuEntry; }
   const std::string& menu() const { return menu_; }
   const std::string& caption() const { return caption_; }
+  void SetCaption(std::string caption);
   // "Ctrl+O"; empty = none.
   const std::string& shortcut() const { return shortcut_; }
   std::string Value() const override { return caption_; }

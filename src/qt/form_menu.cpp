@@ -69,6 +69,11 @@ void FormMenu::Refresh(const Control& control) {
   const auto found = actions_.find(&control);
   if (gone_ || found == actions_.end()) return;
   QAction& action = *found->second;
+  // Captions that change keep no mnemonic: it could meet another one's.
+  const QString caption = ToQt(control.Value());
+  if (action.text().remove(QLatin1Char('&')) != QString(caption).remove(QLatin1Char('&'))) {
+    action.setText(QString(caption).replace(QLatin1Char('&'), QLatin1String("&&")));
+  }
   action.setEnabled(control.enabled());
   action.setVisible(control.visible());
   if (!control.tip().empty()) action.setToolTip(ToQt(control.tip()));

@@ -56,6 +56,8 @@ frmControlPanel::frmControlPanel(Workstation& workstation, Host& host, Instrumen
   menus_.SetAction("mnuOpen", [this] { AskToOpen(); });
   menus_.SetAction("mnuSaveAs", [this] { AskToSave(); });
   menus_.SetAction("mnuQuit", [this] { CloseRequested(); });
+  menus_.SetAction("mnuUndo", [this] { TakeBack(); });
+  menus_.SetAction("mnuRedo", [this] { DoAgain(); });
   menus_.SetAction("mnuDeleteTrack", [this] { AskToDelete(); });
 }
 
@@ -68,6 +70,8 @@ bool frmControlPanel::Load() {
   if (!workstation_.SettingsLoaded) ApplyDefaultSettings(workstation_);
   cbxReference.SetItems({RefName.begin(), RefName.end()});
   menus_.EnableUsable();
+  workstation_.history.on_change = [this] { ShowHistory(); };
+  workstation_.history.Clear();
   workstation_.show_data_info = [this](int track) { ShowDataInfo(track); };
   ShowDataInfo(0);
   return true;
@@ -75,6 +79,7 @@ bool frmControlPanel::Load() {
 
 void frmControlPanel::Unload() {
   workstation_.show_data_info = nullptr;
+  workstation_.history.on_change = nullptr;
   instruments_.Release();
   // Nobody is left to be told of a failure; the file is as it was then.
   static_cast<void>(SaveSettings(workstation_, host().files));

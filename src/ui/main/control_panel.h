@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "core/track_file.h"
 #include "devices/instruments.h"
@@ -56,6 +57,12 @@ class frmControlPanel : public Form {
   static frmControlPanel* In(Desktop& desktop);
   void StepTrack(int direction);
   void ShowCaption();
+
+  void TakeBack();
+  void DoAgain();
+  // Shows the tracks that were taken back or done again, or why they were not.
+  void ShowChanged(const std::string& what, const Result<std::vector<int>>& changed);
+  void ShowHistory();
 
   void SelectSheetRow(int row);
   void StoreEditField();

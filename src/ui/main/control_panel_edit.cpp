@@ -1,7 +1,10 @@
 // The main window's questions about the track that is shown: its header values, its reference
 // electrode, its removal.
 
+#include <algorithm>
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include "core/tables.h"
 #include "host/host.h"
@@ -15,8 +18,38 @@ namespace {
 
 constexpr int kDiskColumn = 1;
 constexpr int kRingColumn = 2;
+constexpr char kConversion[] = "Reference conversion";
 
 }  // namespace
+
+void frmControlPanel::TakeBack() {
+  const std::string name = workstation_.history.UndoName();
+  ShowChanged("Undone: " + name, workstation_.history.Undo(workstation_.tracks));
+}
+
+void frmControlPanel::DoAgain() {
+  const std::string name = workstation_.history.RedoName();
+  ShowChanged("Done again: " + name, workstation_.history.Redo(workstation_.tracks));
+}
+
+void frmControlPanel::ShowChanged(const std::string& what,
+                                  const Result<std::vector<int>>& changed) {
+  lblNotice.SetText(changed.ok() ? what : changed.why());
+  if (!changed.ok()) return;
+  // Other windows read their tracks anew, as after opening a file.
+  ++workstation_.DataGeneration;
+  const std::vector<int>& tracks = changed.value();
+  const bool shown = std::ranges::find(tracks, track_) != tracks.end();
+  ShowDataInfo(shown || tracks.empty() ? track_ : tracks.front());
+}
+
+void frmControlPanel::ShowHistory() {
+  const auto offer = [this](const char* entry, const std::string& verb, const std::string& name) {
+    menus_.Offer(entry, name.empty() ? verb : verb + " " + name, !name.empty());
+  };
+  offer("mnuUndo", "Undo", workstation_.history.UndoName());
+  offer("mnuRedo", "Redo", workstation_.history.RedoName());
+}
 
 void frmControlPanel::SelectSheetRow(int row) {
   if (row < 0 || row >= kSheetRows) return;
@@ -28,6 +61,8 @@ void frmControlPanel::SelectSheetRow(int row) {
 
 void frmControlPanel::StoreEditField() {
   if (!SheetRowEditable(sheet_row_)) return;
+  const TrackChange change(workstation_, "Edit of " + std::string(SheetLabel(sheet_row_)),
+                           {track_});
   TrackRecord& record = workstation_.tracks.Record(track_);
   const double previous = sheet_row_ == kSheetDiskYScale ? record.DiskYscale : record.RingYscale;
   SetSheetValue(sheet_row_, record, txtEditField.text());
@@ -57,6 +92,7 @@ void frmControlPanel::OfferRescaling(int row, double previous) {
 }
 
 void frmControlPanel::Rescale(int track, int column, double ratio) {
+  const TrackChange change(workstation_, "Multiplication by " + PlainNumber(ratio, 6), {track});
   TrackStore& tracks = workstation_.tracks;
   for (std::int32_t i = 0; i < tracks.PointCount(track); ++i) {
     tracks.SetValue(column, track, i, tracks.Value(column, track, i) * ratio);
@@ -77,6 +113,8 @@ void frmControlPanel::ChooseReference(int index) {
                        if (yes) {
                          panel->AskForPH(track, index);
                        } else {
+                         const TrackChange change(panel->workstation_, "Choice of reference",
+                                                  {track});
                          panel->workstation_.tracks.Record(track).ref = index;
                        }
                      });
@@ -94,6 +132,7 @@ void frmControlPanel::AskForPH(int track, std::int32_t ref) {
         frmControlPanel* panel = In(desktop);
         if (panel == nullptr) return;
         if (answer) {
+          const TrackChange change(panel->workstation_, kConversion, {track});
           panel->workstation_.tracks.Record(track).pH = ParseLenient(*answer);
           panel->Convert(track, ref);
         } else if (track == panel->track_) {
@@ -105,6 +144,7 @@ void frmControlPanel::AskForPH(int track, std::int32_t ref) {
 void frmControlPanel::Convert(int track, std::int32_t ref) {
   // The track may have been replaced while the question stood on the screen.
   if (!HasReferencedPotentials(workstation_.tracks.Record(track))) return;
+  const TrackChange change(workstation_, kConversion, {track});
   ConvertReference(workstation_.tracks, track, ref);
   if (track == track_) ShowDataInfo(track);
 }
@@ -114,7 +154,12 @@ void frmControlPanel::AskToDelete() {
                      [&desktop = host().desktop, track = track_](bool ok) {
                        frmControlPanel* panel = ok ? In(desktop) : nullptr;
                        if (panel == nullptr) return;
-                       panel->workstation_.tracks.ClearTrack(track);
+                       {
+                         const TrackChange change(panel->workstation_,
+                                                  "Removal of track " + std::to_string(track),
+                                                  {track});
+                         panel->workstation_.tracks.ClearTrack(track);
+                       }
                        if (track == panel->track_) panel->ShowDataInfo(track);
                      });
 }

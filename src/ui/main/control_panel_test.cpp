@@ -209,6 +209,40 @@ TEST_F(ControlPanel, DeletesTheTrackItAskedAbout) {
   EXPECT_EQ(machine.dialogs.questions.back(), "Would you like to delete the present track?");
 }
 
+TEST_F(ControlPanel, WhatWindowsChangeIsTakenBackAndDoneAgain) {
+  frmControlPanel& panel = Panel();
+  FillCV(5);
+  panel.ShowDataInfo(5);
+  auto& undo = dynamic_cast<MenuEntry&>(*panel.Find("mnuUndo"));
+  auto& redo = dynamic_cast<MenuEntry&>(*panel.Find("mnuRedo"));
+  EXPECT_FALSE(undo.Usable() || redo.Usable());
+  const std::string before = FormatTracks(ws.tracks);
+
+  ASSERT_TRUE(panel.InformationSheet.UserClickCell(kSheetTitle, 1).ok());
+  ASSERT_TRUE(panel.txtEditField.UserType("Au").ok());
+  ASSERT_TRUE(panel.txtEditField.UserKey({KeyCode::kEnter}).ok());
+  EXPECT_EQ(undo.caption(), "Undo Edit of Title");
+  machine.dialogs.Answer("ok");
+  ASSERT_TRUE(Click("mnuDeleteTrack").ok());
+  EXPECT_EQ(undo.caption(), "Undo Removal of track 5");
+
+  panel.ShowDataInfo(0);
+  ASSERT_TRUE(Click("mnuUndo").ok());
+  EXPECT_EQ(panel.current_track(), 5);  // shows what came back
+  EXPECT_EQ(panel.lblTrackTitle.text(), ws.tracks.Record(5).Title);
+  ASSERT_TRUE(Click("mnuUndo").ok());
+  EXPECT_EQ(FormatTracks(ws.tracks), before);
+  EXPECT_EQ(undo.caption(), "Undo");
+  EXPECT_FALSE(undo.Usable());
+  ASSERT_TRUE(Click("mnuRedo").ok());
+  EXPECT_EQ(redo.caption(), "Redo Removal of track 5");
+
+  ws.tracks.Record(5).Title = "measured";
+  ASSERT_TRUE(Click("mnuUndo").ok());
+  EXPECT_THAT(panel.lblNotice.text(), HasSubstr("track 5 was measured"));
+  EXPECT_EQ(ws.tracks.Record(5).Title, "measured");
+}
+
 TEST_F(ControlPanel, MenusOpenWhatIsBuilt) {
   frmControlPanel& panel = Panel();
   int enabled = 0;

@@ -26,7 +26,9 @@ constexpr Entry kEntries[] = {
     {"mnuSearchTrack", "File", "Search Track", "Ctrl+F", "frmSearchTrack"},
     {"mnuQuit", "File", "Quit", "Ctrl+Q", nullptr, true},
 
-    {"mnuCopyAll", "Edit", "Copy All as Text Data", "Ctrl+Shift+C", nullptr},
+    {"mnuUndo", "Edit", "Undo", "Ctrl+Z", nullptr},
+    {"mnuRedo", "Edit", "Redo", "Ctrl+Y", nullptr},
+    {"mnuCopyAll", "Edit", "Copy All as Text Data", "Ctrl+Shift+C", nullptr, true},
     {"mnuCopyOnlyExpData", "Edit", "Copy I-E(or t) Data as Text Data", "Ctrl+Shift+D", nullptr},
     {"mnuReplaceTitle", "Edit", "Replace words in each title", "Ctrl+H", "frmReplaceTitle"},
     {"mnuSpecialCopy", "Edit", "Special Copy", "", "frmSpecialCopy"},
@@ -79,6 +81,14 @@ MainMenus::MainMenus(Form& form) : form_(form) {
 void MainMenus::SetAction(std::string_view name, const std::function<void()>& action) {
   for (const std::unique_ptr<MenuEntry>& entry : entries_) {
     if (entry->name() == name) entry->on_click = action;
+  }
+}
+
+void MainMenus::Offer(std::string_view name, const std::string& caption, bool usable) {
+  for (const std::unique_ptr<MenuEntry>& entry : entries_) {
+    if (entry->name() != name) continue;
+    entry->SetCaption(caption);
+    entry->SetEnabled(usable);
   }
 }
 

@@ -20,6 +20,8 @@ class MainMenus {
 
   // `name` is that of an entry without a window.
   void SetAction(std::string_view name, const std::function<void()>& action);
+  // An action that is not always there to be used; `caption` says on what.
+  void Offer(std::string_view name, const std::string& caption, bool usable);
   // Enables what can be used, once all windows are known.
   void EnableUsable();
 
