@@ -12,11 +12,15 @@ namespace zento {
 AnalysisForm::AnalysisForm(Workstation& workstation, Host& host, std::string name,
                            std::string caption)
     : Form(host, std::move(name), std::move(caption)),
+      txtDataNum(*this, "txtDataNum"),
+      UpDown1(*this, "UpDown1"),
       txtResult(*this, "txtResult"),
       cmdCopyResult(*this, "cmdCopyResult", "Copy report"),
       cmdSaveResult(*this, "cmdSaveResult", "Save report..."),
       lblFit(*this, "lblFit"),
-      workstation_(workstation) {
+      workstation_(workstation),
+      selector_(txtDataNum, UpDown1) {
+  selector_.on_change = [this] { ShowTrack(); };
   txtResult.multiline = true;
   txtResult.read_only = true;
   txtResult.SetTip("The report of the last calculation");
@@ -24,6 +28,20 @@ AnalysisForm::AnalysisForm(Workstation& workstation, Host& host, std::string nam
   cmdSaveResult.SetEnabled(false);
   cmdCopyResult.on_click = [this] { CopyReport(); };
   cmdSaveResult.on_click = [this] { AskToSaveReport(); };
+}
+
+bool AnalysisForm::Load() {
+  generation_ = workstation_.DataGeneration;
+  ShowSettings();
+  selector_.Show(FirstTrack());
+  ShowTrack();
+  return true;
+}
+
+void AnalysisForm::Activate() {
+  if (generation_ == workstation_.DataGeneration) return;
+  generation_ = workstation_.DataGeneration;
+  ShowTrackAgain();
 }
 
 void AnalysisForm::ShowReport(std::string report, Outcome outcome) {

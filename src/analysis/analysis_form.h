@@ -1,24 +1,34 @@
 #pragma once
 
+#include <cstdint>
+#include <filesystem>
 #include <string>
 
 #include "analysis/outcome.h"
+#include "analysis/track_selector.h"
 #include "core/workstation.h"
 #include "host/controls.h"
 #include "host/form.h"
 
 namespace zento {
 
-// What the analysis windows share: a report with the buttons that copy and save it, and a line
-// with the fit's quality.
+// What the analysis windows share: the choice of a track, a report with the buttons that copy and
+// save it, and a line with the fit's quality.
 class AnalysisForm : public Form {
  public:
   AnalysisForm(Workstation& workstation, Host& host, std::string name, std::string caption);
 
+  TextBox txtDataNum;
+  UpDown UpDown1;
   TextBox txtResult;  // the report and nothing else; read only
   Button cmdCopyResult;
   Button cmdSaveResult;
   Label lblFit;  // points, R², standard errors of the last fit; empty without one
+
+  // Shows the settings and the first track.
+  bool Load() override;
+  // Shows the track anew when another track file was opened or a change was taken back.
+  void Activate() override;
 
   // What the window's own button does. A refusal is shown as a message and stands in outcome().
   virtual void Calculate() = 0;
@@ -28,6 +38,16 @@ class AnalysisForm : public Form {
   const Outcome& outcome() const { return outcome_; }
 
  protected:
+  virtual void ShowSettings() {}
+  // The number of the track that the window opens on: the one that the main window shows.
+  virtual int FirstTrack() const { return workstation_.shown_track; }
+  // Shows the chosen track and its preview.
+  virtual void ShowTrack() = 0;
+  // The same where nobody chose it just now.
+  virtual void ShowTrackAgain() { ShowTrack(); }
+  int Track() const { return selector_.track(); }
+  TrackRecord& Record() const { return workstation_.tracks.Record(Track()); }
+
   Workstation& workstation() const { return workstation_; }
   TrackStore& tracks() const { return workstation_.tracks; }
   Settings& settings() const { return workstation_.settings; }
@@ -46,6 +66,8 @@ class AnalysisForm : public Form {
   void SaveReport(const std::filesystem::path& path);
 
   Workstation& workstation_;
+  TrackSelector selector_;
+  std::int32_t generation_ = 0;  // of the track files
   std::string report_;
   Outcome outcome_;
 };

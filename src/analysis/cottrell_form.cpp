@@ -23,8 +23,6 @@ constexpr PlotRange kInitialRange{-0.2, -1e-6, 0.5, 1e-6};
 
 frmCottrellEquation::frmCottrellEquation(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Cottrell Equation Analysis"),
-      txtDataNum(*this, "txtDataNum"),
-      UpDown1(*this, "UpDown1"),
       lblMode(*this, "lblMode"),
       txtTitle(*this, "txtTitle"),
       txtRPM(*this, "txtRPM"),
@@ -40,7 +38,6 @@ frmCottrellEquation::frmCottrellEquation(Workstation& workstation, Host& host)
       opnCalcMode(*this, "opnCalcMode", {"y = a * x", "y = a * x + b"}, 0),
       cmdCalc(*this, "cmdCalc", "Calculation"),
       CottrellGraph(*this, "CottrellGraph"),
-      selector_(txtDataNum, UpDown1),
       range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kNotRead) {
   txtRPM.read_only = true;
   CottrellGraph.SetTip("Current in A against 1/sqrt(t) in s^-1/2");
@@ -48,10 +45,7 @@ frmCottrellEquation::frmCottrellEquation(Workstation& workstation, Host& host)
       "Fits a line to the points. Leave out the first ones, which the double layer and the delay "
       "with which the step was seen falsify.");
   WireBoxes();
-  selector_.on_change = [this] { ShowTrack(); };
-  range_.describe = [this](std::int32_t point) {
-    return PointText(tracks(), selector_.track(), point);
-  };
+  range_.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };
   range_.on_change = [this] { MakePoints(); };
   cmdCalc.on_click = [this] { Calculate(); };
 }
@@ -59,15 +53,14 @@ frmCottrellEquation::frmCottrellEquation(Workstation& workstation, Host& host)
 void frmCottrellEquation::WireBoxes() {
   const auto bind = [this](TextBox& box, const std::function<void()>& store) {
     box.on_change = [this, store] {
-      if (!HoldsTrack(tracks(), selector_.track())) return;
-      const TrackChange change(this->workstation(), "Edit of the Cottrell parameters",
-                               {selector_.track()}, TrackChange::Kind::kMerge);
+      if (!HoldsTrack(tracks(), Track())) return;
+      const TrackChange change(this->workstation(), "Edit of the Cottrell parameters", {Track()},
+                               TrackChange::Kind::kMerge);
       store();
     };
     // The main window shows the same header.
     box.on_lost_focus = [this] {
-      if (workstation().shown_track == selector_.track())
-        workstation().ShowTrack(selector_.track());
+      if (workstation().shown_track == Track()) workstation().ShowTrack(Track());
     };
   };
   bind(txtne, [this] { Record().ne = ParseLenient(txtne.text()); });
@@ -76,21 +69,8 @@ void frmCottrellEquation::WireBoxes() {
   bind(txtTitle, [this] { Record().Title = txtTitle.text(); });
 }
 
-bool frmCottrellEquation::Load() {
-  generation_ = workstation().DataGeneration;
-  selector_.Show(workstation().shown_track);
-  ShowTrack();
-  return true;
-}
-
-void frmCottrellEquation::Activate() {
-  if (generation_ == workstation().DataGeneration) return;
-  generation_ = workstation().DataGeneration;
-  ShowTrack();
-}
-
 void frmCottrellEquation::ShowTrack() {
-  if (!HoldsTrack(tracks(), selector_.track())) {
+  if (!HoldsTrack(tracks(), Track())) {
     lblMode.SetText({});
     for (TextBox* box : {&txtTitle, &txtRPM, &txtConc, &txtArea, &txtne}) box->SetText({});
     range_.Empty();
@@ -104,19 +84,19 @@ void frmCottrellEquation::ShowTrack() {
   txtArea.SetText(PlainNumber(record.Area));
   // What was typed for one track goes on for the next.
   if (txtne.text().empty()) txtne.SetText(PlainNumber(record.ne));
-  range_.ShowWhole(tracks().PointCount(selector_.track()));
+  range_.ShowWhole(tracks().PointCount(Track()));
   MakePoints();
 }
 
 void frmCottrellEquation::MakePoints() {
   points_ = {};
   if (IsStep() && !range_.empty()) {
-    const auto count = static_cast<std::size_t>(tracks().PointCount(selector_.track()));
+    const auto count = static_cast<std::size_t>(tracks().PointCount(Track()));
     const auto from = std::min(static_cast<std::size_t>(range_.start()), count);
     const auto to = std::min(static_cast<std::size_t>(range_.end()) + 1, count);
     if (from < to) {
-      points_ = MakeCottrellPoints(tracks().Points(0, selector_.track()).subspan(from, to - from),
-                                   tracks().Points(1, selector_.track()).subspan(from, to - from));
+      points_ = MakeCottrellPoints(tracks().Points(0, Track()).subspan(from, to - from),
+                                   tracks().Points(1, Track()).subspan(from, to - from));
     }
   }
   plot_range_ = kInitialRange;

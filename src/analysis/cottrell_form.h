@@ -6,7 +6,6 @@
 #include "analysis/analysis_form.h"
 #include "analysis/cottrell.h"
 #include "analysis/point_range.h"
-#include "analysis/track_selector.h"
 #include "graph/plot_range.h"
 #include "graph/preview_plot.h"
 
@@ -20,8 +19,6 @@ class frmCottrellEquation : public AnalysisForm {
 
   frmCottrellEquation(Workstation& workstation, Host& host);
 
-  TextBox txtDataNum;
-  UpDown UpDown1;
   Label lblMode;
   TextBox txtTitle;
   TextBox txtRPM;
@@ -38,27 +35,22 @@ class frmCottrellEquation : public AnalysisForm {
   Button cmdCalc;
   PreviewPlot CottrellGraph;
 
-  bool Load() override;
-  void Activate() override;
   LayoutNode Layout() override;
   void Calculate() override;
 
  private:
   void WireBoxes();
-  TrackRecord& Record() { return tracks().Record(selector_.track()); }
   bool IsStep() { return Record().Mode == kModePS; }
-  void ShowTrack();
+  void ShowTrack() override;
   // Makes the points anew and draws them.
   void MakePoints();
   void DrawPoints();
   void DrawLine(const StraightLine& line);
   std::string ReportText(double electrons, double area, double concentration, double diffusion);
 
-  TrackSelector selector_;
   PointRange range_;
   CottrellPoints points_;
   PlotRange plot_range_;
-  std::int32_t generation_ = 0;  // of the track files
 };
 
 }  // namespace zento

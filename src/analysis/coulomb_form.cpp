@@ -19,8 +19,6 @@ constexpr int kLightGreen = 10;
 
 frmCoulombCalculator::frmCoulombCalculator(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Coulomb Number Calculation"),
-      txtDataNum(*this, "txtDataNum"),
-      UpDown1(*this, "UpDown1"),
       lblMode(*this, "lblMode"),
       lblTitle(*this, "lblTitle"),
       txtStart(*this, "txtStart"),
@@ -34,36 +32,19 @@ frmCoulombCalculator::frmCoulombCalculator(Workstation& workstation, Host& host)
       txtBaseValue(*this, "txtBaseValue", "0"),
       cmdCalc(*this, "cmdCalc", "Go!"),
       PrevGraph(*this, "PrevGraph"),
-      selector_(txtDataNum, UpDown1),
       range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kAsStart) {
   txtBaseValue.SetTip("A");
-  selector_.on_change = [this] { ShowTrack(); };
-  range_.describe = [this](std::int32_t point) {
-    return PointText(tracks(), selector_.track(), point);
-  };
+  range_.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };
   range_.on_change = [this] { DrawPreview(); };
   cmdCalc.on_click = [this] { Calculate(); };
 }
 
-bool frmCoulombCalculator::Load() {
-  generation_ = workstation().DataGeneration;
-  selector_.Show(workstation().shown_track);
-  ShowTrack();
-  return true;
-}
-
-void frmCoulombCalculator::Activate() {
-  if (generation_ == workstation().DataGeneration) return;
-  generation_ = workstation().DataGeneration;
-  ShowTrack();
-}
-
 void frmCoulombCalculator::ShowTrack() {
-  const bool holds = HoldsTrack(tracks(), selector_.track());
+  const bool holds = HoldsTrack(tracks(), Track());
   lblMode.SetText(holds ? std::string(EntryOf(ModeName, Record().Mode)) : std::string());
   lblTitle.SetText(holds ? Record().Title : std::string());
   if (holds) {
-    range_.ShowWhole(tracks().PointCount(selector_.track()));
+    range_.ShowWhole(tracks().PointCount(Track()));
   } else {
     range_.Empty();
   }
@@ -71,7 +52,7 @@ void frmCoulombCalculator::ShowTrack() {
 }
 
 void frmCoulombCalculator::DrawPreview() {
-  DrawSelection(PrevGraph, tracks(), selector_.track(), range_.start(), range_.end());
+  DrawSelection(PrevGraph, tracks(), Track(), range_.start(), range_.end());
 }
 
 std::string frmCoulombCalculator::Hindrance() const {
@@ -86,7 +67,7 @@ std::string frmCoulombCalculator::Hindrance() const {
 }
 
 frmCoulombCalculator::Part frmCoulombCalculator::ChosenPart() const {
-  const int track = selector_.track();
+  const int track = Track();
   // The track may have become shorter since it was shown.
   const auto count = static_cast<std::size_t>(tracks().PointCount(track));
   const auto first = std::min(static_cast<std::size_t>(range_.start()), count);
@@ -108,7 +89,7 @@ std::optional<BaseLine> frmCoulombCalculator::ChosenBaseLine(const Part& part) c
 }
 
 void frmCoulombCalculator::Calculate() {
-  if (!HoldsTrack(tracks(), selector_.track())) return;
+  if (!HoldsTrack(tracks(), Track())) return;
   if (const std::string hindrance = Hindrance(); !hindrance.empty()) return Refuse(hindrance);
   const Part part = ChosenPart();
   if (part.x.empty()) return Refuse("The track has no points in this range.");
@@ -151,7 +132,7 @@ std::string frmCoulombCalculator::ReportText(const Part& part,
     report.append(label).append("\t").append(value).append("\r\n");
   };
   line("FileName:", workstation().FileTitle);
-  line("Track:", SignedNumber(selector_.track()));
+  line("Track:", SignedNumber(Track()));
   line("Title:", Record().Title);
   line("Nstart:", PlainNumber(part.first));
   line("Nend:", PlainNumber(part.first + part.x.size() - 1));

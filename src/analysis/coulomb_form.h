@@ -9,7 +9,6 @@
 #include "analysis/analysis_form.h"
 #include "analysis/coulomb.h"
 #include "analysis/point_range.h"
-#include "analysis/track_selector.h"
 #include "graph/preview_plot.h"
 
 namespace zento {
@@ -21,8 +20,6 @@ class frmCoulombCalculator : public AnalysisForm {
 
   frmCoulombCalculator(Workstation& workstation, Host& host);
 
-  TextBox txtDataNum;
-  UpDown UpDown1;
   Label lblMode;
   Label lblTitle;
   TextBox txtStart;
@@ -37,8 +34,6 @@ class frmCoulombCalculator : public AnalysisForm {
   Button cmdCalc;
   PreviewPlot PrevGraph;
 
-  bool Load() override;
-  void Activate() override;
   LayoutNode Layout() override;
   void Calculate() override;
 
@@ -51,8 +46,7 @@ class frmCoulombCalculator : public AnalysisForm {
     std::span<const double> i;  // A
   };
 
-  const TrackRecord& Record() const { return tracks().Record(selector_.track()); }
-  void ShowTrack();
+  void ShowTrack() override;
   void DrawPreview();
   // Why the track as it is chosen has no charge; empty when it has one.
   std::string Hindrance() const;
@@ -61,9 +55,7 @@ class frmCoulombCalculator : public AnalysisForm {
   void DrawBaseLine(const Part& part, const BaseLine& line);
   std::string ReportText(const Part& part, const std::vector<double>& charge) const;
 
-  TrackSelector selector_;
   PointRange range_;
-  std::int32_t generation_ = 0;  // of the track files
 };
 
 }  // namespace zento

@@ -36,7 +36,7 @@ void frmKoutecky_Levich::Points::Add(const std::optional<Point>& point, double r
 }
 
 bool frmKoutecky_Levich::OneTrack() const {
-  return tracks().Record(selector_.track()).Mode == kModeRPMvsj;
+  return tracks().Record(Track()).Mode == kModeRPMvsj;
 }
 
 LevichMethod frmKoutecky_Levich::Method() const {
@@ -90,7 +90,7 @@ frmKoutecky_Levich::Points frmKoutecky_Levich::TrackPoints() {
 
 frmKoutecky_Levich::Points frmKoutecky_Levich::SweepPoints() {
   Points points;
-  const int track = selector_.track();
+  const int track = Track();
   const Ends ends = EndsOf(track);
   for (std::int32_t i = ends.first; i <= ends.last && i < tracks().PointCount(track); ++i) {
     const double rpm = tracks().Value(0, track, i);
@@ -154,7 +154,7 @@ void frmKoutecky_Levich::ReportFailure() {
 }
 
 double frmKoutecky_Levich::ReportedPotential() const {
-  return OneTrack() ? tracks().Record(selector_.track()).V[0] : settings().KLVuse;
+  return OneTrack() ? tracks().Record(Track()).V[0] : settings().KLVuse;
 }
 
 void frmKoutecky_Levich::Store(LevichUnknown unknown, double value) {
@@ -211,7 +211,7 @@ std::string frmKoutecky_Levich::ReportText(const Points& points, const LevichQua
   };
   const bool levich = Method() == LevichMethod::kLevich;
   line("File", workstation().FileTitle);
-  if (OneTrack()) line("Title:", tracks().Record(selector_.track()).Title);
+  if (OneTrack()) line("Title:", tracks().Record(Track()).Title);
   line("Area /cm2", Format(std::abs(settings().KLElectrodeArea), "0.0###"));
   quantity(LevichUnknown::kViscosity, "ν /cm2s-1", Format(quantities.viscosity, "0.0###"));
   quantity(LevichUnknown::kDiffusion, "Dm /cm2s-1", Format(quantities.diffusion, "0.00e+00"));

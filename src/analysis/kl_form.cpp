@@ -36,8 +36,6 @@ void Bind(TextBox& box, double& setting) {
 
 frmKoutecky_Levich::frmKoutecky_Levich(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Koutecky-Levich Analysis"),
-      txtDataNum(*this, "txtDataNum"),
-      UpDown1(*this, "UpDown1"),
       txtTitle(*this, "txtTitle"),
       txtRPM(*this, "txtRPM"),
       lblpnum(*this, "lblpnum"),
@@ -73,7 +71,6 @@ frmKoutecky_Levich::frmKoutecky_Levich(Workstation& workstation, Host& host)
                    "Diffusion Coefficient /cm2s-1", "Concentration /molcm-3"},
                   0),
       cmdKLCalc(*this, "cmdKLCalc", "Calculation"),
-      selector_(txtDataNum, UpDown1),
       start_(txtStart, updStart, lblStartPoint),
       end_(txtEnd, updEnd, lblEndPoint),
       base_end_(txtBaseEnd, updBaseEnd, lblBaseEndPoint),
@@ -104,11 +101,10 @@ void frmKoutecky_Levich::WireBoxes() {
 }
 
 void frmKoutecky_Levich::WireTrack() {
-  selector_.on_change = [this] { ShowTrack(); };
   chkUse.on_click = [this](int value) {
     tracks().kl.KLUseFlag[Current()] = static_cast<std::int16_t>(value == 1 ? 1 : 0);
   };
-  const auto count = [this] { return tracks().PointCount(selector_.track()); };
+  const auto count = [this] { return tracks().PointCount(Track()); };
   start_.limits = [count] { return PointIndex::Limits{0, count() - 2, 0, count() - 2}; };
   end_.limits = [count] { return PointIndex::Limits{1, count() - 1, 1, count() - 1}; };
   base_end_.limits = [this] {
@@ -133,22 +129,8 @@ void frmKoutecky_Levich::WireTrack() {
   updBase.on_down = [this] { ChooseBaseTrack((BaseTrack() + kTracks - 1) % kTracks); };
 }
 
-bool frmKoutecky_Levich::Load() {
-  generation_ = workstation().DataGeneration;
-  InitializeParameters();
-  ShowSettings();
-  selector_.Show(workstation().shown_track);
-  ShowTrack();
-  return true;
-}
-
-void frmKoutecky_Levich::Activate() {
-  if (generation_ == workstation().DataGeneration) return;
-  generation_ = workstation().DataGeneration;
-  ShowTrack();
-}
-
 void frmKoutecky_Levich::ShowSettings() {
+  InitializeParameters();
   const Settings& s = settings();
   txtUseVoltage.SetText(PlainNumber(s.KLVuse));
   txtKLVrange.SetText(PlainNumber(std::abs(s.KLVrange)));
@@ -188,7 +170,7 @@ PotentialWindow frmKoutecky_Levich::Window() const {
 }
 
 void frmKoutecky_Levich::ShowTrack() {
-  const int track = selector_.track();
+  const int track = Track();
   const KouteckyLevichLists& kl = tracks().kl;
   txtTitle.SetText(tracks().Record(track).Title);
   const bool usable = Usable(track);
@@ -231,8 +213,8 @@ void frmKoutecky_Levich::ShowBaseTrack() {
 
 void frmKoutecky_Levich::Redraw() {
   if (!start_.empty()) {
-    start_.SetLabel(PointText(tracks(), selector_.track(), start_.index()));
-    end_.SetLabel(PointText(tracks(), selector_.track(), end_.index()));
+    start_.SetLabel(PointText(tracks(), Track(), start_.index()));
+    end_.SetLabel(PointText(tracks(), Track(), end_.index()));
   }
   if (!base_end_.empty()) {
     base_end_.SetLabel(PointText(tracks(), BaseTrack(), base_end_.index()));
@@ -241,7 +223,7 @@ void frmKoutecky_Levich::Redraw() {
 }
 
 void frmKoutecky_Levich::DrawPreview() {
-  const int track = selector_.track();
+  const int track = Track();
   if (!Usable(track)) return PrevGraph.Clear();
   PrepareTrackPlot(PrevGraph, tracks(), track);
   const bool sweep = OneTrack();

@@ -9,7 +9,6 @@
 #include "analysis/koutecky_levich.h"
 #include "analysis/own_graph.h"
 #include "analysis/point_range.h"
-#include "analysis/track_selector.h"
 #include "graph/plot_range.h"
 #include "graph/preview_plot.h"
 
@@ -25,8 +24,6 @@ class frmKoutecky_Levich : public AnalysisForm {
 
   frmKoutecky_Levich(Workstation& workstation, Host& host);
 
-  TextBox txtDataNum;
-  UpDown UpDown1;
   TextBox txtTitle;
   TextBox txtRPM;
   Label lblpnum;
@@ -59,8 +56,6 @@ class frmKoutecky_Levich : public AnalysisForm {
   OptionGroup opnVariable;
   Button cmdKLCalc;
 
-  bool Load() override;
-  void Activate() override;
   LayoutNode Layout() override;
   void Calculate() override;
 
@@ -83,9 +78,9 @@ class frmKoutecky_Levich : public AnalysisForm {
 
   void WireBoxes();
   void WireTrack();
-  void ShowSettings();
+  void ShowSettings() override;
   void ShowQuantities();
-  void ShowTrack();
+  void ShowTrack() override;
   void ShowBaseTrack();
   void ShowPointLabels();
   void DrawPreview();
@@ -99,7 +94,7 @@ class frmKoutecky_Levich : public AnalysisForm {
   // Whether the track has points that this window can work on.
   bool Usable(int track) const;
   bool OneTrack() const;
-  std::size_t Current() const { return static_cast<std::size_t>(selector_.track()); }
+  std::size_t Current() const { return static_cast<std::size_t>(Track()); }
   int BaseTrack() const;
   // As they are stored, held within the track; an end of 0, which nobody can choose, stands for a
   // track that was never given a range, and means its last point.
@@ -121,13 +116,11 @@ class frmKoutecky_Levich : public AnalysisForm {
   std::string ReportText(const Points& points, const LevichQuantities& quantities, double jk) const;
   double ReportedPotential() const;
 
-  TrackSelector selector_;
   PointIndex start_;
   PointIndex end_;
   PointIndex base_end_;
   PlotRange plot_range_;
   OwnGraph graph_;
-  std::int32_t generation_ = 0;  // of the track files
 };
 
 }  // namespace zento

@@ -47,8 +47,6 @@ Outcome OutcomeOf(const OxygenShares& shares) {
 
 frmO2Reduction::frmO2Reduction(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "%H2O Graph"),
-      txtDataNum(*this, "txtDataNum"),
-      UpDown1(*this, "UpDown1"),
       lblMode(*this, "lblMode"),
       txtTitle(*this, "txtTitle"),
       txtRPM(*this, "txtRPM"),
@@ -57,8 +55,7 @@ frmO2Reduction::frmO2Reduction(Workstation& workstation, Host& host)
       txtVrange(*this, "txtVrange", "0.01"),
       cmdCalc(*this, "cmdCalc", "Calculation"),
       lblNote(*this, "lblNote"),
-      H2OGraph(*this, "H2OGraph"),
-      selector_(txtDataNum, UpDown1) {
+      H2OGraph(*this, "H2OGraph") {
   txtTitle.read_only = true;
   txtRPM.read_only = true;
   txtCE.SetTip("Collection efficiency N of the ring, above 0");
@@ -71,7 +68,6 @@ frmO2Reduction::frmO2Reduction(Workstation& workstation, Host& host)
       "Half-width of the window that is averaged at each potential, V; points exactly on its ends "
       "do not count");
   cmdCalc.SetTip("Evaluates the track anew, which also happens whenever a track is chosen");
-  selector_.on_change = [this] { ShowTrack(Asked::kForTrack); };
   for (TextBox* box : {&txtCE, &txtVstep, &txtVrange}) {
     box->on_change = [this] { StoreSettings(); };
     box->on_lost_focus = [this] { LeaveBox(); };
@@ -82,26 +78,12 @@ frmO2Reduction::frmO2Reduction(Workstation& workstation, Host& host)
   cmdCalc.on_click = [this] { Calculate(); };
 }
 
-bool frmO2Reduction::Load() {
-  generation_ = workstation().DataGeneration;
-  ShowSettings();
-  selector_.Show(0);
-  ShowTrack(Asked::kForTrack);
-  return true;
-}
-
-void frmO2Reduction::Activate() {
-  if (generation_ == workstation().DataGeneration) return;
-  generation_ = workstation().DataGeneration;
-  ShowTrack(Asked::kNot);
-}
-
 void frmO2Reduction::Calculate() {
   Evaluate(Asked::kForResult);
 }
 
-void frmO2Reduction::ShowTrack(Asked asked) {
-  const TrackRecord& record = tracks().Record(selector_.track());
+void frmO2Reduction::ShowHeader(Asked asked) {
+  const TrackRecord& record = tracks().Record(Track());
   lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
   const bool holds = record.Mode != kModeNone;
   txtTitle.SetText(holds ? record.Title : std::string());
@@ -129,7 +111,7 @@ void frmO2Reduction::LeaveBox() {
 
 void frmO2Reduction::Evaluate(Asked asked) {
   settings_changed_ = false;
-  const int track = selector_.track();
+  const int track = Track();
   const TrackRecord& record = tracks().Record(track);
   if (!HasRing(record.Mode)) {
     const bool empty = record.Mode == kModeNone;
@@ -167,7 +149,7 @@ void frmO2Reduction::ShowShares(const OxygenShares& shares) {
 
 void frmO2Reduction::DrawShares(const OxygenShares& shares) {
   // As stored, or what the points take up where that is empty.
-  const PreviewRange stored = RangeOf(tracks(), selector_.track());
+  const PreviewRange stored = RangeOf(tracks(), Track());
   H2OGraph.Clear();
   H2OGraph.SetFormats("0.0", "##0");
   H2OGraph.SetRange(stored.x_min, 0, stored.x_max, 100);
@@ -179,7 +161,7 @@ void frmO2Reduction::DrawShares(const OxygenShares& shares) {
 }
 
 std::string frmO2Reduction::NoteOn(const OxygenShares& shares) const {
-  const std::array<double, 3>& vertices = tracks().Record(selector_.track()).V;
+  const std::array<double, 3>& vertices = tracks().Record(Track()).V;
   if (shares.size() == 0) {
     return "No point with current lies within the voltage range of a step between the track's "
            "vertices " +

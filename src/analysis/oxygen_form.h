@@ -5,7 +5,6 @@
 
 #include "analysis/analysis_form.h"
 #include "analysis/oxygen.h"
-#include "analysis/track_selector.h"
 #include "graph/preview_plot.h"
 
 namespace zento {
@@ -22,8 +21,6 @@ class frmO2Reduction : public AnalysisForm {
 
   frmO2Reduction(Workstation& workstation, Host& host);
 
-  TextBox txtDataNum;
-  UpDown UpDown1;
   Label lblMode;
   TextBox txtTitle;
   TextBox txtRPM;
@@ -34,8 +31,6 @@ class frmO2Reduction : public AnalysisForm {
   Label lblNote;  // what the report does not say: why there is none, what is missing in it
   PreviewPlot H2OGraph;
 
-  bool Load() override;
-  void Activate() override;
   LayoutNode Layout() override;
   void Calculate() override;
 
@@ -47,8 +42,12 @@ class frmO2Reduction : public AnalysisForm {
     kForResult,  // by the button: everything in a message box
   };
 
-  void ShowTrack(Asked asked);
-  void ShowSettings();
+  int FirstTrack() const override { return 0; }
+  void ShowTrack() override { ShowHeader(Asked::kForTrack); }
+  void ShowTrackAgain() override { ShowHeader(Asked::kNot); }
+  // And evaluates the track.
+  void ShowHeader(Asked asked);
+  void ShowSettings() override;
   void StoreSettings();
   void LeaveBox();
   void Evaluate(Asked asked);
@@ -57,8 +56,6 @@ class frmO2Reduction : public AnalysisForm {
   void DrawShares(const OxygenShares& shares);
   std::string NoteOn(const OxygenShares& shares) const;
 
-  TrackSelector selector_;
-  std::int32_t generation_ = 0;    // of the track files
   bool settings_changed_ = false;  // since the last evaluation
   int evaluated_track_ = -1;       // whose report and plot are shown
 };

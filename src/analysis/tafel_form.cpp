@@ -63,8 +63,6 @@ Outcome OutcomeOf(const TafelFit& fit) {
 
 frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Tafel Analysis"),
-      txtDataNum(*this, "txtDataNum"),
-      UpDown1(*this, "UpDown1"),
       lblMode(*this, "lblMode"),
       txtTitle(*this, "txtTitle"),
       txtRPM(*this, "txtRPM"),
@@ -80,7 +78,6 @@ frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
       cmdCalc(*this, "cmdCalc", "Calculation"),
       lblNote(*this, "lblNote"),
       PrevGraph(*this, "PrevGraph"),
-      selector_(txtDataNum, UpDown1),
       range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kAsStart),
       graph_(host, kGraphName) {
   txtTitle.read_only = true;
@@ -92,10 +89,7 @@ frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
       "Fits log10|i| against the overpotential. Choose points of one branch at least 0.12 V / n "
       "from the redox potential, where the reaction back is below 1 %, and with currents below a "
       "hundredth of the limiting or peak current.");
-  selector_.on_change = [this] { ShowTrack(); };
-  range_.describe = [this](std::int32_t point) {
-    return PointText(tracks(), selector_.track(), point);
-  };
+  range_.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };
   range_.on_change = [this] { DrawPreview(); };
   txtRedoxPotential.on_lost_focus = [this] { LeaveRedoxPotential(); };
   txtRedoxPotential.on_key = [this](Key key) {
@@ -108,25 +102,15 @@ frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
   cmdCalc.on_click = [this] { Calculate(); };
 }
 
-bool frmTafelAnalyzer::Load() {
-  generation_ = workstation().DataGeneration;
-  selector_.Show(workstation().shown_track);
+void frmTafelAnalyzer::ShowSettings() {
   txtRedoxPotential.SetText(PlainNumber(settings().TaEred));
   // A settings file may hold anything.
   txtArea.SetText(PlainNumber(settings().TaArea));
   LeaveArea();
-  ShowTrack();
-  return true;
-}
-
-void frmTafelAnalyzer::Activate() {
-  if (generation_ == workstation().DataGeneration) return;
-  generation_ = workstation().DataGeneration;
-  ShowTrack();
 }
 
 void frmTafelAnalyzer::ShowTrack() {
-  const int track = selector_.track();
+  const int track = Track();
   const TrackRecord& record = tracks().Record(track);
   const bool holds = HoldsTrack(tracks(), track);
   lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
@@ -142,7 +126,7 @@ void frmTafelAnalyzer::ShowTrack() {
 }
 
 void frmTafelAnalyzer::DrawPreview() {
-  DrawSelection(PrevGraph, tracks(), selector_.track(), range_.start(), range_.end());
+  DrawSelection(PrevGraph, tracks(), Track(), range_.start(), range_.end());
 }
 
 void frmTafelAnalyzer::LeaveRedoxPotential() {
@@ -161,8 +145,8 @@ void frmTafelAnalyzer::Calculate() {
   ShowReport({}, {});
   lblNote.SetText({});
   {
-    const TrackChange change(workstation(), "Edit of the Tafel area", {selector_.track()});
-    tracks().Record(selector_.track()).Area = settings().TaArea;
+    const TrackChange change(workstation(), "Edit of the Tafel area", {Track()});
+    tracks().Record(Track()).Area = settings().TaArea;
   }
 
   const Result<TafelFit> fit = Fit();
@@ -173,7 +157,7 @@ void frmTafelAnalyzer::Calculate() {
 }
 
 Result<TafelFit> frmTafelAnalyzer::Fit() const {
-  const int track = selector_.track();
+  const int track = Track();
   const std::int32_t mode = tracks().Record(track).Mode;
   if (!HoldsTrack(tracks(), track)) {
     return Status::Failure("Track " + PlainNumber(track) + " is empty.");
@@ -229,7 +213,7 @@ std::string frmTafelAnalyzer::ReportOf(const TafelFit& fit) const {
   const auto line = [&](const char* label, const std::string& value) {
     report.append(label).append("\t").append(value).append("\r\n");
   };
-  const int track = selector_.track();
+  const int track = Track();
   line("File", workstation().FileTitle);
   line("Track", PlainNumber(track));
   line("Title", tracks().Record(track).Title);

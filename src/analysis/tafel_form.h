@@ -7,7 +7,6 @@
 #include "analysis/own_graph.h"
 #include "analysis/point_range.h"
 #include "analysis/tafel.h"
-#include "analysis/track_selector.h"
 #include "graph/plot_range.h"
 #include "graph/preview_plot.h"
 
@@ -22,8 +21,6 @@ class frmTafelAnalyzer : public AnalysisForm {
 
   frmTafelAnalyzer(Workstation& workstation, Host& host);
 
-  TextBox txtDataNum;
-  UpDown UpDown1;
   Label lblMode;
   TextBox txtTitle;
   TextBox txtRPM;
@@ -40,14 +37,13 @@ class frmTafelAnalyzer : public AnalysisForm {
   Label lblNote;  // the branch, and what speaks against the result
   PreviewPlot PrevGraph;
 
-  bool Load() override;
-  void Activate() override;
   LayoutNode Layout() override;
   // Empties the report and writes the area into the track's record even when no line can be fitted.
   void Calculate() override;
 
  private:
-  void ShowTrack();
+  void ShowSettings() override;
+  void ShowTrack() override;
   void DrawPreview();
   void LeaveRedoxPotential();
   void LeaveArea();
@@ -55,11 +51,9 @@ class frmTafelAnalyzer : public AnalysisForm {
   void DrawFit(const TafelFit& fit);
   std::string ReportOf(const TafelFit& fit) const;
 
-  TrackSelector selector_;
   PointRange range_;
   PlotRange plot_range_;  // eta in V, log10 of the current in A
   OwnGraph graph_;
-  std::int32_t generation_ = 0;  // of the track files
 };
 
 }  // namespace zento
