@@ -1,8 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "host/services.h"
 #include "host/virtual/memory_services.h"
@@ -39,6 +43,21 @@ class DryFiles : public Files {
   Status CreateFolder(const std::filesystem::path& path) override {
     return kept_.CreateFolder(path);
   }
+  Result<std::unique_ptr<FileReader>> Open(const std::filesystem::path& path) override {
+    return kept_.Exists(path) ? kept_.Open(path) : real_.Open(path);
+  }
+  // What is there, and what was written since.
+  Result<std::vector<FolderEntry>> ListFolder(const std::filesystem::path& path) override {
+    auto kept = kept_.ListFolder(path);
+    auto real = real_.ListFolder(path);
+    if (!kept.ok() || !real.ok()) return real.ok() ? std::move(real) : std::move(kept);
+    for (FolderEntry& entry : real.value()) {
+      const auto same = [&](const FolderEntry& other) { return other.name == entry.name; };
+      if (std::none_of(kept->begin(), kept->end(), same)) kept->push_back(std::move(entry));
+    }
+    return kept;
+  }
+  std::vector<std::filesystem::path> Drives() override { return real_.Drives(); }
 
  private:
   Status TakeOver(const std::filesystem::path& path) {

@@ -20,6 +20,9 @@ class NativeFiles : public Files {
   Status Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
   bool Exists(const std::filesystem::path& path) override;
   Status CreateFolder(const std::filesystem::path& path) override;
+  Result<std::unique_ptr<FileReader>> Open(const std::filesystem::path& path) override;
+  Result<std::vector<FolderEntry>> ListFolder(const std::filesystem::path& path) override;
+  std::vector<std::filesystem::path> Drives() override;
 };
 
 }  // namespace zento

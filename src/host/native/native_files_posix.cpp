@@ -6,7 +6,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <string>
+#include <utility>
 
+#include "host/native/home.h"
 #include "host/native/native_files.h"
 #include "host/native/system_failure.h"
 #include "host/path_text.h"
@@ -36,7 +38,7 @@ class Descriptor {
   int fd_;
 };
 
-int Open(const std::filesystem::path& path, int flags, mode_t mode = 0) {
+int OpenFile(const std::filesystem::path& path, int flags, mode_t mode = 0) {
   int fd;
   do {
     fd = ::open(path.c_str(), flags | O_CLOEXEC, mode);
@@ -101,7 +103,7 @@ class Temporary {
     for (int attempt = 0; attempt < 100; ++attempt) {
       path_ = FolderOf(target_) /
               (".zento-" + std::to_string(::getpid()) + "-" + std::to_string(count++) + ".tmp");
-      const int fd = Open(path_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0666);
+      const int fd = OpenFile(path_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0666);
       if (fd >= 0 || errno != EEXIST) {
         if (fd < 0) path_.clear();
         return fd;
@@ -125,7 +127,7 @@ bool Inherit(int fd, const struct stat& old) {
 // A device or a pipe cannot be replaced; it is written to.
 Status WriteThrough(const std::filesystem::path& path, std::string_view bytes,
                     const std::string& doing) {
-  Descriptor file(Open(path, O_WRONLY));
+  Descriptor file(OpenFile(path, O_WRONLY));
   if (!file || !WriteAll(file.get(), bytes) || !file.Close()) return SystemFailure(doing);
   return Status::Ok();
 }
@@ -133,7 +135,7 @@ Status WriteThrough(const std::filesystem::path& path, std::string_view bytes,
 // Makes the rename itself survive a power cut. File systems that cannot flush a folder, and folders
 // that may be written but not read, are left to the system.
 Status FlushFolder(const std::filesystem::path& folder, const std::string& doing) {
-  const Descriptor descriptor(Open(folder, O_RDONLY | O_DIRECTORY));
+  const Descriptor descriptor(OpenFile(folder, O_RDONLY | O_DIRECTORY));
   if (!descriptor || Flush(descriptor.get())) return Status::Ok();
   if (errno == EINVAL || errno == ENOTSUP || errno == EROFS) return Status::Ok();
   return SystemFailure(doing + ": written, but its folder could not be flushed");
@@ -141,7 +143,7 @@ Status FlushFolder(const std::filesystem::path& folder, const std::string& doing
 
 Status AppendTo(const std::filesystem::path& path, std::string_view bytes, bool flush) {
   const std::string doing = "append to " + TextFromPath(path);
-  Descriptor file(Open(path, O_WRONLY | O_APPEND | O_CREAT, 0666));
+  Descriptor file(OpenFile(path, O_WRONLY | O_APPEND | O_CREAT, 0666));
   if (!file) return SystemFailure(doing);
   struct stat before {};
   const bool regular = ::fstat(file.get(), &before) == 0 && S_ISREG(before.st_mode);
@@ -155,11 +157,65 @@ Status AppendTo(const std::filesystem::path& path, std::string_view bytes, bool 
   return file.Close() ? Status::Ok() : SystemFailure(doing);
 }
 
+class PosixReader : public FileReader {
+ public:
+  PosixReader(int fd, std::uint64_t size, std::string doing)
+      : file_(fd), size_(size), doing_(std::move(doing)) {}
+  Result<std::size_t> Read(std::span<char> room) override {
+    ssize_t got;
+    do {
+      got = ::read(file_.get(), room.data(), room.size());
+    } while (got < 0 && errno == EINTR);
+    if (got < 0) return SystemFailure(doing_);
+    return static_cast<std::size_t>(got);
+  }
+  std::uint64_t Size() const override { return size_; }
+
+ private:
+  Descriptor file_;
+  std::uint64_t size_;
+  std::string doing_;
+};
+
+// Folders in which plugged-in media appear.
+void AddMedia(const std::filesystem::path& folder, std::vector<std::filesystem::path>& drives) {
+  std::error_code failed;
+  std::filesystem::directory_iterator entry(folder, failed);
+  for (; !failed && entry != std::filesystem::directory_iterator(); entry.increment(failed)) {
+    std::error_code unknown;
+    if (entry->is_directory(unknown)) drives.push_back(entry->path());
+  }
+}
+
 }  // namespace
+
+Result<std::unique_ptr<FileReader>> NativeFiles::Open(const std::filesystem::path& path) {
+  std::string doing = "read " + TextFromPath(path);
+  // Opening a pipe would else wait for somebody to write into it.
+  const int fd = OpenFile(path, O_RDONLY | O_NONBLOCK);
+  if (fd < 0) return SystemFailure(doing);
+  struct stat about {};
+  const bool regular = ::fstat(fd, &about) == 0 && S_ISREG(about.st_mode);
+  const auto size = static_cast<std::uint64_t>(about.st_size);
+  auto reader = std::make_unique<PosixReader>(fd, size, doing);
+  if (!regular) return Status::Failure("not a file").Within(doing);
+  return std::unique_ptr<FileReader>(std::move(reader));
+}
+
+std::vector<std::filesystem::path> NativeFiles::Drives() {
+  std::vector<std::filesystem::path> drives = {"/"};
+  const auto home = EnvironmentVariable("HOME");
+  if (home && std::filesystem::path(*home).is_absolute() && Exists(*home)) drives.push_back(*home);
+  if (const auto user = EnvironmentVariable("USER")) {
+    AddMedia(std::filesystem::path("/media") / *user, drives);
+    AddMedia(std::filesystem::path("/run/media") / *user, drives);
+  }
+  return drives;
+}
 
 Result<std::string> NativeFiles::Read(const std::filesystem::path& path) {
   const std::string doing = "read " + TextFromPath(path);
-  const Descriptor file(Open(path, O_RDONLY));
+  const Descriptor file(OpenFile(path, O_RDONLY));
   if (!file) return SystemFailure(doing);
   struct stat about {};
   std::string bytes;

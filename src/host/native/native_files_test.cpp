@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <random>
 #include <string>
@@ -93,7 +94,51 @@ TEST_F(NativeFilesTest, RenamesButNeverOverwrites) {
   EXPECT_EQ(Text(folder_ / "c"), "1");
 }
 
+TEST_F(NativeFilesTest, ListsFoldersAndReadsInPieces) {
+  ASSERT_TRUE(files_.CreateFolder(folder_ / "sub").ok());
+  ASSERT_TRUE(
+      files_.Replace(folder_ / PathFromText("測定.znt"), std::string(1000, 'x') + "y").ok());
+  auto listed = files_.ListFolder(folder_);
+  ASSERT_TRUE(listed.ok()) << listed.why();
+  std::vector<std::string> names;
+  for (const FolderEntry& entry : listed.value()) {
+    names.push_back(TextFromPath(entry.name) + (entry.folder ? "/" : ""));
+  }
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(names, (std::vector<std::string>{"sub/", "測定.znt"}));
+  EXPECT_FALSE(files_.ListFolder(folder_ / "none").ok());
+  EXPECT_FALSE(files_.Open(folder_ / "sub").ok());
+  EXPECT_FALSE(files_.Open(folder_ / "none").ok());
+
+  auto reader = files_.Open(folder_ / PathFromText("測定.znt"));
+  ASSERT_TRUE(reader.ok()) << reader.why();
+  EXPECT_EQ(reader.value()->Size(), 1001U);
+  std::string bytes;
+  for (char room[300];;) {
+    const auto got = reader.value()->Read(room);
+    ASSERT_TRUE(got.ok());
+    if (got.value() == 0) break;
+    bytes.append(room, got.value());
+  }
+  EXPECT_EQ(bytes, std::string(1000, 'x') + "y");
+  EXPECT_TRUE(files_.Exists(files_.Drives().front()));
+}
+
 #ifndef _WIN32
+
+TEST_F(NativeFilesTest, NeverWaitsForAPipeAndSaysWhatIsALink) {
+  ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+  EXPECT_FALSE(files_.Open(folder_ / "pipe").ok());
+  ASSERT_TRUE(files_.CreateFolder(folder_ / "real").ok());
+  fs::create_symlink(folder_ / "real", folder_ / "link");
+  fs::create_symlink(folder_ / "nowhere", folder_ / "broken");
+  auto listed = files_.ListFolder(folder_);
+  ASSERT_EQ(listed->size(), 2U);
+  for (const FolderEntry& entry : listed.value()) {
+    EXPECT_TRUE(entry.folder);
+    EXPECT_EQ(entry.link, entry.name == "link");
+  }
+}
 
 // A full disk as the kernel can play it: no file may grow beyond the limit.
 class FileSizeLimit {

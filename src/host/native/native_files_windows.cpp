@@ -34,7 +34,7 @@ class Handle {
   HANDLE handle_;
 };
 
-HANDLE Open(const std::filesystem::path& path, DWORD access, DWORD disposition) {
+HANDLE OpenHandle(const std::filesystem::path& path, DWORD access, DWORD disposition) {
   return CreateFileW(path.c_str(), access, kShareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
                      nullptr);
 }
@@ -101,7 +101,7 @@ struct Remover {
 
 Status AppendTo(const std::filesystem::path& path, std::string_view bytes, bool flush) {
   const std::string doing = "append to " + TextFromPath(path);
-  Handle file(Open(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
+  Handle file(OpenHandle(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS));
   if (!file) return SystemFailure(doing);
   LARGE_INTEGER end{};
   if (SetFilePointerEx(file.get(), {}, &end, FILE_END) == 0) return SystemFailure(doing);
@@ -116,11 +116,54 @@ Status AppendTo(const std::filesystem::path& path, std::string_view bytes, bool 
   return file.Close() ? Status::Ok() : SystemFailure(doing);
 }
 
+class WindowsReader : public FileReader {
+ public:
+  WindowsReader(HANDLE file, std::string doing) : file_(file), doing_(std::move(doing)) {}
+  bool is_file() const { return file_ && GetFileType(file_.get()) == FILE_TYPE_DISK; }
+  Result<std::size_t> Read(std::span<char> room) override {
+    constexpr std::size_t kMost = 1 << 24;
+    DWORD got = 0;
+    if (ReadFile(file_.get(), room.data(), static_cast<DWORD>(std::min(room.size(), kMost)), &got,
+                 nullptr) == 0) {
+      return SystemFailure(doing_);
+    }
+    return std::size_t{got};
+  }
+  std::uint64_t Size() const override {
+    LARGE_INTEGER size{};
+    return GetFileSizeEx(file_.get(), &size) != 0 ? static_cast<std::uint64_t>(size.QuadPart) : 0;
+  }
+
+ private:
+  Handle file_;
+  std::string doing_;
+};
+
 }  // namespace
+
+Result<std::unique_ptr<FileReader>> NativeFiles::Open(const std::filesystem::path& path) {
+  std::string doing = "read " + TextFromPath(path);
+  const HANDLE file = OpenHandle(path, GENERIC_READ, OPEN_EXISTING);
+  if (file == INVALID_HANDLE_VALUE) return SystemFailure(doing);
+  auto reader = std::make_unique<WindowsReader>(file, doing);
+  if (!reader->is_file()) return Status::Failure("not a file").Within(doing);
+  return std::unique_ptr<FileReader>(std::move(reader));
+}
+
+std::vector<std::filesystem::path> NativeFiles::Drives() {
+  std::vector<std::filesystem::path> drives;
+  const DWORD present = GetLogicalDrives();
+  for (int letter = 0; letter < 26; ++letter) {
+    if ((present >> letter & 1U) == 0) continue;
+    drives.emplace_back(std::wstring{static_cast<wchar_t>(L'A' + letter), L':', L'\\'});
+  }
+  if (drives.empty()) drives.emplace_back(L"C:\\");
+  return drives;
+}
 
 Result<std::string> NativeFiles::Read(const std::filesystem::path& path) {
   const std::string doing = "read " + TextFromPath(path);
-  const Handle file(Open(path, GENERIC_READ, OPEN_EXISTING));
+  const Handle file(OpenHandle(path, GENERIC_READ, OPEN_EXISTING));
   if (!file) return SystemFailure(doing);
   std::string bytes;
   std::size_t size = 0;
@@ -143,7 +186,7 @@ Status NativeFiles::Replace(const std::filesystem::path& path, std::string_view 
   const std::string doing = "write " + TextFromPath(path);
   const std::filesystem::path target = FollowLinks(path);
   const Remover temporary(Beside(target));
-  Handle file(Open(temporary.path, GENERIC_WRITE, CREATE_NEW));
+  Handle file(OpenHandle(temporary.path, GENERIC_WRITE, CREATE_NEW));
   if (!file) return SystemFailure(doing + ": create a file beside it");
   bool written = WriteAll(file.get(), bytes) && FlushFileBuffers(file.get()) != 0;
   Status failed = written ? Status::Ok() : SystemFailure(doing);

@@ -1,5 +1,8 @@
 #include "host/virtual/memory_services.h"
 
+#include <algorithm>
+#include <iterator>
+#include <set>
 #include <utility>
 
 #include "host/path_text.h"
@@ -13,6 +16,29 @@ std::string Doing(const char* what, const std::filesystem::path& path) {
 
 constexpr char kFull[] = "no space left on device";
 constexpr char kMissing[] = "no such file or directory";
+
+// Reads on in what the file held when it was opened.
+class MemoryReader : public FileReader {
+ public:
+  explicit MemoryReader(std::string bytes) : bytes_(std::move(bytes)) {}
+  Result<std::size_t> Read(std::span<char> room) override {
+    const std::size_t count = std::min(room.size(), bytes_.size() - at_);
+    std::copy_n(bytes_.data() + at_, count, room.data());
+    at_ += count;
+    return count;
+  }
+  std::uint64_t Size() const override { return bytes_.size(); }
+
+ private:
+  std::string bytes_;
+  std::size_t at_ = 0;
+};
+
+// "a/b/" and "a/b" are the same folder.
+std::filesystem::path Folder(const std::filesystem::path& path) {
+  const auto normal = path.lexically_normal();
+  return normal.has_filename() || normal == normal.root_path() ? normal : normal.parent_path();
+}
 
 }  // namespace
 
@@ -94,6 +120,41 @@ Status MemoryFiles::CreateFolder(const std::filesystem::path& path) {
   if (auto fault = Fault(Operation::kCreateFolder, Doing("create folder", path))) return *fault;
   folders_[path.lexically_normal()] = true;
   return Status::Ok();
+}
+
+Result<std::unique_ptr<FileReader>> MemoryFiles::Open(const std::filesystem::path& path) {
+  auto bytes = Read(path);
+  if (!bytes.ok()) return bytes.status();
+  return std::unique_ptr<FileReader>(std::make_unique<MemoryReader>(std::move(bytes.value())));
+}
+
+Result<std::vector<FolderEntry>> MemoryFiles::ListFolder(const std::filesystem::path& path) {
+  const std::string doing = Doing("list folder", path);
+  if (auto fault = Fault(Operation::kListFolder, doing)) return *fault;
+  const auto folder = Folder(path);
+  std::vector<FolderEntry> entries;
+  std::set<std::filesystem::path> folders;
+  // Every path below the folder shows its first step there.
+  const auto look = [&](const std::filesystem::path& name, bool is_folder) {
+    const auto below = name.lexically_relative(folder);
+    if (below.empty() || *below.begin() == ".." || *below.begin() == ".") return;
+    if (is_folder || std::next(below.begin()) != below.end()) {
+      folders.insert(*below.begin());
+    } else {
+      entries.push_back({below, false, false});
+    }
+  };
+  for (const auto& [name, bytes] : files_) look(name, false);
+  for (const auto& [name, made] : folders_) look(Folder(name), true);
+  for (const auto& name : folders) entries.push_back({name, true, false});
+  const bool known = !entries.empty() || folder == folder.root_path() ||
+                     folders_.count(folder) > 0 || folders_.count(folder / "") > 0;
+  if (!known) return Status::Failure(kMissing).Within(doing);
+  return entries;
+}
+
+std::vector<std::filesystem::path> MemoryFiles::Drives() {
+  return {"/"};
 }
 
 std::vector<std::filesystem::path> MemoryFiles::List() const {

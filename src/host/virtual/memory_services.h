@@ -33,10 +33,11 @@ class SilentSound : public Sound {
   std::vector<std::string> played;
 };
 
-// Files that live in memory, with faults on demand. Folders come into being with their files.
+// Files that live in memory, with faults on demand. Folders come into being with their files. A
+// fault of kRead also hits Open.
 class MemoryFiles : public Files {
  public:
-  enum class Operation { kRead, kReplace, kAppend, kRename, kCreateFolder };
+  enum class Operation { kRead, kReplace, kAppend, kRename, kCreateFolder, kListFolder };
 
   Result<std::string> Read(const std::filesystem::path& path) override;
   Status Replace(const std::filesystem::path& path, std::string_view bytes) override;
@@ -45,6 +46,9 @@ class MemoryFiles : public Files {
   Status Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
   bool Exists(const std::filesystem::path& path) override;
   Status CreateFolder(const std::filesystem::path& path) override;
+  Result<std::unique_ptr<FileReader>> Open(const std::filesystem::path& path) override;
+  Result<std::vector<FolderEntry>> ListFolder(const std::filesystem::path& path) override;
+  std::vector<std::filesystem::path> Drives() override;
 
   // The next such operation fails with `why`, and nothing is changed by it.
   void FailNext(Operation operation, std::string why = "input/output error");

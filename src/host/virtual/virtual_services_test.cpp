@@ -70,5 +70,27 @@ TEST(MemoryFiles, RenamingNeverOverwrites) {
   EXPECT_EQ(files.List(), (std::vector<std::filesystem::path>{"b", "c"}));
 }
 
+TEST(MemoryFiles, FoldersShowWhatStandsRightInThem) {
+  MemoryFiles files;
+  for (const char* name : {"/a/1.znt", "/a/b/2.znt", "/a/b/3.znt", "/ab/4.znt"}) {
+    ASSERT_TRUE(files.Replace(name, "x").ok());
+  }
+  ASSERT_TRUE(files.CreateFolder("/a/empty").ok());
+  const auto names = [&](const char* folder) {
+    std::string text;
+    auto listed = files.ListFolder(folder);
+    if (!listed.ok()) return std::string("none");
+    for (const FolderEntry& entry : listed.value()) {
+      text += entry.name.generic_string() + (entry.folder ? "/ " : " ");
+    }
+    return text;
+  };
+  EXPECT_EQ(names("/a"), "1.znt b/ empty/ ");
+  EXPECT_EQ(names("/a/b/"), "2.znt 3.znt ");
+  EXPECT_EQ(names("/"), "a/ ab/ ");
+  EXPECT_EQ(names("/a/empty"), "");
+  EXPECT_EQ(names("/c"), "none");
+}
+
 }  // namespace
 }  // namespace zento
