@@ -209,7 +209,8 @@ class RandomWalk : public testing::Test {
     if (!control->Usable() || std::ranges::count(kLeftAlone, control->name()) > 0) return step;
     if (form->name() == kMainForm) {
       step.may_change.insert(before.shown);
-      step.may_change_all = control->name() == "mnuOpen";
+      const std::string& name = control->name();
+      step.may_change_all = name == "mnuOpen" || name == "mnuUndo" || name == "mnuRedo";
     }
     if (std::ranges::count(kRecordFields, step.what) > 0) {
       step.may_change.insert(std::stoi(form->Find("txtDataNum")->Value()));
