@@ -7,6 +7,7 @@
 #include "core/list_head.h"
 #include "core/rescue.h"
 #include "core/track_file_lines.h"
+#include "core/track_header_stream.h"
 #include "core/track_keys.h"
 #include "core/track_table.h"
 #include "host/path_text.h"
@@ -108,7 +109,7 @@ void ShareMultichannelTime(TrackStore& tracks) {
 int NextTarget(const TrackFileLines& lines, TrackFileLoad& load) {
   const std::int32_t number = lines.Number();
   if (IsTrack(number)) return number;
-  Remark(load, TrackText(number) + " was passed over: tracks are numbered 0 to 20");
+  RemarkTrackPassedOver(load, number);
   return kNoTrack;
 }
 
@@ -176,6 +177,10 @@ TrackFileLoad WithBytes(Files& files, const std::filesystem::path& path, Reader 
 
 }  // namespace
 
+void RemarkTrackPassedOver(TrackFileLoad& load, std::int32_t number) {
+  Remark(load, TrackText(number) + " was passed over: tracks are numbered 0 to 20");
+}
+
 TrackFileLoad ReadTracks(std::string_view bytes, TrackStore& tracks) {
   TrackFileLines lines(bytes);
   if (!lines.recognized()) return NotRecognized();
@@ -207,16 +212,9 @@ TrackFileLoad ImportTrack(std::string_view bytes, int file_track, TrackStore& tr
 }
 
 TrackFileLoad ReadHeaders(std::string_view bytes, TrackHeaders& records) {
-  TrackFileLines lines(bytes);
-  if (!lines.recognized()) return NotRecognized();
-  TrackFileLoad load;
-  int target = 0;
-  for (Kind kind = lines.Next(); kind != Kind::kEnd; kind = lines.Next()) {
-    if (kind == Kind::kTable) continue;
-    if (lines.key() == "DataNum") target = NextTarget(lines, load);
-    if (target != kNoTrack) ApplyKey(records[static_cast<std::size_t>(target)], lines);
-  }
-  return load;
+  TrackHeaderStream stream(records);
+  stream.Feed(bytes);
+  return stream.Finish();
 }
 
 std::string FormatTracks(const TrackStore& tracks) {
@@ -270,8 +268,20 @@ TrackFileLoad ImportTrackFromFile(TrackStore& tracks, Files& files,
 
 TrackFileLoad ReadTrackHeaders(Files& files, const std::filesystem::path& path,
                                TrackHeaders& records) {
-  return WithBytes(files, path,
-                   [&](std::string_view bytes) { return ReadHeaders(bytes, records); });
+  constexpr std::size_t kPiece = std::size_t{256} << 10;
+  auto file = files.Open(path);
+  if (!file.ok()) return {Outcome::kUnreadable, file.status(), {}};
+  TrackHeaders read = records;
+  TrackHeaderStream stream(read);
+  for (std::vector<char> room(kPiece);;) {
+    const Result<std::size_t> got = file.value()->Read(room);
+    if (!got.ok()) return {Outcome::kUnreadable, got.status(), {}};
+    if (got.value() == 0 || !stream.Feed({room.data(), got.value()})) break;
+  }
+  TrackFileLoad load = stream.Finish();
+  if (load.complete()) records = std::move(read);
+  load.status = load.status.Within(TextFromPath(path));
+  return load;
 }
 
 }  // namespace zento

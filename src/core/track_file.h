@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -37,6 +38,9 @@ struct TrackFileLoad {
 
 using TrackHeaders = std::array<TrackRecord, kTracks>;
 
+// For readers: a block's number is none of a track's.
+void RemarkTrackPassedOver(TrackFileLoad& load, std::int32_t number);
+
 // Bytes to values. The readers never take memory beyond a small multiple of the bytes' size, nor
 // time beyond a multiple of it, whatever the bytes are. Lines that belong to track numbers outside
 // 0 to 20 are passed over; of a track with more points than the store can hold, the first ones
@@ -48,6 +52,7 @@ TrackFileLoad ReadTracks(std::string_view bytes, TrackStore& tracks);
 // nothing is changed.
 TrackFileLoad ImportTrack(std::string_view bytes, int file_track, TrackStore& tracks, int slot);
 // Reads the headers of all tracks; records of numbers that the file does not have stay as they are.
+// Of a line beyond a mebibyte only the beginning counts.
 TrackFileLoad ReadHeaders(std::string_view bytes, TrackHeaders& records);
 // The whole store. StepTime and VoltStep are not part of the format.
 std::string FormatTracks(const TrackStore& tracks);
@@ -62,6 +67,7 @@ std::filesystem::path TrackFileName(std::filesystem::path path);
 Status SaveTracksAs(Workstation& ws, Files& files, const std::filesystem::path& path);
 TrackFileLoad ImportTrackFromFile(TrackStore& tracks, Files& files,
                                   const std::filesystem::path& path, int file_track, int slot);
+// In bounded memory, however large the file is.
 TrackFileLoad ReadTrackHeaders(Files& files, const std::filesystem::path& path,
                                TrackHeaders& records);
 

@@ -1,0 +1,128 @@
+#include "core/track_header_stream.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <utility>
+
+#include "core/track_keys.h"
+#include "text/codepage.h"
+#include "text/number.h"
+
+namespace zento {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kLineEnds = "\r\n";
+// Longer than any key; what stands before a "=" so far into a line is none.
+constexpr std::size_t kLongestKey = 32;
+
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// A text of a file that is not UTF-8 as a whole.
+void Decode(std::string& text) {
+  // With its line end, because the end of a file may be cut off in a character.
+  text = DecodeMixed(text + "\n");
+  text.pop_back();
+}
+
+}  // namespace
+
+bool TrackHeaderStream::Feed(std::string_view piece) {
+  if (begin_ == Begin::kUnknown) {
+    // The first line and the byte behind it, with a mark in front.
+    constexpr std::size_t kEnough = kByteOrderMark.size() + kTrackFileSignature.size() + 1;
+    const std::size_t taken = std::min(piece.size(), kEnough - line_.size());
+    line_.append(piece.substr(0, taken));
+    piece.remove_prefix(taken);
+    if (line_.size() == kEnough) Recognize(false);
+  }
+  if (begin_ == Begin::kTrackFile) Scan(piece);
+  return begin_ != Begin::kForeign;
+}
+
+void TrackHeaderStream::Recognize(bool complete) {
+  std::string held = std::exchange(line_, {});
+  std::string_view head = held;
+  if (head.starts_with(kByteOrderMark)) head.remove_prefix(kByteOrderMark.size());
+  const std::string_view behind =
+      head.substr(std::min(head.size(), kTrackFileSignature.size())).substr(0, 1);
+  const bool ended = behind.empty() ? complete : kLineEnds.find(behind) != kLineEnds.npos;
+  const bool ours = head.starts_with(kTrackFileSignature) && ended;
+  begin_ = ours ? Begin::kTrackFile : Begin::kForeign;
+  if (ours) Scan(head);
+}
+
+TrackFileLoad TrackHeaderStream::Finish() {
+  if (begin_ == Begin::kUnknown) Recognize(true);
+  if (begin_ == Begin::kForeign) {
+    return {TrackFileLoad::Outcome::kNotRecognized, Status::Failure("not a track file"), {}};
+  }
+  ReadLine(std::exchange(line_, {}));
+  const bool utf8 = utf8_.Finish();
+  for (std::size_t track = 0; track < records_.size() && !utf8; ++track) {
+    if (undecided_[track].title) Decode(records_[track].Title);
+    if (undecided_[track].time) Decode(records_[track].MeasTime);
+  }
+  return std::move(load_);
+}
+
+void TrackHeaderStream::Scan(std::string_view piece) {
+  utf8_.Feed(piece);
+  if (!line_.empty()) {
+    const std::size_t end = piece.find_first_of(kLineEnds);
+    Keep(piece.substr(0, end));
+    if (end == piece.npos) return;
+    ReadLine(line_);
+    line_.clear();
+    piece.remove_prefix(end);
+  }
+  const std::size_t last = piece.find_last_of(kLineEnds);
+  const std::size_t whole = last == piece.npos ? 0 : last + 1;
+  ScanLines(piece.substr(0, whole));
+  Keep(piece.substr(whole));
+}
+
+void TrackHeaderStream::Keep(std::string_view piece) {
+  line_.append(piece.substr(0, kLongestLine - line_.size()));
+}
+
+void TrackHeaderStream::ScanLines(std::string_view lines) {
+  while (!lines.empty()) {
+    const void* found = std::memchr(lines.data(), '=', lines.size());
+    if (found == nullptr) return;
+    const auto equals = static_cast<std::size_t>(static_cast<const char*>(found) - lines.data());
+    // The line's beginning, or so much before the "=" that there is no key.
+    const std::size_t nearest = equals - std::min(equals, kLongestKey);
+    const std::size_t before = lines.substr(nearest, equals - nearest).find_last_of(kLineEnds);
+    const std::size_t begin = before == lines.npos ? nearest : nearest + before + 1;
+    const std::size_t end = lines.find_first_of(kLineEnds, equals);
+    const bool has_key = before != lines.npos || nearest == 0;
+    if (has_key) ReadLine(lines.substr(begin, std::min(end - begin, kLongestLine)));
+    lines.remove_prefix(end);
+  }
+}
+
+void TrackHeaderStream::ReadLine(std::string_view line) {
+  const std::size_t equals = line.find('=');
+  if (equals == 0 || equals == line.npos) return;
+  ReadKey(line.substr(0, equals), line.substr(equals + 1));
+}
+
+void TrackHeaderStream::ReadKey(std::string_view key, std::string_view value) {
+  if (key == "DataNum") {
+    const std::int32_t number = ToLong(ParseLenient(value));
+    target_ = number >= 0 && number < kTracks ? number : -1;
+    if (target_ < 0) RemarkTrackPassedOver(load_, number);
+  }
+  if (target_ < 0) return;
+  const auto track = static_cast<std::size_t>(target_);
+  ApplyTrackKey(records_[track], key, value);
+  if (key == "Title") undecided_[track].title = !IsAscii(value);
+  if (key == "MeasTime") undecided_[track].time = !IsAscii(value);
+}
+
+}  // namespace zento
