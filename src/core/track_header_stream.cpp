@@ -22,6 +22,14 @@ bool IsAscii(std::string_view text) {
                      [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
+// The first line end from `from` on, which need not be there. (find_first_of looks up a set for
+// every byte.)
+std::size_t FindLineEnd(std::string_view text, std::size_t from = 0) {
+  const auto begin = text.begin() + static_cast<std::ptrdiff_t>(from);
+  const auto end = std::find_if(begin, text.end(), [](char c) { return c == '\n' || c == '\r'; });
+  return end == text.end() ? text.npos : static_cast<std::size_t>(end - text.begin());
+}
+
 // A text of a file that is not UTF-8 as a whole.
 void Decode(std::string& text) {
   // With its line end, because the end of a file may be cut off in a character.
@@ -73,7 +81,7 @@ TrackFileLoad TrackHeaderStream::Finish() {
 void TrackHeaderStream::Scan(std::string_view piece) {
   utf8_.Feed(piece);
   if (!line_.empty()) {
-    const std::size_t end = piece.find_first_of(kLineEnds);
+    const std::size_t end = FindLineEnd(piece);
     Keep(piece.substr(0, end));
     if (end == piece.npos) return;
     ReadLine(line_);
@@ -99,7 +107,7 @@ void TrackHeaderStream::ScanLines(std::string_view lines) {
     const std::size_t nearest = equals - std::min(equals, kLongestKey);
     const std::size_t before = lines.substr(nearest, equals - nearest).find_last_of(kLineEnds);
     const std::size_t begin = before == lines.npos ? nearest : nearest + before + 1;
-    const std::size_t end = lines.find_first_of(kLineEnds, equals);
+    const std::size_t end = FindLineEnd(lines, equals);
     const bool has_key = before != lines.npos || nearest == 0;
     if (has_key) ReadLine(lines.substr(begin, std::min(end - begin, kLongestLine)));
     lines.remove_prefix(end);

@@ -1,8 +1,11 @@
 #include "ui/main/main_forms.h"
 
+#include <filesystem>
 #include <memory>
 
 #include "ui/main/control_panel.h"
+#include "ui/main/import_form.h"
+#include "ui/main/search_form.h"
 #include "ui/main/settings_form.h"
 
 namespace zento {
@@ -14,6 +17,13 @@ void RegisterMainForms(Desktop& desktop, Workstation& workstation, Host& host,
   });
   desktop.Register("frmSettings", [&workstation, &host] {
     return std::make_unique<frmSettings>(workstation, host);
+  });
+  const auto last_folder = std::make_shared<std::filesystem::path>();
+  desktop.Register("frmImportTrack", [&workstation, &host, last_folder] {
+    return std::make_unique<frmImportTrack>(workstation, host, last_folder);
+  });
+  desktop.Register("frmSearchTrack", [&workstation, &host, last_folder] {
+    return std::make_unique<frmSearchTrack>(workstation, host, last_folder);
   });
 }
 

@@ -6,7 +6,7 @@
 
 namespace zento {
 
-// Makes frmControlPanel and frmSettings known to the desktop. All arguments outlive it. The main
+// Makes the main window and its tools known to the desktop. All arguments outlive it. The main
 // window's menus offer what the desktop knows when it loads.
 void RegisterMainForms(Desktop& desktop, Workstation& workstation, Host& host,
                        Instruments& instruments);

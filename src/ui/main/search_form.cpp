@@ -1,0 +1,283 @@
+#include "ui/main/search_form.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "core/tables.h"
+#include "host/host.h"
+#include "host/path_text.h"
+#include "text/number.h"
+#include "ui/main/file_track_preview.h"
+
+namespace zento {
+namespace {
+
+constexpr char kName[] = "frmSearchTrack";
+constexpr int kColumnCount = 6;
+constexpr int kDigits = 15;
+constexpr int kProgressSteps = 1000;
+
+std::vector<std::string> ModeNames() {
+  return {ModeName.begin(), ModeName.end()};
+}
+
+std::vector<std::string> CutAtBlanks(std::string_view text) {
+  std::vector<std::string> words;
+  while (!text.empty()) {
+    const std::size_t blank = std::min(text.find(' '), text.size());
+    if (blank > 0) words.emplace_back(text.substr(0, blank));
+    text.remove_prefix(std::min(blank + 1, text.size()));
+  }
+  return words;
+}
+
+// In characters, not bytes.
+std::string LastCharacters(const std::string& text, int count) {
+  std::size_t at = text.size();
+  while (at > 0 && count > 0) {
+    --at;
+    const bool begins = (static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U;
+    if (begins) --count;
+  }
+  return text.substr(at);
+}
+
+std::string Counted(std::size_t count, const char* what) {
+  return PlainNumber(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+}  // namespace
+
+frmSearchTrack::frmSearchTrack(Workstation& workstation, Host& host, LastFolder last)
+    : Form(host, kName, "Search Track"),
+      lists(*this, std::move(last), workstation.home),
+      chkSubfolders(*this, "chkSubfolders", "Include subfolders"),
+      opnTitle(*this, "opnTitle", "Title"),
+      KeyWords(*this, "KeyWords"),
+      opnMeasurement(*this, "opnMeasurement", "Measurement"),
+      cbxMeasurement(*this, "cbxMeasurement"),
+      opnRPM(*this, "opnRPM", "RPM"),
+      txtRPM(*this, "txtRPM", "0"),
+      opnScanrate(*this, "opnScanrate", "Scanrate"),
+      txtScanrate(*this, "txtScanrate", "0"),
+      cmdSearch(*this, "cmdSearch", "Search"),
+      cmdCancel(*this, "cmdCancel", "Cancel"),
+      SearchProgress(*this, "SearchProgress"),
+      lblState(*this, "lblState"),
+      SearchResult(*this, "SearchResult", 0, kColumnCount),
+      PrevGraph(*this, "PrevGraph"),
+      txtTrack(*this, "txtTrack", "0"),
+      UpDown1(*this, "UpDown1"),
+      lblTrackTitle(*this, "lblTrackTitle"),
+      cmdImport(*this, "cmdImport", "Import"),
+      cmdClose(*this, "cmdClose", "Close"),
+      SearchTimer(*this, "SearchTimer"),
+      workstation_(workstation) {
+  ConnectSearch();
+  ConnectImport();
+}
+
+void frmSearchTrack::ConnectSearch() {
+  KeyWords.SetTip(
+      "Words apart by blanks; all of them must stand in the title, upper and lower case "
+      "as typed");
+  txtRPM.SetTip("In rpm, exactly");
+  txtScanrate.SetTip("In mV/s, exactly");
+  cbxMeasurement.SetItems(ModeNames());
+  cbxMeasurement.Select(kModeCV);
+  cmdSearch.is_default = true;
+  cmdCancel.SetEnabled(false);
+  SearchProgress.SetRange(kProgressSteps);
+  SearchResult.headings = {"Filename", "Track", "Title", "Method", "RPM", "Scanrate"};
+  SearchResult.column_widths = {220, 50, -1, 70, 70, 70};
+  SearchTimer.SetInterval(1);
+  SearchTimer.on_tick = [this] { Work(); };
+  cmdSearch.on_click = [this] { cmdSearch_Click(); };
+  cmdCancel.on_click = [this] {
+    if (searching()) Finish(true);
+  };
+}
+
+void frmSearchTrack::ConnectImport() {
+  SearchResult.on_click = [this](int row, int) { SelectResult(row); };
+  txtTrack.SetTip("The track to import into, 0 to 20");
+  UpDown1.on_up = [this] { SetTargetTrack((target_ + 1) % kTracks); };
+  UpDown1.on_down = [this] { SetTargetTrack((target_ + kTracks - 1) % kTracks); };
+  txtTrack.on_lost_focus = [this] { StoreTypedTrack(); };
+  txtTrack.on_key = [this](Key key) {
+    if (key.code == KeyCode::kEnter) StoreTypedTrack();
+  };
+  cmdImport.on_click = [this] { cmdImport_Click(); };
+  cmdClose.on_click = [&desktop = host().desktop] { desktop.Unload(kName); };
+}
+
+bool frmSearchTrack::Load() {
+  lists.Begin();
+  ClearFilePreview(PrevGraph);
+  SetTargetTrack(workstation_.shown_track);
+  return true;
+}
+
+void frmSearchTrack::Activate() {
+  lists.Refresh();
+  SetTargetTrack(target_);
+}
+
+LayoutNode frmSearchTrack::Layout() {
+  using namespace layout;
+  return Columns(
+      {Rows({lists.Layout(), Item(chkSubfolders)}, 1),
+       Rows({Columns({Group("Criteria",
+                            {Table({Columns({Item(opnTitle), Item(KeyWords)}),
+                                    Columns({Item(opnMeasurement), Item(cbxMeasurement)}),
+                                    Columns({Item(opnRPM), Item(txtRPM)}),
+                                    Columns({Item(opnScanrate), Item(txtScanrate)})})},
+                            1),
+                      Rows({Item(cmdSearch), Item(cmdCancel), Stretch()})}),
+             Item(SearchProgress), Item(lblState), Item(SearchResult, 1), Item(PrevGraph, 1),
+             Columns({Fields({Field("Import into track", txtTrack, &UpDown1)}),
+                      Item(lblTrackTitle, 1), Item(cmdImport), Item(cmdClose)})},
+            3)});
+}
+
+void frmSearchTrack::SetTargetTrack(int track) {
+  target_ = std::clamp(track, 0, kTracks - 1);
+  txtTrack.SetText(PlainNumber(target_));
+  lblTrackTitle.SetText(workstation_.tracks.Record(target_).Title);
+}
+
+void frmSearchTrack::StoreTypedTrack() {
+  SetTargetTrack(ToLong(ParseLenient(txtTrack.text())));
+}
+
+bool frmSearchTrack::CheckCriteria() {
+  const char* refusal = nullptr;
+  if (opnTitle.value() == 1 && KeyWords.text().empty()) {
+    refusal = "Please input keywords!";
+  } else if (opnRPM.value() == 1 && ParseLenient(txtRPM.text()) < 0) {
+    refusal = "Please input RPM!";
+  } else if (opnScanrate.value() == 1 && ParseLenient(txtScanrate.text()) <= 0) {
+    refusal = "Please input scanrate!";
+  }
+  if (refusal != nullptr) host().dialogs.Message(refusal);
+  return refusal == nullptr;
+}
+
+SearchCriteria frmSearchTrack::Criteria() const {
+  SearchCriteria criteria;
+  if (opnMeasurement.value() == 1) criteria.mode = cbxMeasurement.selected();
+  if (opnScanrate.value() == 1) criteria.scanrate = ParseLenient(txtScanrate.text());
+  if (opnRPM.value() == 1) criteria.rpm = ParseLenient(txtRPM.text());
+  if (opnTitle.value() == 1) criteria.keywords = CutAtBlanks(KeyWords.text());
+  return criteria;
+}
+
+void frmSearchTrack::cmdSearch_Click() {
+  if (!CheckCriteria()) return;
+  lists.Refresh();
+  search_ = std::make_unique<TrackSearch>(host().files, host().clock, Criteria(), lists.folder(),
+                                          chkSubfolders.value() == 1);
+  shown_hits_ = 0;
+  selected_ = -1;
+  SearchResult.SelectRow(-1);
+  SearchResult.Resize(0, kColumnCount);
+  ClearFilePreview(PrevGraph);
+  cmdSearch.SetEnabled(false);
+  cmdCancel.SetEnabled(true);
+  SearchTimer.SetEnabled(true);
+  ShowProgress();
+}
+
+void frmSearchTrack::Work() {
+  const bool more = search_->Work();
+  ShowHits();
+  if (more) {
+    ShowProgress();
+  } else {
+    Finish(false);
+  }
+}
+
+void frmSearchTrack::Finish(bool cancelled) {
+  SearchTimer.SetEnabled(false);
+  cmdSearch.SetEnabled(true);
+  cmdCancel.SetEnabled(false);
+  SearchProgress.SetPosition(cancelled ? 0 : kProgressSteps);
+  ShowOutcome(cancelled);
+}
+
+// Those found since the last time.
+void frmSearchTrack::ShowHits() {
+  const std::vector<SearchHit>& hits = search_->hits();
+  if (hits.size() == shown_hits_) return;
+  constexpr int kPathCharacters = 30;
+  SearchResult.SetRedraw(false);
+  SearchResult.Resize(static_cast<int>(hits.size()), kColumnCount);
+  for (; shown_hits_ < hits.size(); ++shown_hits_) {
+    const SearchHit& hit = hits[shown_hits_];
+    const int row = static_cast<int>(shown_hits_);
+    SearchResult.SetCell(row, 0, LastCharacters(TextFromPath(hit.path), kPathCharacters));
+    SearchResult.SetCell(row, 1, PlainNumber(hit.track));
+    SearchResult.SetCell(row, 2, hit.title);
+    SearchResult.SetCell(row, 3, std::string(EntryOf(ModeName, hit.mode)));
+    SearchResult.SetCell(row, 4, PlainNumber(hit.rpm, kDigits));
+    SearchResult.SetCell(row, 5, PlainNumber(hit.scanrate, kDigits));
+  }
+  SearchResult.SetRedraw(true);
+}
+
+void frmSearchTrack::ShowProgress() {
+  const auto position = static_cast<int>(search_->Done() * kProgressSteps);
+  if (position != SearchProgress.position()) SearchProgress.SetPosition(position);
+  if (!search_->counted()) {
+    lblState.SetText("Looking into folders: " + Counted(search_->file_count(), "file"));
+    return;
+  }
+  lblState.SetText(PlainNumber(search_->files_done()) + " of " +
+                   Counted(search_->file_count(), "file") + ", " +
+                   Counted(search_->hits().size(), "track") + " found");
+}
+
+void frmSearchTrack::ShowOutcome(bool cancelled) {
+  std::string text = Counted(search_->hits().size(), "track") + " found in ";
+  if (search_->files_done() < search_->file_count()) {
+    text += PlainNumber(search_->files_done()) + " of ";
+  }
+  text += Counted(search_->file_count(), "file");
+  if (cancelled) text = "Cancelled: " + text;
+  if (search_->full()) text += "; there may be more, only the first 200 are shown";
+  if (search_->passed_over() > 0) {
+    text += "; " + Counted(search_->passed_over(), "file") + " could not be read as track files";
+  }
+  if (search_->unreadable_folders() > 0) {
+    text += "; " + Counted(search_->unreadable_folders(), "folder") + " could not be read";
+  }
+  lblState.SetText(text);
+}
+
+void frmSearchTrack::SelectResult(int row) {
+  selected_ = row;
+  const SearchHit& hit = search_->hits()[static_cast<std::size_t>(row)];
+  PreviewFileTrack(PrevGraph, workstation_, host().files, hit.path, hit.track);
+}
+
+void frmSearchTrack::cmdImport_Click() {
+  if (selected_ < 0) {
+    host().dialogs.Message("Please Select a Track!");
+    return;
+  }
+  StoreTypedTrack();
+  const SearchHit& hit = search_->hits()[static_cast<std::size_t>(selected_)];
+  const Status imported = ImportFileTrack(workstation_, host().files, hit.path, hit.track, target_);
+  SetTargetTrack(target_);
+  if (!imported.ok()) {
+    host().dialogs.Message("Import track: " + imported.why());
+    return;
+  }
+  lblState.SetText("Imported into track " + PlainNumber(target_));
+}
+
+}  // namespace zento

@@ -1,0 +1,109 @@
+#include "ui/main/track_search.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "ui/main/track_folder.h"
+
+namespace zento {
+namespace {
+
+constexpr std::int64_t kSliceMicros = 15'000;
+// On a clock that stands still while the program works, a slice ends all the same.
+constexpr std::size_t kSliceBytes = std::size_t{32} << 20;
+constexpr int kSliceSteps = 2000;
+constexpr std::size_t kPiece = std::size_t{256} << 10;
+
+}  // namespace
+
+bool SearchCriteria::Matches(const TrackRecord& record) const {
+  if (record.Mode < kModeCV) return false;
+  if (mode && record.Mode != *mode) return false;
+  if (scanrate && record.Scanrate != *scanrate) return false;
+  if (rpm && record.RPM != *rpm) return false;
+  return std::all_of(keywords.begin(), keywords.end(), [&](const std::string& word) {
+    return record.Title.find(word) != std::string::npos;
+  });
+}
+
+TrackSearch::TrackSearch(Files& files, const Clock& clock, SearchCriteria criteria,
+                         const std::filesystem::path& folder, bool subfolders)
+    : files_(files),
+      clock_(clock),
+      criteria_(std::move(criteria)),
+      subfolders_(subfolders),
+      folders_{folder},
+      room_(kPiece) {}
+
+bool TrackSearch::Work() {
+  const std::int64_t begun = clock_.Micros();
+  slice_bytes_ = 0;
+  for (int steps = 0; steps < kSliceSteps; ++steps) {
+    if (full() || (counted() && next_ == paths_.size())) return false;
+    Step();
+    if (slice_bytes_ >= kSliceBytes || clock_.Micros() - begun >= kSliceMicros) break;
+  }
+  return true;
+}
+
+double TrackSearch::Done() const {
+  if (!counted() || paths_.empty()) return 0;
+  double files = static_cast<double>(next_);
+  if (reading_ && reading_->file->Size() > 0) {
+    const double part =
+        static_cast<double>(reading_->read) / static_cast<double>(reading_->file->Size());
+    files += std::min(part, 1.0);
+  }
+  return files / static_cast<double>(paths_.size());
+}
+
+void TrackSearch::Step() {
+  if (!counted()) return LookIntoFolder();
+  if (!reading_) return OpenFile();
+  ReadPiece();
+}
+
+void TrackSearch::LookIntoFolder() {
+  const std::filesystem::path folder = std::move(folders_.back());
+  folders_.pop_back();
+  auto found = ReadTrackFolder(files_, folder);
+  if (!found.ok()) {
+    ++unreadable_folders_;
+    return;
+  }
+  for (const auto& name : found->files) paths_.push_back(folder / name);
+  if (!subfolders_) return;
+  for (auto name = found->own_folders.rbegin(); name != found->own_folders.rend(); ++name) {
+    folders_.push_back(folder / *name);
+  }
+}
+
+void TrackSearch::OpenFile() {
+  auto opened = files_.Open(paths_[next_]);
+  if (!opened.ok()) return EndFile(false);
+  reading_ = std::make_unique<Reading>(std::move(opened.value()));
+}
+
+void TrackSearch::ReadPiece() {
+  const auto got = reading_->file->Read(room_);
+  if (!got.ok()) return EndFile(false);
+  reading_->read += got.value();
+  slice_bytes_ += got.value();
+  const bool ended = got.value() == 0;
+  if (!ended && reading_->stream.Feed({room_.data(), got.value()})) return;
+  EndFile(reading_->stream.Finish().complete());
+}
+
+void TrackSearch::EndFile(bool readable) {
+  const std::filesystem::path& path = paths_[next_];
+  if (!readable) ++passed_over_;
+  for (int track = 0; readable && track < kTracks && !full(); ++track) {
+    const TrackRecord& record = reading_->headers[static_cast<std::size_t>(track)];
+    if (!criteria_.Matches(record)) continue;
+    hits_.push_back({path, track, record.Title, record.Mode, record.RPM, record.Scanrate});
+  }
+  reading_.reset();
+  ++next_;
+}
+
+}  // namespace zento
