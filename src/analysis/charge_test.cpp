@@ -144,6 +144,32 @@ TEST_F(Charges, CottrellFindsTheDiffusionCoefficient) {
   form.Calculate();
   EXPECT_NEAR(form.outcome().quantities[0].value, 4 * d, 1e-12);
   EXPECT_NEAR(form.outcome().fit->line.intercept, 1e-5, 1e-15);
+  EXPECT_THAT(form.lblFit.text(), HasSubstr("Dapp "));
+}
+
+TEST_F(Charges, CottrellCalculatesWithTheTrackAsItIs) {
+  FillStep(0, 1e-4, 0);
+  auto& form = Cottrell();
+  EXPECT_TRUE(form.opnCalcMode.UserChoose(1).ok());
+  EXPECT_TRUE(form.txtStart.UserSet("6").ok());
+  FillStep(0, 3e-4, 0);  // measured anew while the window is open
+  form.Calculate();
+  EXPECT_NEAR(form.outcome().fit->line.slope, 3e-4, 1e-12);
+  // Taking an entry back, or opening a file, shows the track's own value and keeps the range.
+  EXPECT_TRUE(form.txtne.UserSet("3").ok());
+  ws.tracks.Record(0).ne = 2;
+  ++ws.DataGeneration;
+  form.Activate();
+  EXPECT_EQ(form.txtne.text(), "2");
+  EXPECT_EQ(form.txtStart.text(), "6");
+  Fill(0, kModePS, {0.1, 0.2, 0.3}, {3, 2, 1});
+  ++ws.DataGeneration;
+  form.Activate();
+  EXPECT_EQ(form.txtStart.text() + " " + form.txtEnd.text(), "0 2");
+  EXPECT_TRUE(form.txtConc.UserSet("1e-200").ok());
+  EXPECT_TRUE(form.txtArea.UserSet("1e-200").ok());
+  form.Calculate();
+  EXPECT_THAT(Messages(), ElementsAre(HasSubstr("too small")));
 }
 
 TEST_F(Charges, CottrellChangesTheTrackInPlace) {
@@ -193,10 +219,12 @@ TEST_F(Charges, ASweepIsIntegratedOverTimeAroundItsTurningPoint) {
   EXPECT_TRUE(form.opnBaseLine.UserChoose(1).ok());
   form.Calculate();
   EXPECT_NEAR(form.outcome().quantities[0].value, -1e-3, 1e-15);
+  EXPECT_THAT(form.lblNote.text(), StartsWith("No base line"));
   // Of the way there alone the line takes everything.
   for (int i = 0; i < 2; ++i) EXPECT_TRUE(form.updEnd.UserStep(-1).ok());
   form.Calculate();
   EXPECT_NEAR(form.outcome().quantities[0].value, 0, 1e-15);
+  EXPECT_EQ(form.lblNote.text(), "");
   EXPECT_TRUE(form.opnBaseLine.UserChoose(2).ok());
   EXPECT_TRUE(form.txtBaseValue.UserSet("2.5e-4").ok());
   form.Calculate();
@@ -214,12 +242,22 @@ TEST_F(Charges, AStepHasNoBaseLine) {
   form.Calculate();
   EXPECT_NEAR(form.outcome().quantities[0].value, 2, 1e-15);
   EXPECT_THAT(form.report(), HasSubstr("t /s\ti /A\tCoulomb\r\n"));
+  EXPECT_THAT(form.lblNote.text(), StartsWith("No base line"));
+  // From a point to itself.
+  EXPECT_TRUE(form.txtEnd.UserSet("0").ok());
+  form.Calculate();
+  EXPECT_THAT(form.report(), HasSubstr("Nend:\t0\r\nBaseValue\t 1\r\nCoulomb:\t0.000e+0\r\n"));
+  EXPECT_EQ(form.lblNote.text(), "A single point has no charge.");
 }
 
 TEST_F(Charges, WhatHasNoChargeIsSaid) {
   auto& form = Coulomb();
   form.Calculate();
   EXPECT_THAT(Messages(), IsEmpty());
+  EXPECT_EQ(form.report(), "");
+  Fill(0, kModePS, {0, 1, 2}, {1, 1, 1});  // measured while the window shows an empty slot
+  form.Calculate();
+  EXPECT_THAT(form.report(), HasSubstr("Nend:\t2\r\n"));
   const auto said = [&] {
     EXPECT_TRUE(form.UpDown1.UserStep(+1).ok());
     EXPECT_TRUE(form.UpDown1.UserStep(-1).ok());
@@ -228,9 +266,9 @@ TEST_F(Charges, WhatHasNoChargeIsSaid) {
     return messages.size() == 1 ? messages.front() : std::string();
   };
   Fill(0, kModeRPMvsj, {0, 400}, {1, 2});
-  EXPECT_EQ(said(), "A RPMvs.j track cannot be integrated.");
+  EXPECT_EQ(said(), "RPMvs.j tracks cannot be integrated.");
   Fill(0, kModeMulti, {0, 400}, {1, 2});
-  EXPECT_EQ(said(), "A Multi track cannot be integrated.");
+  EXPECT_EQ(said(), "Multi tracks cannot be integrated.");
   Fill(0, kModeCV, {0, 0.1, 0.2, 0.3}, {1, 2, 3, 4});
   ws.tracks.Record(0).Scanrate = 0;
   EXPECT_THAT(said(), HasSubstr("no scan rate"));

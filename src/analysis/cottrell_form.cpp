@@ -70,6 +70,17 @@ void frmCottrellEquation::WireBoxes() {
 }
 
 void frmCottrellEquation::ShowTrack() {
+  range_.Empty();
+  ShowRecord();
+}
+
+void frmCottrellEquation::ShowTrackAgain() {
+  // An entry may have been taken back.
+  txtne.SetText({});
+  ShowRecord();
+}
+
+void frmCottrellEquation::ShowRecord() {
   if (!HoldsTrack(tracks(), Track())) {
     lblMode.SetText({});
     for (TextBox* box : {&txtTitle, &txtRPM, &txtConc, &txtArea, &txtne}) box->SetText({});
@@ -84,7 +95,7 @@ void frmCottrellEquation::ShowTrack() {
   txtArea.SetText(PlainNumber(record.Area));
   // What was typed for one track goes on for the next.
   if (txtne.text().empty()) txtne.SetText(PlainNumber(record.ne));
-  range_.ShowWhole(tracks().PointCount(Track()));
+  range_.ShowAgain(tracks().PointCount(Track()));
   MakePoints();
 }
 
@@ -121,20 +132,25 @@ void frmCottrellEquation::DrawPoints() {
 
 void frmCottrellEquation::Calculate() {
   if (!IsStep()) return;
+  if (range_.empty()) ShowTrack();  // the slot was empty when it was shown
   const double electrons = ParseLenient(txtne.text());
   const double concentration = ParseLenient(txtConc.text());
   const double area = ParseLenient(txtArea.text());
   if (!(electrons > 0 && concentration > 0 && area > 0)) {
     return Refuse("The parameters (ne, Conc., and Area) must be above zero.");
   }
+  // Of the track as it is now: a measurement may have ended in it since it was shown.
+  MakePoints();
   const auto line = static_cast<CottrellLine>(std::max(opnCalcMode.selected(), 0));
   const auto fit = FitCottrell(points_, line);
   if (!fit) {
     return Refuse("The points give no line: choose at least two, at different times.");
   }
-  DrawPoints();
-  DrawLine(fit->line);
   const double diffusion = ApparentDiffusion(fit->line.slope, electrons, area, concentration);
+  if (!std::isfinite(diffusion)) {
+    return Refuse("The parameters (ne, Conc., and Area) are too small for a result.");
+  }
+  DrawLine(fit->line);
   Outcome outcome;
   outcome.fit = *fit;
   outcome.quantities = {{"Dapp", "cm2/s", diffusion, {}},

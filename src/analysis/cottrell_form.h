@@ -42,6 +42,8 @@ class frmCottrellEquation : public AnalysisForm {
   void WireBoxes();
   bool IsStep() { return Record().Mode == kModePS; }
   void ShowTrack() override;
+  void ShowTrackAgain() override;
+  void ShowRecord();
   // Makes the points anew and draws them.
   void MakePoints();
   void DrawPoints();

@@ -1,6 +1,7 @@
 #include "analysis/coulomb_form.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <utility>
 
@@ -31,6 +32,7 @@ frmCoulombCalculator::frmCoulombCalculator(Workstation& workstation, Host& host)
       opnBaseLine(*this, "opnBaseLine", {"None", "Linear", "Value"}, 0),
       txtBaseValue(*this, "txtBaseValue", "0"),
       cmdCalc(*this, "cmdCalc", "Go!"),
+      lblNote(*this, "lblNote"),
       PrevGraph(*this, "PrevGraph"),
       range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kAsStart) {
   txtBaseValue.SetTip("A");
@@ -40,11 +42,20 @@ frmCoulombCalculator::frmCoulombCalculator(Workstation& workstation, Host& host)
 }
 
 void frmCoulombCalculator::ShowTrack() {
+  range_.Empty();
+  ShowRecord();
+}
+
+void frmCoulombCalculator::ShowTrackAgain() {
+  ShowRecord();
+}
+
+void frmCoulombCalculator::ShowRecord() {
   const bool holds = HoldsTrack(tracks(), Track());
   lblMode.SetText(holds ? std::string(EntryOf(ModeName, Record().Mode)) : std::string());
   lblTitle.SetText(holds ? Record().Title : std::string());
   if (holds) {
-    range_.ShowWhole(tracks().PointCount(Track()));
+    range_.ShowAgain(tracks().PointCount(Track()));
   } else {
     range_.Empty();
   }
@@ -57,7 +68,7 @@ void frmCoulombCalculator::DrawPreview() {
 
 std::string frmCoulombCalculator::Hindrance() const {
   if (!HasCharge(Record().Mode)) {
-    return "A " + std::string(EntryOf(ModeName, Record().Mode)) + " track cannot be integrated.";
+    return std::string(EntryOf(ModeName, Record().Mode)) + " tracks cannot be integrated.";
   }
   if (Record().Mode != kModePS && !(Record().Scanrate > 0)) {
     return "The track has no scan rate, so its points have no times.";
@@ -90,6 +101,7 @@ std::optional<BaseLine> frmCoulombCalculator::ChosenBaseLine(const Part& part) c
 
 void frmCoulombCalculator::Calculate() {
   if (!HoldsTrack(tracks(), Track())) return;
+  if (range_.empty()) ShowTrack();  // the slot was empty when it was shown
   if (const std::string hindrance = Hindrance(); !hindrance.empty()) return Refuse(hindrance);
   const Part part = ChosenPart();
   if (part.x.empty()) return Refuse("The track has no points in this range.");
@@ -100,7 +112,8 @@ void frmCoulombCalculator::Calculate() {
   std::vector<double> charge = RunningIntegral(rule, steps, part.i);
   std::vector<double> base_charge(charge.size());
   DrawPreview();
-  if (const auto line = ChosenBaseLine(part)) {
+  const auto line = ChosenBaseLine(part);
+  if (line) {
     DrawBaseLine(part, *line);
     std::vector<double> base(part.x.size());
     std::transform(part.x.begin(), part.x.end(), base.begin(),
@@ -109,6 +122,8 @@ void frmCoulombCalculator::Calculate() {
     base_charge = RunningIntegral(IntegrationRule::kTrapezoid, steps, base);
     for (std::size_t p = 0; p < charge.size(); ++p) charge[p] -= base_charge[p];
   }
+  if (!std::isfinite(charge.back())) return Refuse("The charge is too large for a number.");
+  lblNote.SetText(NoteOn(part, line.has_value()));
 
   Outcome outcome;
   outcome.quantities = {{"charge", "C", charge.back(), {}},
@@ -123,6 +138,13 @@ void frmCoulombCalculator::Calculate() {
 void frmCoulombCalculator::DrawBaseLine(const Part& part, const BaseLine& line) {
   PrevGraph.Line(part.x.front(), line.At(part.x.front()), part.x.back(), line.At(part.x.back()),
                  QBColor(kLightGreen));
+}
+
+std::string frmCoulombCalculator::NoteOn(const Part& part, bool base_line) const {
+  if (part.x.size() == 1) return "A single point has no charge.";
+  if (base_line || static_cast<Base>(opnBaseLine.selected()) == Base::kNone) return {};
+  return Record().Mode == kModePS ? "No base line:\npotential steps have none."
+                                  : "No base line: both ends\nhave the same potential.";
 }
 
 std::string frmCoulombCalculator::ReportText(const Part& part,
@@ -165,6 +187,7 @@ LayoutNode frmCoulombCalculator::Layout() {
                   Group("Base Line",
                         {Item(opnBaseLine), Fields({Field("Value /A", txtBaseValue)})}),
                   Item(cmdCalc),
+                  Item(lblNote),
                   Stretch(),
               }),
               Rows({Item(PrevGraph, 1)}, 3),

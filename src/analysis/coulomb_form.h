@@ -32,6 +32,7 @@ class frmCoulombCalculator : public AnalysisForm {
   OptionGroup opnBaseLine;
   TextBox txtBaseValue;  // A
   Button cmdCalc;
+  Label lblNote;  // what the report does not say: why no base line was subtracted
   PreviewPlot PrevGraph;
 
   LayoutNode Layout() override;
@@ -47,12 +48,15 @@ class frmCoulombCalculator : public AnalysisForm {
   };
 
   void ShowTrack() override;
+  void ShowTrackAgain() override;
+  void ShowRecord();
   void DrawPreview();
   // Why the track as it is chosen has no charge; empty when it has one.
   std::string Hindrance() const;
   Part ChosenPart() const;
   std::optional<BaseLine> ChosenBaseLine(const Part& part) const;
   void DrawBaseLine(const Part& part, const BaseLine& line);
+  std::string NoteOn(const Part& part, bool base_line) const;
   std::string ReportText(const Part& part, const std::vector<double>& charge) const;
 
   PointRange range_;

@@ -80,6 +80,11 @@ void PointRange::Show(std::int32_t start, std::int32_t end, std::int32_t points)
   ShowPoints();
 }
 
+void PointRange::ShowAgain(std::int32_t points) {
+  if (empty() || points != points_) return ShowWhole(points);
+  ShowPoints();
+}
+
 void PointRange::Empty() {
   points_ = 0;
   start_.Empty();

@@ -66,6 +66,9 @@ class PointRange {
   // Of a track with `points` points. Runs no handler.
   void Show(std::int32_t start, std::int32_t end, std::int32_t points);
   void ShowWhole(std::int32_t points) { Show(0, points > 0 ? points - 1 : 0, points); }
+  // The same range of a track that may have been changed; the whole of it when it has another
+  // number of points.
+  void ShowAgain(std::int32_t points);
   void Empty();
 
   // What the labels show for a point; see PointText.
