@@ -8,7 +8,7 @@ zento_packages=(
   g++ cmake ninja-build pkg-config lld ccache
   qt6-base-dev libqt6svg6-dev qt6-qpa-plugins libgl-dev
   libasio-dev libcli11-dev nlohmann-json3-dev libcanberra-dev libcurl4-openssl-dev
-  libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev
+  libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev libfftw3-dev
   fonts-vlgothic fonts-dejavu-core
 )
 
