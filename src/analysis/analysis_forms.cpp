@@ -4,6 +4,7 @@
 
 #include "analysis/cottrell_form.h"
 #include "analysis/coulomb_form.h"
+#include "analysis/fft_form.h"
 #include "analysis/kl_form.h"
 #include "analysis/oxygen_form.h"
 #include "analysis/tafel_form.h"
@@ -25,6 +26,7 @@ void RegisterAnalysisForms(Desktop& desktop, Workstation& workstation, Host& hos
   Register<frmCoulombCalculator>(desktop, workstation, host);
   Register<frmTafelAnalyzer>(desktop, workstation, host);
   Register<frmO2Reduction>(desktop, workstation, host);
+  Register<frmFFTFilter>(desktop, workstation, host);
 }
 
 }  // namespace zento

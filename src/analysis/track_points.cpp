@@ -1,5 +1,6 @@
 #include "analysis/track_points.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -48,6 +49,15 @@ std::string PointText(const TrackStore& tracks, int track, std::int32_t point) {
 bool HoldsTrack(const TrackStore& tracks, int track) {
   const std::int32_t mode = tracks.Record(track).Mode;
   return mode > kModeNone && mode < kModes;
+}
+
+void CopyTimeColumn(TrackStore& tracks, int from, int to) {
+  if (tracks.Record(from).Mode != kModeRPMvsj || from == to) return;
+  tracks.Record(to).TimeRecording = tracks.Record(from).TimeRecording;
+  const std::span<const double> time = tracks.Points(2, from);
+  std::vector<double>& target = tracks.Column(2, to);
+  if (target.size() < time.size()) target.resize(time.size());
+  std::copy(time.begin(), time.end(), target.begin());
 }
 
 bool PrepareTrackPlot(PreviewPlot& plot, TrackStore& tracks, int track) {

@@ -18,6 +18,11 @@ std::string PointText(const TrackStore& tracks, int track, std::int32_t point);
 // What a track has and how far it goes; empty slots have no points.
 bool HoldsTrack(const TrackStore& tracks, int track);
 
+// For a rotation-rate sweep with a time column, which neither CopyTrackHeader nor CopyTrackData
+// copies: copies that column and whether there is one, so that the target does not keep another
+// track's. Does nothing for other modes.
+void CopyTimeColumn(TrackStore& tracks, int from, int to);
+
 // Clears the plot and gives it the track's range, steps, number formats and axis titles. False and
 // only cleared when the slot is empty.
 bool PrepareTrackPlot(PreviewPlot& plot, TrackStore& tracks, int track);

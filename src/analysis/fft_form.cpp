@@ -1,0 +1,364 @@
+#include "analysis/fft_form.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <span>
+
+#include "analysis/track_points.h"
+#include "core/axis_step.h"
+#include "core/palette.h"
+#include "core/tables.h"
+#include "graph/plot_range.h"
+#include "graph/track_preview.h"
+#include "text/number.h"
+
+namespace zento {
+namespace {
+
+constexpr int kFirstColour = 9;  // light blue for x; light green and light cyan for the currents
+constexpr int kLightRed = 12;
+constexpr int kFirstDestination = 10;
+constexpr double kLeastMaximum = 1e-6;  // of the frequency graph
+constexpr double kLeastFrequency = 0.1;
+constexpr int kDigits = 4;
+
+// Columns that are transformed: x and one or two currents.
+int TransformedColumns(std::int32_t mode) {
+  return HasRing(mode) ? 3 : 2;
+}
+
+std::string Hertz(double frequency) {
+  return PlainNumber(frequency, kDigits) + " Hz";
+}
+
+}  // namespace
+
+frmFFTFilter::frmFFTFilter(Workstation& workstation, Host& host)
+    : Form(host, kName, "FFT Filter"),
+      txtDataNum(*this, "txtDataNum"),
+      UpDown1(*this, "UpDown1"),
+      lblMode(*this, "lblMode"),
+      txtTitle(*this, "txtTitle"),
+      txtRPM(*this, "txtRPM"),
+      opnXFilter(*this, "opnXFilter", {"None", "Low-pass Filter"}, 0),
+      txtXMaxFrequency(*this, "txtXMaxFrequency"),
+      opnYFilter(*this, "opnYFilter", {"Low pass filter"}, 0),
+      txtYMaxFrequency(*this, "txtYMaxFrequency"),
+      cmdCalc(*this, "cmdCalc", "Calculation"),
+      cmdUpdate(*this, "cmdUpdate", "Update Data"),
+      txtDesNum(*this, "txtDesNum"),
+      UpDown2(*this, "UpDown2"),
+      lblDestMode(*this, "lblDestMode"),
+      lblDestHolds(*this, "lblDestHolds"),
+      txtDestTitle(*this, "txtDestTitle"),
+      cmdRecordAnotherTrack(*this, "cmdRecordAnotherTrack", "Record Another Track"),
+      updGraphScale(*this, "updGraphScale"),
+      PrevGraph(*this, "PrevGraph", {480, 240}),
+      FrequencyGraph(*this, "FrequencyGraph", {480, 240}),
+      lblNote(*this, "lblNote"),
+      workstation_(workstation),
+      source_(txtDataNum, UpDown1),
+      destination_(txtDesNum, UpDown2) {
+  txtTitle.read_only = true;
+  txtRPM.read_only = true;
+  txtXMaxFrequency.SetTip("Cut-off of the x column in Hz: what is as fast or faster is removed");
+  txtYMaxFrequency.SetTip("Cut-off of the currents in Hz: what is as fast or faster is removed");
+  txtDestTitle.SetTip("The title that Record Another Track gives the destination");
+  updGraphScale.SetTip("Up: the lines of the spectrum are drawn twice as high");
+  FrequencyGraph.SetTip("Light blue: x; light green and light cyan: currents");
+  WireControls();
+}
+
+void frmFFTFilter::WireControls() {
+  source_.on_change = [this] { ShowSource(); };
+  destination_.on_change = [this] { ShowDestination(); };
+  opnXFilter.on_select = [this, before = 0](int option) mutable {
+    if (option != before) ForgetFiltered();
+    before = option;
+  };
+  const auto bind = [this](TextBox& box, double& setting) {
+    box.on_lost_focus = [this, &box, &setting] { LeaveFrequency(box, setting); };
+    box.on_key = [this, &box, &setting](Key key) {
+      if (key.code == KeyCode::kEnter) LeaveFrequency(box, setting);
+    };
+  };
+  bind(txtXMaxFrequency, workstation_.settings.FFTFxmax);
+  bind(txtYMaxFrequency, workstation_.settings.FFTFymax);
+  cmdCalc.on_click = [this] { Calculate(); };
+  cmdUpdate.on_click = [this] { UpdateData(); };
+  cmdRecordAnotherTrack.on_click = [this] { RecordAnotherTrack(); };
+  updGraphScale.on_up = [this] { ScaleGraph(0.5); };
+  updGraphScale.on_down = [this] { ScaleGraph(2); };
+}
+
+bool frmFFTFilter::Load() {
+  generation_ = workstation_.DataGeneration;
+  source_.Show(0);
+  destination_.Show(kFirstDestination);
+  txtXMaxFrequency.SetText(PlainNumber(workstation_.settings.FFTFxmax));
+  txtYMaxFrequency.SetText(PlainNumber(workstation_.settings.FFTFymax));
+  ShowSource();
+  ShowDestination();
+  return true;
+}
+
+void frmFFTFilter::Activate() {
+  ShowDestination();
+  if (generation_ == workstation_.DataGeneration && !SourceChanged()) return;
+  generation_ = workstation_.DataGeneration;
+  ShowSource();
+}
+
+void frmFFTFilter::ShowSource() {
+  const int track = source_.track();
+  const TrackRecord& record = tracks().Record(track);
+  const bool holds = HoldsTrack(tracks(), track);
+  lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
+  txtTitle.SetText(holds ? record.Title : std::string());
+  txtRPM.SetText(holds ? PlainNumber(record.RPM) : std::string());
+  filtered_ready_ = false;
+  Transform();
+  DrawPreview();
+  y_maximum_ = kLeastMaximum;
+  for (int c = 0; c < columns_; ++c) {
+    const std::vector<double>& magnitude = spectra_[static_cast<std::size_t>(c)].magnitude;
+    y_maximum_ = std::max(y_maximum_, *std::max_element(magnitude.begin(), magnitude.end()));
+  }
+  DrawSpectra();
+  ForgetFiltered();
+}
+
+void frmFFTFilter::ShowDestination() {
+  const TrackRecord& record = tracks().Record(destination_.track());
+  lblDestMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
+  lblDestHolds.SetText(HoldsTrack(tracks(), destination_.track()) ? record.Title : "");
+}
+
+std::string frmFFTFilter::Hindrance(int columns) const {
+  const int track = source_.track();
+  if (!HoldsTrack(tracks(), track)) return "Track " + PlainNumber(track) + " is empty.";
+  if (tracks().PointCount(track) == 0) {
+    return "Track " + PlainNumber(track) + " has no points.";
+  }
+  const double time = tracks().Record(track).MaxTime;
+  if (!(time > 0) || !std::isfinite(time)) {
+    return "The track has no measurement time, so its points have no frequencies.";
+  }
+  for (int c = 0; c < columns; ++c) {
+    const std::span<const double> values = tracks().Points(c, track);
+    const bool finite =
+        std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
+    if (!finite) return "The track holds values that are no numbers.";
+  }
+  return {};
+}
+
+void frmFFTFilter::Transform() {
+  const int track = source_.track();
+  const int columns = TransformedColumns(tracks().Record(track).Mode);
+  columns_ = 0;
+  df_ = 0;
+  points_ = {};
+  spectra_ = {};
+  if (const std::string hindrance = Hindrance(columns); !hindrance.empty()) {
+    return lblNote.SetText(hindrance);
+  }
+  columns_ = columns;
+  time_ = tracks().Record(track).MaxTime;
+  for (int c = 0; c < columns_; ++c) {
+    const std::span<const double> values = tracks().Points(c, track);
+    const auto at = static_cast<std::size_t>(c);
+    points_[at].assign(values.begin(), values.end());
+    spectra_[at] = SpectrumOf(values);
+  }
+  const auto length = static_cast<double>(spectra_[0].Length());
+  const double dt = time_ / tracks().PointCount(track) / 1000;
+  df_ = 1 / (length * dt);
+  lblNote.SetText(PlainNumber(tracks().PointCount(track)) + " points, one every " +
+                  PlainNumber(dt, kDigits) + " s: frequencies up to " + Hertz(length * df_ / 2) +
+                  " in steps of " + Hertz(df_) + ".");
+}
+
+bool frmFFTFilter::SourceChanged() const {
+  const int track = source_.track();
+  if (columns_ == 0) return Hindrance(0).empty();
+  const TrackRecord& record = tracks().Record(track);
+  if (record.MaxTime != time_ || TransformedColumns(record.Mode) != columns_) return true;
+  for (int c = 0; c < columns_; ++c) {
+    const std::span<const double> now = tracks().Points(c, track);
+    const std::vector<double>& then = points_[static_cast<std::size_t>(c)];
+    if (!std::equal(now.begin(), now.end(), then.begin(), then.end())) return true;
+  }
+  return false;
+}
+
+void frmFFTFilter::ForgetFiltered() {
+  if (filtered_ready_) {
+    filtered_ready_ = false;
+    DrawPreview();
+  }
+  cmdUpdate.SetEnabled(false);
+  cmdRecordAnotherTrack.SetEnabled(false);
+}
+
+void frmFFTFilter::LeaveFrequency(TextBox& box, double& setting) {
+  const double typed = ParseLenient(box.text());
+  const double frequency = typed > 0 ? typed : kLeastFrequency;
+  box.SetText(PlainNumber(frequency));
+  if (frequency == setting) return;
+  setting = frequency;
+  ForgetFiltered();
+}
+
+void frmFFTFilter::DrawPreview() {
+  const int track = source_.track();
+  const auto style = static_cast<PreviewStyle>(workstation_.settings.PrevGraphDrawSetting);
+  DrawTrack(PrevGraph, tracks(), track, RangeOf(tracks(), track), style);
+  PrevGraph.SetAxisTitles("Potential /V", "Current /A");
+  if (!filtered_ready_) return;
+  PrevGraph.Polyline(filtered_[0], filtered_[1], QBColor(kLightRed));
+}
+
+void frmFFTFilter::DrawSpectra() {
+  FrequencyGraph.Clear();
+  if (columns_ == 0) return;
+  const double highest = static_cast<double>(spectra_[0].Length()) * df_ / 2;
+  const PlotRange range = WithMargin({0, 0, highest, y_maximum_});
+  FrequencyGraph.SetFormats("0.0", "0.0e+0");
+  FrequencyGraph.SetRange(-0.2 * range.x2, -0.2 * range.y2, range.x2, range.y2);
+  FrequencyGraph.SetSteps(TickStep(range.x1, range.x2), TickStep(range.y1, range.y2));
+  FrequencyGraph.SetAxisTitles("Frequency /Hz", "");
+  for (int c = 0; c < columns_; ++c) DrawSpectrum(c);
+}
+
+// All lines as one that goes up and down: where many share a pixel it costs no more than a few.
+void frmFFTFilter::DrawSpectrum(int column) {
+  const Spectrum& spectrum = spectra_[static_cast<std::size_t>(column)];
+  const double top = WithMargin({0, 0, 1, y_maximum_}).y2;
+  std::vector<Point> line;
+  line.reserve(3 * (spectrum.Length() / 2 + 1));
+  for (std::size_t k = 0; k <= spectrum.Length() / 2; ++k) {
+    const double x = static_cast<double>(k) * df_;
+    line.push_back({x, 0});
+    line.push_back({x, std::min(spectrum.magnitude[k], top)});
+    line.push_back({x, 0});
+  }
+  FrequencyGraph.Polyline(line, QBColor(kFirstColour + column));
+}
+
+void frmFFTFilter::ScaleGraph(double factor) {
+  const double scaled = y_maximum_ * factor;
+  if (columns_ == 0 || !(scaled > std::numeric_limits<float>::min()) ||
+      !(scaled < std::numeric_limits<float>::max())) {
+    return;
+  }
+  y_maximum_ = scaled;
+  const WorldWindow before = FrequencyGraph.shown();
+  const bool zoomed = FrequencyGraph.Zoomed();
+  DrawSpectra();
+  if (!zoomed) return;
+  // The frequencies that a person chose stay.
+  WorldWindow window = FrequencyGraph.shown();
+  window.x1 = before.x1;
+  window.x2 = before.x2;
+  FrequencyGraph.ShowWindow(window);
+}
+
+void frmFFTFilter::Calculate() {
+  if (!HoldsTrack(tracks(), source_.track())) return;
+  LeaveFrequency(txtXMaxFrequency, workstation_.settings.FFTFxmax);
+  LeaveFrequency(txtYMaxFrequency, workstation_.settings.FFTFymax);
+  if (SourceChanged()) ShowSource();
+  if (columns_ == 0) return host().dialogs.Message(lblNote.text());
+
+  cmdCalc.SetEnabled(false);
+  const Settings& settings = workstation_.settings;
+  for (int c = 0; c < columns_; ++c) {
+    const auto at = static_cast<std::size_t>(c);
+    const double x_cut_off = opnXFilter.selected() == 1 ? settings.FFTFxmax : kNoCutOff;
+    filtered_[at] =
+        LowPass(spectra_[at], df_, c == 0 ? x_cut_off : settings.FFTFymax, points_[at].size());
+  }
+  filtered_ready_ = true;
+  DrawPreview();
+  txtDestTitle.SetText("FFT_" + tracks().Record(source_.track()).Title);
+  cmdUpdate.SetEnabled(true);
+  cmdRecordAnotherTrack.SetEnabled(true);
+  cmdCalc.SetEnabled(true);
+}
+
+void frmFFTFilter::WriteFiltered(int track) {
+  for (int c = 0; c < columns_; ++c) {
+    const std::vector<double>& values = filtered_[static_cast<std::size_t>(c)];
+    std::vector<double>& column = tracks().Column(c, track);
+    if (column.size() < values.size()) column.resize(values.size());
+    std::copy(values.begin(), values.end(), column.begin());
+  }
+}
+
+void frmFFTFilter::AfterWriting(int track) {
+  ShowDestination();
+  if (track == source_.track()) ShowSource();
+  if (track == workstation_.shown_track) workstation_.ShowTrack(track);
+}
+
+void frmFFTFilter::UpdateData() {
+  if (!filtered_ready_) return;
+  if (SourceChanged()) return ShowSource();
+  const int track = source_.track();
+  {
+    const TrackChange change(workstation_, "FFT filter", {track});
+    WriteFiltered(track);
+  }
+  AfterWriting(track);
+}
+
+void frmFFTFilter::RecordAnotherTrack() {
+  if (!filtered_ready_) return;
+  if (SourceChanged()) return ShowSource();
+  const int from = source_.track();
+  const int to = destination_.track();
+  {
+    const TrackChange change(workstation_, "FFT filter into track " + PlainNumber(to), {to});
+    CopyTimeColumn(tracks(), from, to);
+    tracks().CopyTrackHeader(from, to);
+    tracks().Record(to).Title = txtDestTitle.text();
+    WriteFiltered(to);
+  }
+  AfterWriting(to);
+}
+
+LayoutNode frmFFTFilter::Layout() {
+  using namespace layout;
+  return Rows({
+      Columns(
+          {
+              Rows({
+                  Group("Track",
+                        {Fields({Field("Track", txtDataNum, &UpDown1), Field("Mode", lblMode),
+                                 Field("Title", txtTitle), Field("RPM", txtRPM)})}),
+                  Group("X filter", {Item(opnXFilter),
+                                     Fields({Field("Max. frequency /Hz", txtXMaxFrequency)})}),
+                  Group("Y filter", {Item(opnYFilter),
+                                     Fields({Field("Max. frequency /Hz", txtYMaxFrequency)})}),
+                  Item(cmdCalc),
+                  Item(cmdUpdate),
+                  Group("Destination",
+                        {Fields({Field("Track", txtDesNum, &UpDown2), Field("Mode", lblDestMode),
+                                 Field("Holds", lblDestHolds), Field("New title", txtDestTitle)}),
+                         Item(cmdRecordAnotherTrack)}),
+                  Stretch(),
+              }),
+              Rows({Item(PrevGraph, 1),
+                    Columns({Text("Spectrum"), Stretch(), Text("Scale"), Item(updGraphScale)}),
+                    Item(FrequencyGraph, 1)},
+                   3),
+          },
+          1),
+      Item(lblNote),
+  });
+}
+
+}  // namespace zento
