@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "analysis/calculation_form.h"
 #include "analysis/cottrell_form.h"
 #include "analysis/coulomb_form.h"
 #include "analysis/fft_form.h"
@@ -27,6 +28,7 @@ void RegisterAnalysisForms(Desktop& desktop, Workstation& workstation, Host& hos
   Register<frmTafelAnalyzer>(desktop, workstation, host);
   Register<frmO2Reduction>(desktop, workstation, host);
   Register<frmFFTFilter>(desktop, workstation, host);
+  Register<frmCalculation>(desktop, workstation, host);
 }
 
 }  // namespace zento

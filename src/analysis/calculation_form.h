@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "analysis/track_selector.h"
+#include "analysis/track_sum.h"
+#include "core/workstation.h"
+#include "graph/plot_range.h"
+#include "graph/preview_plot.h"
+#include "host/controls.h"
+#include "host/form.h"
+
+namespace zento {
+
+// Adds or subtracts two tracks point by point: C = aA(x) + c +- bB(x), B read at A's abscissae by
+// linear interpolation and moved along x if asked for.
+class frmCalculation : public Form {
+ public:
+  static constexpr const char* kName = "frmCalculation";
+
+  frmCalculation(Workstation& workstation, Host& host);
+
+  TextBox txta, txtb, txtc;
+  TextBox txtXBShift;
+  TextBox txtOpeA;
+  UpDown updOpeA;
+  TextBox txtOpeATitle, txtOpeARPM, txtOpeAScanrate;
+  Label lblAmode;
+  TextBox txtOpeB;
+  UpDown updOpeB;
+  TextBox txtOpeBTitle, txtOpeBRPM, txtOpeBScanrate;
+  Label lblBmode;
+  TextBox txtOpeC;
+  UpDown updOpeC;
+  TextBox txtOpeCTitle;     // of track C; once there is a result, the title it will be given
+  OptionGroup opnOperator;  // 0 plus, 1 minus
+  Button cmdCalc;
+  Button cmdUpdate;
+  PreviewPlot PrevGraph;
+  TextBox txtGraphSize;  // magnification of the preview
+  UpDown updGraphSize;
+  UpDown HScroll1, VScroll1;  // move the magnified part by a quarter of itself
+  TextBox txtDebug;           // the matched points, for inspection
+  Label lblNote;              // what was removed or left out, or why nothing was computed
+
+  bool Load() override;
+  void Activate() override;
+  LayoutNode Layout() override;
+
+  // Computes C into scratch slot 21; equal abscissae disappear from track A, as a step that can be
+  // undone.
+  void Calculate();
+  // Writes what Calculate() found for the tracks and terms that are chosen into track C; otherwise
+  // nothing.
+  void UpdateTrack();
+
+ private:
+  void WireControls();
+  TrackSumTerms Terms() const;
+  void ShowTracks();
+  void ShowC();
+  // B with the shift, in scratch slot 22.
+  void PrepareB();
+  void Forget();
+  std::string Hindrance() const;
+  // Both tracks are sweeps whose scan rates differ.
+  bool ScanRatesDiffer() const;
+  TrackSum Compute(const TrackSumTerms& terms);
+  void KeepResult();
+  void DrawTracks();
+  void DrawSlot(int slot, int colour);
+  void ShowMatches();
+  void Magnify(double magnification);
+  void Scroll(double right, double up);
+  TrackStore& tracks() const { return workstation_.tracks; }
+
+  Workstation& workstation_;
+  TrackSelector a_, b_, c_;
+  std::int32_t generation_ = 0;  // of the track files
+  bool ready_ = false;           // there is a result that fits what is chosen
+  TrackSum sum_;                 // the result; the scratch slots are other windows' too
+  TrackRecord record_;           // its header
+  WorldWindow whole_;            // of the preview
+  double magnification_ = 1;
+};
+
+}  // namespace zento
