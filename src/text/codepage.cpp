@@ -45,8 +45,26 @@ Sequence SequenceAt(std::string_view bytes, std::size_t at) {
   return {length, true};
 }
 
-// The end of the run of ASCII bytes from `at` on. Data tables are little else, so eight at a time.
+// Whether eight bytes are ASCII is one look at them all.
+std::uint64_t EightAt(const char* bytes) {
+  std::uint64_t eight = 0;
+  std::memcpy(&eight, bytes, sizeof eight);
+  return eight;
+}
+
+// The end of the run of ASCII bytes from `at` on. Data tables are little else, so 128 at a time, in
+// a form that compilers turn into vector instructions.
 std::size_t SkipAscii(std::string_view bytes, std::size_t at) {
+  constexpr std::size_t kBlock = 128;
+  for (; at + kBlock <= bytes.size(); at += kBlock) {
+    std::uint64_t even = 0;
+    std::uint64_t odd = 0;
+    for (std::size_t i = 0; i < kBlock; i += 16) {
+      even |= EightAt(bytes.data() + at + i);
+      odd |= EightAt(bytes.data() + at + i + 8);
+    }
+    if (((even | odd) & 0x8080808080808080U) != 0) break;
+  }
   for (; at + 8 <= bytes.size(); at += 8) {
     std::uint64_t eight = 0;
     std::memcpy(&eight, bytes.data() + at, 8);

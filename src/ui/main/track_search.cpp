@@ -12,7 +12,7 @@ constexpr std::int64_t kSliceMicros = 15'000;
 // On a clock that stands still while the program works, a slice ends all the same.
 constexpr std::size_t kSliceBytes = std::size_t{32} << 20;
 constexpr int kSliceSteps = 2000;
-constexpr std::size_t kPiece = std::size_t{256} << 10;
+constexpr std::size_t kPiece = std::size_t{128} << 10;
 
 }  // namespace
 
