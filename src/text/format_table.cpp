@@ -1,15 +1,18 @@
-// The fast paths of the track file's two number forms. Both are exact: what they cannot decide with
-// certainty goes to the slow and exact Format.
+// The fast paths of the number forms of track files and of tables on the clipboard. All are exact:
+// what they cannot decide with certainty goes to the slow and exact Format.
 
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
 #include "text/format.h"
+#include "text/table_number.h"
 
 namespace zento {
 namespace {
@@ -73,7 +76,8 @@ constexpr std::array<double, kMostPower - kLeastPower + 1> kPower = {
     1e35,  1e36,  1e37,  1e38,  1e39,  1e40,  1e41,  1e42,  1e43,  1e44,  1e45,  1e46,  1e47,
     1e48,  1e49,  1e50,  1e51,  1e52,  1e53,  1e54,  1e55,  1e56,  1e57,  1e58,  1e59,  1e60};
 
-// d.dddd from five digits, zeros behind the first decimal dropped, and the exponent.
+// d.dddd from five digits and the exponent. Zeros behind the first decimal are dropped, or kept.
+template <bool kDropZeros>
 char* WriteMantissaAndExponent(char* out, std::uint32_t digits, int exponent) {
   const std::uint32_t lead = digits / 1000;  // two digits
   const std::uint32_t rest = digits % 1000;
@@ -82,7 +86,10 @@ char* WriteMantissaAndExponent(char* out, std::uint32_t digits, int exponent) {
   out[2] = kPairs[2 * lead + 1];
   WritePair(out + 3, rest / 10);
   out[5] = static_cast<char>('0' + rest % 10);
-  const int dropped = rest % 10 != 0 ? 0 : rest % 100 != 0 ? 1 : rest != 0 ? 2 : 3;
+  int dropped = 0;
+  if constexpr (kDropZeros) {
+    dropped = rest % 10 != 0 ? 0 : rest % 100 != 0 ? 1 : rest != 0 ? 2 : 3;
+  }
   out += 6 - dropped;
   out[0] = 'e';
   out[1] = exponent < 0 ? '-' : '+';
@@ -93,6 +100,67 @@ char* WriteMantissaAndExponent(char* out, std::uint32_t digits, int exponent) {
   }
   WritePair(out + 2, size);
   return out + 4;
+}
+
+template <bool kDropZeros>
+char* WriteFiveDigits(char* out, double value) {
+  constexpr std::string_view kPattern = kDropZeros ? "0.0###e+0" : "0.0000e+0";
+  constexpr std::string_view kZero = kDropZeros ? "0.0e+0" : "0.0000e+0";
+  const double magnitude = std::fabs(value);
+  if (magnitude == 0) return std::copy_n(kZero.data(), kZero.size(), out);
+  const auto bits = std::bit_cast<std::uint64_t>(magnitude);
+  const int binary = static_cast<int>(bits >> kMantissaBits) - 1023;
+  // floor(binary x log10 2): the decimal exponent, or one less than it.
+  int exponent = (binary * 78913) >> 18;
+  if (4 - exponent > kMostPower || 3 - exponent < kLeastPower) {
+    return WriteSlowly(out, value, kPattern);
+  }
+  double scaled = magnitude * kPower[static_cast<std::size_t>(4 - exponent - kLeastPower)];
+  if (scaled >= 1e5) {
+    ++exponent;
+    scaled = magnitude * kPower[static_cast<std::size_t>(4 - exponent - kLeastPower)];
+  }
+  // The power and the product are each off by at most 2^-53 of their size, together less than 5e-11
+  // here. Nearer to a half than that, and with room to spare, the exact path decides.
+  auto digits = static_cast<std::uint32_t>(scaled);
+  const double rest = scaled - digits;
+  if (std::fabs(rest - 0.5) < 1e-9) return WriteSlowly(out, value, kPattern);
+  digits += rest > 0.5 ? 1 : 0;
+  if (digits == 100000) {
+    digits = 10000;
+    ++exponent;
+  }
+  *out = '-';
+  return WriteMantissaAndExponent<kDropZeros>(out + (value < 0 ? 1 : 0), digits, exponent);
+}
+
+// The general form of first.decimals x 10^exponent; see PlainNumber.
+char* WriteGeneral(char* out, char first, const char* decimals, std::ptrdiff_t count,
+                   int exponent) {
+  constexpr int kLeastPlain = -4;
+  constexpr int kMostPlain = 14;
+  if (exponent < kLeastPlain || exponent > kMostPlain) {
+    *out++ = first;
+    if (count > 0) *out++ = '.';
+    out = std::copy_n(decimals, count, out);
+    *out++ = 'E';
+    *out++ = exponent < 0 ? '-' : '+';
+    const auto size = static_cast<std::uint64_t>(std::abs(exponent));
+    if (size < 10) *out++ = '0';
+    return WriteWhole(out, size);
+  }
+  if (exponent < 0) {
+    out = std::copy_n("0.000", 1 - exponent, out);
+    *out++ = first;
+    return std::copy_n(decimals, count, out);
+  }
+  *out++ = first;
+  const std::ptrdiff_t whole = std::min<std::ptrdiff_t>(count, exponent);
+  out = std::copy_n(decimals, whole, out);
+  out = std::fill_n(out, exponent - whole, '0');
+  if (count == whole) return out;
+  *out++ = '.';
+  return std::copy_n(decimals + whole, count - whole, out);
 }
 
 }  // namespace
@@ -120,32 +188,27 @@ char* WriteFixed4(char* out, double value) {
 }
 
 char* WriteScientific(char* out, double value) {
+  return WriteFiveDigits<true>(out, value);
+}
+
+char* WriteScientific4(char* out, double value) {
+  return WriteFiveDigits<false>(out, value);
+}
+
+char* WritePlain(char* out, double value) {
+  value = MadeFinite(value);
+  if (value < 0) *out++ = '-';
   const double magnitude = std::fabs(value);
-  if (magnitude == 0) return std::copy_n("0.0e+0", 6, out);
-  const auto bits = std::bit_cast<std::uint64_t>(magnitude);
-  const int binary = static_cast<int>(bits >> kMantissaBits) - 1023;
-  // floor(binary x log10 2): the decimal exponent, or one less than it.
-  int exponent = (binary * 78913) >> 18;
-  if (4 - exponent > kMostPower || 3 - exponent < kLeastPower) {
-    return WriteSlowly(out, value, "0.0###e+0");
-  }
-  double scaled = magnitude * kPower[static_cast<std::size_t>(4 - exponent - kLeastPower)];
-  if (scaled >= 1e5) {
-    ++exponent;
-    scaled = magnitude * kPower[static_cast<std::size_t>(4 - exponent - kLeastPower)];
-  }
-  // The power and the product are each off by at most 2^-53 of their size, together less than 5e-11
-  // here. Nearer to a half than that, and with room to spare, the exact path decides.
-  auto digits = static_cast<std::uint32_t>(scaled);
-  const double rest = scaled - digits;
-  if (std::fabs(rest - 0.5) < 1e-9) return WriteSlowly(out, value, "0.0###e+0");
-  digits += rest > 0.5 ? 1 : 0;
-  if (digits == 100000) {
-    digits = 10000;
-    ++exponent;
-  }
-  *out = '-';
-  return WriteMantissaAndExponent(out + (value < 0 ? 1 : 0), digits, exponent);
+  // "d.ddde-xx", of which the digits are taken.
+  std::array<char, kLongestPlain> text;
+  const auto written = std::to_chars(text.data(), text.data() + text.size(), magnitude,
+                                     std::chars_format::scientific);
+  const char* const e = written.ptr[-4] == 'e' ? written.ptr - 4 : written.ptr - 5;
+  int exponent = 0;
+  std::from_chars(e + 2, written.ptr, exponent);
+  if (e[1] == '-') exponent = -exponent;
+  const std::ptrdiff_t decimals = e - text.data() > 2 ? e - text.data() - 2 : 0;
+  return WriteGeneral(out, text[0], text.data() + 2, decimals, exponent);
 }
 
 }  // namespace zento

@@ -39,7 +39,8 @@ frmControlPanel::frmControlPanel(Workstation& workstation, Host& host, Instrumen
       lblNotice(*this, "lblNotice"),
       workstation_(workstation),
       instruments_(instruments),
-      menus_(*this) {
+      menus_(*this),
+      copy_(host) {
   txtDatNum.read_only = true;
   txtDatNum.SetTip("The track that is shown, 0 to 20");
   UpDown1.SetTip("Previous or next track");
@@ -59,6 +60,11 @@ frmControlPanel::frmControlPanel(Workstation& workstation, Host& host, Instrumen
   menus_.SetAction("mnuUndo", [this] { TakeBack(); });
   menus_.SetAction("mnuRedo", [this] { DoAgain(); });
   menus_.SetAction("mnuDeleteTrack", [this] { AskToDelete(); });
+  menus_.SetAction("mnuCopyAll", [this] { CopyAll(); });
+  menus_.SetAction("mnuCopyOnlyExpData", [this] { CopyOnlyExpData(); });
+  menus_.SetAction("mnuCopyI_ttable", [this] { CopyItTable(); });
+  menus_.SetAction("mnuCopyV_ITable", [this] { CopyVITable(); });
+  menus_.SetAction("mnuPastefromClip", [this] { PasteFromClipboard(); });
 }
 
 bool frmControlPanel::Load() {
@@ -78,6 +84,7 @@ bool frmControlPanel::Load() {
 }
 
 void frmControlPanel::Unload() {
+  copy_.GiveUp();
   workstation_.show_data_info = nullptr;
   workstation_.history.on_change = nullptr;
   instruments_.Release();

@@ -11,7 +11,9 @@
 #include "graph/track_preview.h"
 #include "host/controls.h"
 #include "host/form.h"
+#include "ui/main/clipboard_copy.h"
 #include "ui/main/main_menus.h"
+#include "ui/main/multi_table_text.h"
 
 namespace zento {
 
@@ -40,6 +42,15 @@ class frmControlPanel : public Form {
   // The menu's "Open" and "Save as", behind their questions.
   TrackFileLoad OpenFile(const std::filesystem::path& path);
   Status SaveFile(const std::filesystem::path& path);
+
+  // The current track as text on the clipboard, with its header or its title; nothing for an empty
+  // one. The tables are those of multichannel records and nothing else.
+  void CopyAll();
+  void CopyOnlyExpData();
+  void CopyItTable();
+  void CopyVITable();
+  // Rebuilds the current track from the clipboard's text.
+  void PasteFromClipboard();
 
   TextBox txtDatNum;
   UpDown UpDown1;
@@ -77,11 +88,15 @@ class frmControlPanel : public Form {
   void AskToSave();
   void ConfirmSave(const std::filesystem::path& path);
   void AskToDelete();
+  void CopyBehind(const std::string& head);
+  void CopyMultiTable(MultiTableKind kind);
+  void StartCopy(std::unique_ptr<TableJob> job);
   void CloseOtherWindows();
 
   Workstation& workstation_;
   Instruments& instruments_;
   MainMenus menus_;
+  ClipboardCopy copy_;
   int track_ = 0;
   int sheet_row_ = -1;
   PreviewRange range_;

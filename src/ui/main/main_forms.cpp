@@ -5,8 +5,10 @@
 
 #include "ui/main/control_panel.h"
 #include "ui/main/import_form.h"
+#include "ui/main/progress_form.h"
 #include "ui/main/search_form.h"
 #include "ui/main/settings_form.h"
+#include "ui/main/special_copy_form.h"
 
 namespace zento {
 
@@ -17,6 +19,11 @@ void RegisterMainForms(Desktop& desktop, Workstation& workstation, Host& host,
   });
   desktop.Register("frmSettings", [&workstation, &host] {
     return std::make_unique<frmSettings>(workstation, host);
+  });
+  desktop.Register(frmProgressWindow::kName,
+                   [&host] { return std::make_unique<frmProgressWindow>(host); });
+  desktop.Register(frmSpecialCopy::kName, [&workstation, &host] {
+    return std::make_unique<frmSpecialCopy>(workstation, host);
   });
   const auto last_folder = std::make_shared<std::filesystem::path>();
   desktop.Register("frmImportTrack", [&workstation, &host, last_folder] {
