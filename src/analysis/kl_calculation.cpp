@@ -39,6 +39,10 @@ bool frmKoutecky_Levich::OneTrack() const {
   return tracks().Record(Track()).Mode == kModeRPMvsj;
 }
 
+bool frmKoutecky_Levich::HasPotentials(int track) const {
+  return Usable(track) && tracks().Record(track).Mode != kModeRPMvsj;
+}
+
 LevichMethod frmKoutecky_Levich::Method() const {
   return settings().KLMethod == 1 ? LevichMethod::kLevich : LevichMethod::kKouteckyLevich;
 }
@@ -57,7 +61,7 @@ LevichQuantities frmKoutecky_Levich::Quantities() const {
 std::optional<double> frmKoutecky_Levich::MeanCurrent(int track, const PotentialWindow& window,
                                                       Ends ends) {
   const std::span<const double> x = tracks().Points(0, track);
-  if (x.empty() || ends.first > ends.last) return std::nullopt;
+  if (!HasPotentials(track) || x.empty() || ends.first > ends.last) return std::nullopt;
   const auto first = static_cast<std::size_t>(ends.first);
   const auto count = static_cast<std::size_t>(ends.last - ends.first) + 1;
   return WindowMean(x.subspan(first, count), tracks().Points(1, track).subspan(first, count),
@@ -80,10 +84,13 @@ frmKoutecky_Levich::Points frmKoutecky_Levich::TrackPoints() {
     if (tracks().kl.KLUseFlag[static_cast<std::size_t>(track)] != 1) continue;
     const double rpm = tracks().Record(track).RPM;
     const auto current = MeanCurrent(track, Window(), EndsOf(track));
-    if (!current || !(rpm > 0)) continue;
-    points.Add(LevichPoint(Method(), rpm, *current - BaseCurrent(track),
-                           std::abs(settings().KLElectrodeArea)),
-               rpm);
+    std::optional<Point> point;
+    if (current && rpm > 0) {
+      point = LevichPoint(Method(), rpm, *current - BaseCurrent(track),
+                          std::abs(settings().KLElectrodeArea));
+    }
+    points.Add(point, rpm);
+    if (!point) points.left_out.push_back(track);
   }
   return points;
 }
@@ -113,12 +120,12 @@ void frmKoutecky_Levich::Calculate() {
   const std::size_t count = points.x.size();
   if (Method() == LevichMethod::kLevich) {
     const auto slope = FitThroughOrigin(points.x, points.y, count);
-    if (!slope) return ReportFailure();
+    if (!slope) return ReportFailure(points, {});
     DrawLine({*slope, 0});
     Report(points, QualityThroughOrigin(points.x, points.y, *slope));
   } else {
     const auto line = FitLine(points.x, points.y, count);
-    if (!line) return ReportFailure();
+    if (!line) return ReportFailure(points, {});
     DrawLine(*line);
     Report(points, QualityOf(points.x, points.y, *line));
   }
@@ -147,10 +154,24 @@ void frmKoutecky_Levich::DrawLine(const StraightLine& line) {
                       QBColor(kLightGreen));
 }
 
-void frmKoutecky_Levich::ReportFailure() {
+void frmKoutecky_Levich::ReportFailure(const Points& points,
+                                       const std::optional<LineQuality>& fit) {
   Outcome outcome;
   outcome.refusal = kNotProper;
-  ShowReport(std::string(kNotProper) + "\r\n", outcome);
+  outcome.fit = fit;
+  ShowReport(std::string(kNotProper) + "\r\n", std::move(outcome));
+  TellLeftOut(points);
+}
+
+void frmKoutecky_Levich::TellLeftOut(const Points& points) {
+  if (points.left_out.empty()) return;
+  std::string text = lblFit.text();
+  if (!text.empty()) text += "\n";
+  text += "used tracks without a point: ";
+  for (std::size_t i = 0; i < points.left_out.size(); ++i) {
+    text += (i > 0 ? ", " : "") + PlainNumber(points.left_out[i]);
+  }
+  lblFit.SetText(text);
 }
 
 double frmKoutecky_Levich::ReportedPotential() const {
@@ -168,7 +189,7 @@ void frmKoutecky_Levich::Store(LevichUnknown unknown, double value) {
 void frmKoutecky_Levich::Report(const Points& points, const LineQuality& fit) {
   LevichQuantities quantities = Quantities();
   const auto solved = SolveLevich(Method(), Unknown(), quantities, fit.line.slope);
-  if (!solved) return ReportFailure();
+  if (!solved) return ReportFailure(points, fit);
   quantities.Of(Unknown()) = *solved;
   Store(Unknown(), *solved);
 
@@ -197,6 +218,7 @@ void frmKoutecky_Levich::Report(const Points& points, const LineQuality& fit) {
                      {"x", levich ? "Hz^(1/2)" : "Hz^(-1/2)", points.x},
                      {"y", levich ? "A/cm2" : "cm2/A", points.y}};
   ShowReport(ReportText(points, quantities, jk), std::move(outcome));
+  TellLeftOut(points);
 }
 
 std::string frmKoutecky_Levich::ReportText(const Points& points, const LevichQuantities& quantities,

@@ -129,6 +129,17 @@ void frmKoutecky_Levich::WireTrack() {
   updBase.on_down = [this] { ChooseBaseTrack((BaseTrack() + kTracks - 1) % kTracks); };
 }
 
+void frmKoutecky_Levich::Activate() {
+  AnalysisForm::Activate();
+  if (Outdated()) ShowTrackAgain();
+}
+
+bool frmKoutecky_Levich::Outdated() const {
+  if (Record() != shown_record_ || tracks().Record(BaseTrack()) != shown_base_) return true;
+  const Ends ends = EndsOf(Track());
+  return !start_.empty() && (start_.index() != ends.first || end_.index() != ends.last);
+}
+
 void frmKoutecky_Levich::ShowSettings() {
   InitializeParameters();
   const Settings& s = settings();
@@ -172,6 +183,7 @@ PotentialWindow frmKoutecky_Levich::Window() const {
 void frmKoutecky_Levich::ShowTrack() {
   const int track = Track();
   const KouteckyLevichLists& kl = tracks().kl;
+  shown_record_ = tracks().Record(track);
   txtTitle.SetText(tracks().Record(track).Title);
   const bool usable = Usable(track);
   chkUse.SetEnabled(usable);
@@ -196,6 +208,7 @@ void frmKoutecky_Levich::ShowTrack() {
 
 void frmKoutecky_Levich::ShowBaseTrack() {
   const int base = BaseTrack();
+  shown_base_ = tracks().Record(base);
   txtBaseTrack.SetText(PlainNumber(base));
   txtBaseTitle.SetText(tracks().Record(base).Title);
   if (Usable(base)) {
@@ -249,6 +262,9 @@ void frmKoutecky_Levich::ChooseBaseLine(int mode) {
 }
 
 void frmKoutecky_Levich::ChooseBaseTrack(int track) {
+  std::int32_t& end = tracks().kl.KLBaseNEnd[Current()];
+  // Tracks differ in length: all of one is not all of the next.
+  if (end == tracks().PointCount(BaseTrack()) - 1) end = 0;
   tracks().kl.KLBaseTrack[Current()] = static_cast<std::int16_t>(track);
   UseWholeBaseTrack();
   ShowBaseTrack();

@@ -56,6 +56,7 @@ class frmKoutecky_Levich : public AnalysisForm {
   OptionGroup opnVariable;
   Button cmdKLCalc;
 
+  void Activate() override;
   LayoutNode Layout() override;
   void Calculate() override;
 
@@ -68,6 +69,7 @@ class frmKoutecky_Levich : public AnalysisForm {
     std::vector<double> x;
     std::vector<double> y;
     std::vector<double> rpm;
+    std::vector<int> left_out;  // used tracks that give no point
     void Add(const std::optional<Point>& point, double rate);
   };
   // The first and last point of a track that are used.
@@ -82,7 +84,6 @@ class frmKoutecky_Levich : public AnalysisForm {
   void ShowQuantities();
   void ShowTrack() override;
   void ShowBaseTrack();
-  void ShowPointLabels();
   void DrawPreview();
   void Redraw();
   void LeaveWindow();
@@ -90,11 +91,16 @@ class frmKoutecky_Levich : public AnalysisForm {
   void ChooseBaseTrack(int track);
   // The base line's track is used whole until a person says otherwise.
   void UseWholeBaseTrack();
+  // Whether the tracks are no longer what the window shows of them: a measurement stores its points
+  // and their range without asking this window.
+  bool Outdated() const;
 
   // Whether the track has points that this window can work on.
   bool Usable(int track) const;
   bool OneTrack() const;
   std::size_t Current() const { return static_cast<std::size_t>(Track()); }
+  // Whether a track's x can lie in the potential window: it is neither a time nor a rotation rate.
+  bool HasPotentials(int track) const;
   int BaseTrack() const;
   // As they are stored, held within the track; an end of 0, which nobody can choose, stands for a
   // track that was never given a range, and means its last point.
@@ -108,7 +114,9 @@ class frmKoutecky_Levich : public AnalysisForm {
   void DrawPlot(const Points& points);
   void DrawLine(const StraightLine& line);
   void Report(const Points& points, const LineQuality& fit);
-  void ReportFailure();
+  // The line stays with the numbers below the report: they tell what is wrong with the slope.
+  void ReportFailure(const Points& points, const std::optional<LineQuality>& fit);
+  void TellLeftOut(const Points& points);
   LevichMethod Method() const;
   LevichUnknown Unknown() const;
   LevichQuantities Quantities() const;
@@ -119,6 +127,8 @@ class frmKoutecky_Levich : public AnalysisForm {
   PointIndex start_;
   PointIndex end_;
   PointIndex base_end_;
+  TrackRecord shown_record_;
+  TrackRecord shown_base_;
   PlotRange plot_range_;
   OwnGraph graph_;
 };

@@ -156,6 +156,23 @@ TEST_F(KouteckyLevich, OnlyTurningTracksWithPointsInTheWindowCount) {
   auto& form = Form();
   form.Calculate();
   EXPECT_THAT(form.outcome().columns.front().values, ElementsAre(400, 1600, 2500));
+  EXPECT_THAT(form.lblFit.text(), HasSubstr("\nused tracks without a point: 3, 8, 9, 10"));
+}
+
+TEST_F(KouteckyLevich, TimesAndRatesAreNoPotentials) {
+  // Their flags may be left from a track that stood there before, or set for another analysis.
+  UseFour();
+  FillSweep(8, 400, 1, kModePS);
+  FillSweep(9, 400, 1, kModeRPMvsj);
+  auto& kl = ws.tracks.kl;
+  for (const std::size_t track : {8u, 9u}) kl.KLUseFlag[track] = 1;
+  kl.KLBaseMode[2] = 2;
+  kl.KLBaseTrack[2] = 8;
+  kl.KLBaseNEnd[2] = 20;
+  auto& form = Form();
+  form.Calculate();
+  EXPECT_EQ(form.outcome().fit->points, 4u);
+  EXPECT_NEAR(Found(form, "n"), 3.9, 1e-9);
 }
 
 TEST_F(KouteckyLevich, TheWindowHasItsLowEdgeAndNotItsHighOne) {
@@ -194,6 +211,11 @@ TEST_F(KouteckyLevich, BaseLinesAreSubtracted) {
   EXPECT_EQ(form.lblbasepnum.text(), "Data Num: 21");
   EXPECT_EQ(form.txtBaseEnd.text(), "20");
   EXPECT_NEAR(first(), Mixed(400) + 2e-4, 1e-15);
+  FillSweep(13, 0, 3e-4, kModeCV);
+  ws.tracks.Record(13).pnum = 300;  // the whole of a longer one
+  EXPECT_TRUE(form.updBase.UserStep(+1).ok());
+  EXPECT_EQ(form.txtBaseEnd.text(), "299");
+  EXPECT_TRUE(form.updBase.UserStep(-1).ok());
   EXPECT_TRUE(form.txtBaseEnd.UserSet("7").ok());  // before the window: no base line
   EXPECT_NEAR(first(), Mixed(400), 1e-15);
   EXPECT_EQ(kl.KLBaseMode[2], 2);
@@ -248,6 +270,18 @@ TEST_F(KouteckyLevich, WhatCannotBeFittedIsSaid) {
   FillSweep(1, 900, 1e-3);
   form.Calculate();  // no slope
   EXPECT_EQ(form.report(), failed);
+  FillSweep(1, 900, 0.5e-3);
+  form.Calculate();  // falls with the rate
+  EXPECT_EQ(form.report(), failed);
+  EXPECT_THAT(form.lblFit.text(), HasSubstr("slope -1549.19,"));
+  for (const char* method : {"0", "1"}) {  // 1/j = 0, j = infinite
+    EXPECT_TRUE(form.opnMethod.UserSet(method).ok());
+    EXPECT_TRUE(form.txtArea.UserSet("0").ok());
+    form.Calculate();
+    EXPECT_EQ(form.report(), failed);
+  }
+  EXPECT_TRUE(form.opnMethod.UserChoose(0).ok());
+  EXPECT_TRUE(form.txtArea.UserSet("0.2").ok());
 
   UseFour();
   ws.tracks.kl.KLUseFlag[0] = ws.tracks.kl.KLUseFlag[1] = 0;
@@ -293,6 +327,21 @@ TEST_F(KouteckyLevich, TheWindowShowsWhatItUses) {
                            form.chkUse.Value()}),
               ElementsAre("None", "", "", "2"));
   EXPECT_FALSE(form.chkUse.Usable());
+}
+
+TEST_F(KouteckyLevich, AMeasurementMadeMeanwhileIsShown) {
+  FillSweep(3, 400, 1e-3);
+  ws.shown_track = 3;
+  auto& form = Form();
+  EXPECT_TRUE(form.txtEnd.UserSet("12").ok());
+  form.txtEnd.SetText("13");  // being typed
+  form.Activate();
+  EXPECT_EQ(form.txtEnd.text(), "13") << "nothing else changed, so what is typed stays";
+  ws.tracks.kl.KLNEnd[3] = 9;
+  ws.tracks.Record(3).pnum = 10;
+  form.Activate();
+  EXPECT_EQ(form.lblpnum.text(), "Data Num: 10");
+  EXPECT_EQ(form.txtEnd.text(), "9");
 }
 
 }  // namespace

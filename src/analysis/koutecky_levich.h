@@ -13,6 +13,7 @@
 //                                                      257, 1942)
 //   Koutecky-Levich:   1/j = 1/jk + 1/(B sqrt(f))     (J. Koutecky and V. G. Levich, Zh. Fiz. Khim.
 //                                                      32, 1565, 1958)
+//   (A. J. Bard and L. R. Faulkner, Electrochemical Methods, 2nd ed., 2001, eqs. 9.3.22, 9.3.39)
 //   B = 1.554 F n D^(2/3) nu^(-1/6) C
 // 1.554 is 0.620 sqrt(2 pi) as it is usually rounded; the exact factor is 1.5552, so that n comes
 // out 0.08 % high for that reason.
