@@ -210,7 +210,8 @@ class RandomWalk : public testing::Test {
     if (form->name() == kMainForm) {
       step.may_change.insert(before.shown);
       const std::string& name = control->name();
-      step.may_change_all = name == "mnuOpen" || name == "mnuUndo" || name == "mnuRedo";
+      step.may_change_all = name == "mnuOpen" || name == "mnuUndo" || name == "mnuRedo" ||
+                            name.starts_with("mnuRecent");
     }
     if (std::ranges::count(kRecordFields, step.what) > 0) {
       step.may_change.insert(std::stoi(form->Find("txtDataNum")->Value()));

@@ -10,4 +10,9 @@ inline std::filesystem::path SettingsPath(const std::filesystem::path& home) {
   return home / "Parameters.txt";
 }
 
+// The track files that were used last.
+inline std::filesystem::path RecentFilesPath(const std::filesystem::path& home) {
+  return home / "Recent files.txt";
+}
+
 }  // namespace zento

@@ -12,9 +12,11 @@
 
 #include "host/controls.h"
 #include "host/desktop.h"
+#include "host/file_target.h"
 #include "host/host.h"
 #include "qt/action_bindings.h"
 #include "qt/banner_strip.h"
+#include "qt/file_drop.h"
 #include "qt/form_menu.h"
 #include "qt/layout_builder.h"
 #include "qt/page_area.h"
@@ -47,9 +49,10 @@ void FormWindow::Build() {
   setCentralWidget(centre);
   ShowBanner();
 
-  menu_ = std::make_unique<FormMenu>(*form_, *menuBar(), [this] {
+  const auto commit = [this] {
     for (auto& [control, binding] : bindings_) binding->Commit();
-  });
+  };
+  menu_ = std::make_unique<FormMenu>(*form_, *menuBar(), commit);
   const LayoutNode root = form_->Layout();
   LayoutBuilder builder([this](Control& control) -> ControlBinding* {
     auto& binding = bindings_[&control];
@@ -60,6 +63,8 @@ void FormWindow::Build() {
   std::erase_if(bindings_, [](const auto& entry) { return entry.second == nullptr; });
   for (auto& [control, binding] : bindings_) binding->Refresh();
   LinkTabStops(root);
+  const auto target = [this] { return dynamic_cast<FileTarget*>(form_); };
+  if (target() != nullptr) new FileDrop(*this, target, commit);
 }
 
 void FormWindow::LinkTabStops(const LayoutNode& layout) {

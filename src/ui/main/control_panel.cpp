@@ -40,7 +40,8 @@ frmControlPanel::frmControlPanel(Workstation& workstation, Host& host, Instrumen
       workstation_(workstation),
       instruments_(instruments),
       menus_(*this),
-      copy_(host) {
+      copy_(host),
+      recent_(host.files, workstation.home) {
   txtDatNum.read_only = true;
   txtDatNum.SetTip("The track that is shown, 0 to 20");
   UpDown1.SetTip("Previous or next track");
@@ -65,6 +66,7 @@ frmControlPanel::frmControlPanel(Workstation& workstation, Host& host, Instrumen
   menus_.SetAction("mnuCopyI_ttable", [this] { CopyItTable(); });
   menus_.SetAction("mnuCopyV_ITable", [this] { CopyVITable(); });
   menus_.SetAction("mnuPastefromClip", [this] { PasteFromClipboard(); });
+  menus_.SetRecentAction([this](std::size_t place) { OpenRecent(place); });
 }
 
 bool frmControlPanel::Load() {
@@ -76,6 +78,7 @@ bool frmControlPanel::Load() {
   if (!workstation_.SettingsLoaded) ApplyDefaultSettings(workstation_);
   cbxReference.SetItems({RefName.begin(), RefName.end()});
   menus_.EnableUsable();
+  ShowRecent();
   workstation_.history.on_change = [this] { ShowHistory(); };
   workstation_.history.Clear();
   workstation_.show_data_info = [this](int track) { ShowDataInfo(track); };

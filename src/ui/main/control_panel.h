@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -10,17 +11,19 @@
 #include "graph/preview_plot.h"
 #include "graph/track_preview.h"
 #include "host/controls.h"
+#include "host/file_target.h"
 #include "host/form.h"
 #include "ui/main/clipboard_copy.h"
 #include "ui/main/main_menus.h"
 #include "ui/main/multi_table_text.h"
+#include "ui/main/recent_files.h"
 
 namespace zento {
 
 // frmControlPanel, the main window: one track at a time with its header and a preview, and the
 // menus that open every other window. While it is loaded the program runs: loading it reads the
 // settings, closing it ends an active run safely, writes them and closes all other windows.
-class frmControlPanel : public Form {
+class frmControlPanel : public Form, public FileTarget {
  public:
   frmControlPanel(Workstation& workstation, Host& host, Instruments& instruments);
 
@@ -30,6 +33,8 @@ class frmControlPanel : public Form {
   void Activate() override;
   void CloseRequested() override;
   LayoutNode Layout() override;
+  // Opens the first of the files that is named as a track file.
+  void FilesDropped(const std::vector<std::filesystem::path>& files) override;
 
   // Makes the track, 0 to 20, the current one and shows it; others are ignored.
   void ShowDataInfo(int track);
@@ -93,10 +98,15 @@ class frmControlPanel : public Form {
   void StartCopy(std::unique_ptr<TableJob> job);
   void CloseOtherWindows();
 
+  void Remember(const std::filesystem::path& path);
+  void OpenRecent(std::size_t place);
+  void ShowRecent();
+
   Workstation& workstation_;
   Instruments& instruments_;
   MainMenus menus_;
   ClipboardCopy copy_;
+  RecentFiles recent_;
   int track_ = 0;
   int sheet_row_ = -1;
   PreviewRange range_;

@@ -59,6 +59,7 @@ TrackFileLoad frmControlPanel::OpenFile(const std::filesystem::path& path) {
   if (!load.complete()) return load;
   ShowCaption();
   ShowDataInfo(0);
+  Remember(path);
   return load;
 }
 
@@ -91,7 +92,9 @@ Status frmControlPanel::SaveFile(const std::filesystem::path& path) {
   Status saved = SaveTracksAs(workstation_, host().files, path);
   lblNotice.SetText(saved.ok() ? "Saved " + TextFromPath(TrackFileName(path))
                                : "NOT SAVED: " + saved.why());
-  if (saved.ok()) ShowCaption();
+  if (!saved.ok()) return saved;
+  ShowCaption();
+  Remember(TrackFileName(path));
   return saved;
 }
 

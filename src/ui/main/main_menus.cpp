@@ -24,6 +24,16 @@ constexpr Entry kEntries[] = {
     {"mnuSaveAs", "File", "Save as", "Ctrl+S", nullptr},
     {"mnuImportTrack", "File", "Import Track", "Ctrl+I", "frmImportTrack", true},
     {"mnuSearchTrack", "File", "Search Track", "Ctrl+F", "frmSearchTrack"},
+    {"mnuRecent0", "File", "", "", nullptr, true},
+    {"mnuRecent1", "File", "", "", nullptr},
+    {"mnuRecent2", "File", "", "", nullptr},
+    {"mnuRecent3", "File", "", "", nullptr},
+    {"mnuRecent4", "File", "", "", nullptr},
+    {"mnuRecent5", "File", "", "", nullptr},
+    {"mnuRecent6", "File", "", "", nullptr},
+    {"mnuRecent7", "File", "", "", nullptr},
+    {"mnuRecent8", "File", "", "", nullptr},
+    {"mnuRecent9", "File", "", "", nullptr},
     {"mnuQuit", "File", "Quit", "Ctrl+Q", nullptr, true},
 
     {"mnuUndo", "Edit", "Undo", "Ctrl+Z", nullptr},
@@ -62,6 +72,10 @@ constexpr Entry kEntries[] = {
     {"mnuSettings", "Option", "Settings", "Ctrl+,", "frmSettings"},
 };
 
+std::string RecentName(std::size_t place) {
+  return "mnuRecent" + std::to_string(place);
+}
+
 }  // namespace
 
 MainMenus::MainMenus(Form& form) : form_(form) {
@@ -78,18 +92,37 @@ MainMenus::MainMenus(Form& form) : form_(form) {
   }
 }
 
-void MainMenus::SetAction(std::string_view name, const std::function<void()>& action) {
+MenuEntry* MainMenus::Find(std::string_view name) const {
   for (const std::unique_ptr<MenuEntry>& entry : entries_) {
-    if (entry->name() == name) entry->on_click = action;
+    if (entry->name() == name) return entry.get();
   }
+  return nullptr;
+}
+
+void MainMenus::SetAction(std::string_view name, const std::function<void()>& action) {
+  if (MenuEntry* entry = Find(name)) entry->on_click = action;
 }
 
 void MainMenus::Offer(std::string_view name, const std::string& caption, bool usable) {
-  for (const std::unique_ptr<MenuEntry>& entry : entries_) {
-    if (entry->name() != name) continue;
-    entry->SetCaption(caption);
-    entry->SetEnabled(usable);
+  MenuEntry* entry = Find(name);
+  if (entry == nullptr) return;
+  entry->SetCaption(caption);
+  entry->SetEnabled(usable);
+}
+
+void MainMenus::SetRecentAction(const std::function<void(std::size_t place)>& action) {
+  for (std::size_t place = 0; MenuEntry* entry = Find(RecentName(place)); ++place) {
+    entry->on_click = [action, place] { action(place); };
   }
+}
+
+void MainMenus::ShowRecent(std::size_t place, const std::string& caption, const std::string& tip) {
+  MenuEntry* entry = Find(RecentName(place));
+  if (entry == nullptr) return;
+  entry->SetCaption(caption);
+  entry->SetTip(tip);
+  entry->SetVisible(!caption.empty());
+  entry->SetEnabled(!caption.empty());
 }
 
 void MainMenus::EnableUsable() {

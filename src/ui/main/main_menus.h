@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -22,10 +23,16 @@ class MainMenus {
   void SetAction(std::string_view name, const std::function<void()>& action);
   // An action that is not always there to be used; `caption` says on what.
   void Offer(std::string_view name, const std::string& caption, bool usable);
+  // The last files, mnuRecent0 to mnuRecent9: `action` gets the entry's place, an entry without a
+  // caption is not there.
+  void SetRecentAction(const std::function<void(std::size_t place)>& action);
+  void ShowRecent(std::size_t place, const std::string& caption, const std::string& tip);
   // Enables what can be used, once all windows are known.
   void EnableUsable();
 
  private:
+  MenuEntry* Find(std::string_view name) const;
+
   Form& form_;
   std::vector<std::unique_ptr<MenuEntry>> entries_;
 };
