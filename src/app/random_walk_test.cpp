@@ -62,10 +62,32 @@ constexpr const char* kLowRates[] = {"-1", "0", "2", "5", "10", "20", "50"};
 constexpr const char* kLeftAlone[] = {"opnMotor",   "opnPowerControl", "CV_Acc",    "RRDE_Acc",
                                       "PSTime_Acc", "PSCoulomb_Acc",   "RPMvsi_Acc"};
 
-// Where a person edits the record of the track that an analysis window shows.
-constexpr const char* kRecordFields[] = {"frmCottrellEquation.txtTitle",
-                                         "frmCottrellEquation.txtne", "frmCottrellEquation.txtConc",
-                                         "frmCottrellEquation.txtArea", "frmTafelAnalyzer.cmdCalc"};
+// What changes tracks by hand besides measurements: the track that a box of the same window names,
+// the one that the main window shows (an empty name), or any ("*").
+struct ByHand {
+  const char* control;
+  const char* track;
+};
+constexpr ByHand kByHand[] = {{"frmCottrellEquation.txtTitle", "txtDataNum"},
+                              {"frmCottrellEquation.txtne", "txtDataNum"},
+                              {"frmCottrellEquation.txtConc", "txtDataNum"},
+                              {"frmCottrellEquation.txtArea", "txtDataNum"},
+                              {"frmTafelAnalyzer.cmdCalc", "txtDataNum"},
+                              {"frmFFTFilter.cmdUpdate", "txtDataNum"},
+                              {"frmFFTFilter.cmdRecordAnotherTrack", "txtDesNum"},
+                              {"frmSmoothing.cmdUpdate", "*"},
+                              {"frmSmoothing.cmdRecordAnotherTrack", "txtDesNum"},
+                              {"frmCalculation.cmdCalc", "txtOpeA"},
+                              {"frmCalculation.cmdUpdate", "txtOpeC"},
+                              {"frmImportTrack.cmdImport", ""},
+                              {"frmSearchTrack.cmdImport", "txtTrack"},
+                              {"frmEditTracks.cmdCopy", "*"},
+                              {"frmEditTracks.cmdMove", "*"},
+                              {"frmEditTracks.cmdSwap", "*"},
+                              {"frmReplaceTitle.cmdGo", "*"},
+                              {"frmEditATrack.txtEdit", ""},
+                              {"frmEditATrack.mnuDelete", ""},
+                              {"frmBasicOperations.cmdUpdate", ""}};
 
 // Enough of a track to notice that it became another one. (Not its potentials: those of a step are
 // noted when it is seen, and given back when the target is changed after that.)
@@ -213,13 +235,25 @@ class RandomWalk : public testing::Test {
       step.may_change_all = name == "mnuOpen" || name == "mnuUndo" || name == "mnuRedo" ||
                             name.starts_with("mnuRecent");
     }
-    if (std::ranges::count(kRecordFields, step.what) > 0) {
-      step.may_change.insert(std::stoi(form->Find("txtDataNum")->Value()));
-    }
+    AddByHand(*form, before, step);
     // What cannot last long may be over at once.
     if (control->name() == "cmdStart") AddTargets(form->name(), step.may_change);
     Use(*control);
     return step;
+  }
+
+  static void AddByHand(const Form& form, const Before& before, Step& step) {
+    for (const auto& [control, track] : kByHand) {
+      if (step.what != control) continue;
+      const std::string box = track;
+      if (box == "*") {
+        step.may_change_all = true;
+      } else if (box.empty()) {
+        step.may_change.insert(before.shown);
+      } else {
+        step.may_change.insert(std::stoi(form.Find(box)->Value()));
+      }
+    }
   }
 
   Control* Favourite(const Form& form, Control* otherwise) {
