@@ -142,9 +142,10 @@ std::string frmFFTFilter::Hindrance(int columns) const {
   if (tracks().PointCount(track) == 0) {
     return "Track " + PlainNumber(track) + " has no points.";
   }
-  const double time = tracks().Record(track).MaxTime;
+  const double time = TrackTime(tracks(), track);
   if (!(time > 0) || !std::isfinite(time)) {
-    return "The track has no measurement time, so its points have no frequencies.";
+    return "The track has neither measurement time nor scan rate, so its points have no "
+           "frequencies.";
   }
   for (int c = 0; c < columns; ++c) {
     const std::span<const double> values = tracks().Points(c, track);
@@ -166,7 +167,7 @@ void frmFFTFilter::Transform() {
     return lblNote.SetText(hindrance);
   }
   columns_ = columns;
-  time_ = tracks().Record(track).MaxTime;
+  time_ = TrackTime(tracks(), track);
   for (int c = 0; c < columns_; ++c) {
     const std::span<const double> values = tracks().Points(c, track);
     const auto at = static_cast<std::size_t>(c);
@@ -176,16 +177,19 @@ void frmFFTFilter::Transform() {
   const auto length = static_cast<double>(spectra_[0].Length());
   const double dt = time_ / tracks().PointCount(track) / 1000;
   df_ = 1 / (length * dt);
-  lblNote.SetText(PlainNumber(tracks().PointCount(track)) + " points, one every " +
-                  PlainNumber(dt, kDigits) + " s: frequencies up to " + Hertz(length * df_ / 2) +
-                  " in steps of " + Hertz(df_) + ".");
+  const bool recorded = tracks().Record(track).MaxTime > 0;
+  lblNote.SetText(
+      PlainNumber(tracks().PointCount(track)) + " points, one every " + PlainNumber(dt, kDigits) +
+      " s" + (recorded ? "" : " (no time was recorded; from the x column)") +
+      ": frequencies up to " + Hertz(length * df_ / 2) + " in steps of " + Hertz(df_) + ".");
 }
 
 bool frmFFTFilter::SourceChanged() const {
   const int track = source_.track();
   if (columns_ == 0) return Hindrance(0).empty();
   const TrackRecord& record = tracks().Record(track);
-  if (record.MaxTime != time_ || TransformedColumns(record.Mode) != columns_) return true;
+  if (TrackTime(tracks(), track) != time_ || TransformedColumns(record.Mode) != columns_)
+    return true;
   for (int c = 0; c < columns_; ++c) {
     const std::span<const double> now = tracks().Points(c, track);
     const std::vector<double>& then = points_[static_cast<std::size_t>(c)];

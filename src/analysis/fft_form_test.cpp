@@ -175,10 +175,11 @@ TEST_F(FftForm, WritesOnlyWhatWasCalculatedForWhatIsShown) {
 TEST_F(FftForm, SaysWhyATrackHasNoSpectrum) {
   Fill(2);
   ws.tracks.Record(2).MaxTime = 0;
+  ws.tracks.Record(2).Scanrate = 0;
   Fill(3);
   ws.tracks.Record(3).pnum = 0;
   EXPECT_TRUE(form->txtDataNum.UserSet("2").ok());
-  EXPECT_THAT(form->lblNote.text(), HasSubstr("no measurement time"));
+  EXPECT_THAT(form->lblNote.text(), HasSubstr("neither measurement time nor scan rate"));
   form->Calculate();
   ASSERT_EQ(machine.dialogs.TakeMessages().size(), 1u);
   EXPECT_FALSE(form->cmdUpdate.enabled());

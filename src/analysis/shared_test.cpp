@@ -164,5 +164,32 @@ TEST(TrackPoints, TellAPointInTheTracksTerms) {
   EXPECT_EQ(PointText(kModeRPMvsj, 1600.4, 1), "rpm:1600   I:1.0000e+0A");
 }
 
+// Tracks from the clipboard carry no measurement time.
+TEST(TrackTime, ComesFromTheXColumnWhereNoneWasRecorded) {
+  TrackStore tracks;
+  TrackRecord& record = tracks.Record(0);
+  record.Mode = kModeCV;
+  record.Scanrate = 50;  // mV/s
+  record.pnum = 3001;
+  // 0 V, up to 1 V, down to -0.5 V and back to 0: 3 V, read with a noise of 4 mV.
+  for (int i = 0; i <= 3000; ++i) {
+    const double way = 0.001 * i;
+    const double e = way < 1 ? way : way < 2.5 ? 2 - way : way - 3;
+    tracks.SetValue(0, 0, i, e + (i % 2 == 0 ? 0.002 : -0.002));
+  }
+  EXPECT_NEAR(TrackTime(tracks, 0), 60'000, 400);
+  record.MaxTime = 12'345;
+  EXPECT_EQ(TrackTime(tracks, 0), 12'345);
+  record.MaxTime = 0;
+  record.Scanrate = 0;
+  EXPECT_EQ(TrackTime(tracks, 0), 0);
+
+  record.Mode = kModePS;  // x is the time in s
+  for (int i = 0; i <= 3000; ++i) tracks.SetValue(0, 0, i, 0.01 * i);
+  EXPECT_NEAR(TrackTime(tracks, 0), 30'010, 1e-6);
+  record.Mode = kModeMulti;
+  EXPECT_EQ(TrackTime(tracks, 0), 0);
+}
+
 }  // namespace
 }  // namespace zento

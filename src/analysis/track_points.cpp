@@ -1,6 +1,7 @@
 #include "analysis/track_points.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -17,7 +18,49 @@ namespace {
 constexpr int kLightBlue = 9;
 constexpr int kLightRed = 12;
 
+// The way of a potential that goes to and fro. Steps back that are small beside the whole range are
+// noise, no turns, so that a measured potential does not seem to have gone farther than it did.
+double WayOf(std::span<const double> x) {
+  if (x.size() < 2) return 0;
+  const auto [low, high] = std::minmax_element(x.begin(), x.end());
+  const double noise = 0.05 * (*high - *low);
+  double way = 0;
+  double turn = x.front();  // where it turned last
+  double extreme = turn;    // the farthest since
+  for (const double now : x) {
+    const bool farther = std::fabs(now - turn) > std::fabs(extreme - turn);
+    const bool same_side = (now - turn) * (extreme - turn) >= 0;
+    if (farther && same_side) {
+      extreme = now;
+    } else if (std::fabs(now - extreme) > noise) {
+      way += std::fabs(extreme - turn);
+      turn = extreme;
+      extreme = now;
+    }
+  }
+  return way + std::fabs(extreme - turn);
+}
+
 }  // namespace
+
+double TrackTime(TrackStore& tracks, int track) {
+  const TrackRecord& record = tracks.Record(track);
+  if (record.MaxTime > 0) return record.MaxTime;
+  const std::span<const double> x = tracks.Points(0, track);
+  if (x.size() < 2) return 0;
+  const auto points = static_cast<double>(x.size());
+  const double all = points / (points - 1);  // the last point's interval, too
+  switch (record.Mode) {
+    case kModePS:
+      return std::fabs(x.back() - x.front()) * 1000 * all;
+    case kModeCV:
+    case kModeRDE:
+    case kModeSSV:
+      return record.Scanrate > 0 ? WayOf(x) / (record.Scanrate / 1000) * 1000 * all : 0;
+    default:
+      return 0;
+  }
+}
 
 std::string PointText(std::int32_t mode, double x, double current) {
   std::string text;

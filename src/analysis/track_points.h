@@ -18,6 +18,11 @@ std::string PointText(const TrackStore& tracks, int track, std::int32_t point);
 // What a track has and how far it goes; empty slots have no points.
 bool HoldsTrack(const TrackStore& tracks, int track);
 
+// How long a track took, in ms; 0 when nobody can know. MaxTime where there is one. Tracks that
+// came through the clipboard or from elsewhere have none: sweeps went their way at the scan rate,
+// and potential steps have the time as x.
+double TrackTime(TrackStore& tracks, int track);
+
 // For a rotation-rate sweep with a time column, which neither CopyTrackHeader nor CopyTrackData
 // copies: copies that column and whether there is one, so that the target does not keep another
 // track's. Does nothing for other modes.

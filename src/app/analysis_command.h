@@ -16,9 +16,11 @@ enum class EntryKind {
                 // others
   kPoints,      // "FIRST:LAST", either may be left out: the boxes txtStart and txtEnd
   kIndex,       // a whole number in a box that has arrows, for what cannot be typed
+  kText,        // replaces a box's text, whatever it is
+  kCheck,       // checks a box, if there is one; an option without a value
 };
 
-// One option of an analysis command. Adding a row to a table in analysis_commands.cpp is the whole
+// One option of a command that works in a window. Adding a row to a table of commands is the whole
 // change.
 struct AnalysisEntry {
   std::string_view option;  // "--area"
@@ -31,9 +33,13 @@ struct AnalysisEntry {
   // The window keeps one value for each track: the option may be repeated, and "TRACK=VALUE" is
   // meant for one track instead of all that are used.
   bool per_track = false;
+  // The option group or check box that has to stand at `switch_index` for the value to count.
+  std::string_view switch_control = {};
+  int switch_index = 0;
+  bool required = false;
 };
 
-// An analysis window as a command.
+// A window as a command.
 struct AnalysisCommand {
   std::string_view name;
   std::string_view form;

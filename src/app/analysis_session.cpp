@@ -1,6 +1,7 @@
 #include "app/analysis_session.h"
 
 #include "analysis/analysis_forms.h"
+#include "app/track_load.h"
 #include "core/home.h"
 #include "core/settings_file.h"
 #include "core/track_file.h"
@@ -23,14 +24,7 @@ Status AnalysisSession::UseSettingsOf(const std::filesystem::path& home) {
 Status AnalysisSession::OpenFile(const std::filesystem::path& path,
                                  std::vector<std::string>& notes) {
   const TrackFileLoad load = OpenTracks(workstation_, files_, path);
-  if (load.outcome == TrackFileLoad::Outcome::kNotRecognized) {
-    return Status::Failure(TextFromPath(path) + " is no track file");
-  }
-  if (!load.complete()) return load.status;
-  for (const std::string& remark : load.remarks) {
-    notes.push_back(TextFromPath(path) + ": " + remark);
-  }
-  return Status::Ok();
+  return CheckLoad(load, path, notes);
 }
 
 Result<AnalysisForm*> AnalysisSession::Show(std::string_view form) {

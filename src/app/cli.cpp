@@ -13,6 +13,7 @@
 #include "app/cli_run.h"
 #include "app/cli_script.h"
 #include "app/cli_session.h"
+#include "app/cli_tracks.h"
 #include "app/cli_verify.h"
 #include "app/console_text.h"
 #include "app/home_setup.h"
@@ -30,8 +31,6 @@ namespace {
 struct Request {
   ProgramOptions options;
   std::string file;
-  int track = 0;
-  bool headings = false;
   std::string load;
   std::string save;
   std::string log;
@@ -158,6 +157,7 @@ int RunCli(const std::vector<std::string>& arguments) {
   AddAnalysisCommands(app, request.options, exit_status);
   AddFitCommand(app, exit_status);
   AddVerifyCommand(app, exit_status);
+  AddTrackCommands(app, request.options, exit_status);
 
   auto* bench = app.add_subcommand("bench", "list the simulated bench's parameters");
   bench->callback([&] { exit_status = ListBench(request); });
@@ -166,17 +166,6 @@ int RunCli(const std::vector<std::string>& arguments) {
   auto* info = app.add_subcommand("info", "print the information sheets of a track file");
   info->add_option("FILE", request.file, "a track file (.znt)")->required();
   info->callback([&] { exit_status = Print(TrackFileSheets(files, PathFromText(request.file))); });
-
-  auto* table = app.add_subcommand("table", "print a track's points as tab-separated text");
-  table->add_option("FILE", request.file, "a track file (.znt)")->required();
-  table->add_option("--track", request.track, "number of the track")
-      ->required()
-      ->check(CLI::Range(0, kTracks - 1));
-  table->add_flag("--headings", request.headings, "say first what the columns are");
-  table->callback([&] {
-    exit_status =
-        Print(TrackTable(files, PathFromText(request.file), request.track, request.headings));
-  });
 
   auto* settings = app.add_subcommand("settings", "list the home's settings: key, type, value");
   settings->callback([&] { exit_status = ListSettings(request); });

@@ -6,12 +6,12 @@
 #include <algorithm>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "app/analysis_job.h"
 #include "app/cli.h"
 #include "app/cli_session.h"
 #include "app/console_text.h"
+#include "app/entry_options.h"
 #include "app/outcome_json.h"
 #include "host/path_text.h"
 
@@ -28,20 +28,10 @@ constexpr char kFooter[] =
 struct Call {
   const AnalysisCommand* command = nullptr;
   std::string file;
-  std::vector<std::vector<std::string>> values;  // as command->entries
+  EntryOptions entries;
   bool json = false;
   bool quality = false;
 };
-
-std::vector<GivenEntry> GivenEntries(const Call& call) {
-  std::vector<GivenEntry> given;
-  for (std::size_t i = 0; i < call.values.size(); ++i) {
-    for (const std::string& value : call.values[i]) {
-      given.push_back({&call.command->entries[i], value});
-    }
-  }
-  return given;
-}
 
 std::string WithLineFeeds(std::string text) {
   std::erase(text, '\r');
@@ -67,7 +57,7 @@ int Print(const Call& call, const AnalysisAnswer& answer) {
 int Run(const Call& call, const ProgramOptions& options) {
   NativeFiles files;
   const auto answer =
-      Analyse({call.command, PathFromText(call.file), options.home(), GivenEntries(call)}, files);
+      Analyse({call.command, PathFromText(call.file), options.home(), call.entries.Given()}, files);
   return answer.ok() ? Print(call, answer.value()) : FailWith(answer.status());
 }
 
@@ -75,20 +65,9 @@ void AddCommand(CLI::App& app, const AnalysisCommand& command, const ProgramOpti
                 int& exit_status) {
   auto call = std::make_shared<Call>();
   call->command = &command;
-  call->values.resize(command.entries.size());
   auto* sub = app.add_subcommand(std::string(command.name), std::string(command.help));
   sub->add_option("FILE", call->file, "a track file (.znt)")->required();
-  for (std::size_t i = 0; i < command.entries.size(); ++i) {
-    const AnalysisEntry& entry = command.entries[i];
-    std::string help(entry.help);
-    for (const std::string_view word : entry.words) {
-      help += (word == entry.words.front() ? ": " : ", ") + std::string(word);
-    }
-    if (entry.per_track) help += "; TRACK=" + std::string(entry.value) + " for one track only";
-    auto* option = sub->add_option(std::string(entry.option), call->values[i], help);
-    option->type_name(std::string(entry.value))->allow_extra_args(false);
-    if (!entry.per_track) option->expected(1);
-  }
+  call->entries.AddTo(*sub, command.entries);
   sub->add_flag("--quality", call->quality,
                 "tell on standard error how good the fit is, as the window does");
   sub->add_flag("--json", call->json,

@@ -42,13 +42,14 @@ std::vector<ColumnName> ColumnNames(const TrackRecord& record) {
 
 namespace {
 
+// No cell has anything in it that CSV would quote: they are numbers and names of columns.
 template <typename Cells>
-void AppendRow(std::string& text, const Cells& cells, int columns) {
+void AppendRow(std::string& text, const Cells& cells, int columns, TableForm form) {
   for (int column = 0; column < columns; ++column) {
-    if (column > 0) text += '\t';
+    if (column > 0) text += form == TableForm::kCsv ? ',' : '\t';
     text += cells(column);
   }
-  text += '\n';
+  text += form == TableForm::kCsv ? "\r\n" : "\n";
 }
 
 template <typename Owner>
@@ -81,7 +82,7 @@ Result<std::string> TrackFileSheets(Files& files, const std::filesystem::path& p
 }
 
 Result<std::string> TrackTable(Files& files, const std::filesystem::path& path, int track,
-                               bool headings) {
+                               bool headings, TableForm form) {
   const auto tracks = ReadTrackFile(files, path);
   if (!tracks.ok()) return tracks.status();
   TrackStore& store = *tracks.value();
@@ -98,10 +99,11 @@ Result<std::string> TrackTable(Files& files, const std::filesystem::path& path, 
     const ColumnName& name = names[static_cast<std::size_t>(column)];
     return name.name + "/" + name.unit;
   };
-  if (headings) AppendRow(text, heading, columns);
+  if (headings) AppendRow(text, heading, columns, form);
   for (std::int32_t point = 0; point < record.pnum; ++point) {
     AppendRow(
-        text, [&](int column) { return PlainNumber(store.Value(column, track, point)); }, columns);
+        text, [&](int column) { return PlainNumber(store.Value(column, track, point)); }, columns,
+        form);
   }
   return text;
 }

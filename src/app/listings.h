@@ -28,10 +28,15 @@ std::vector<ColumnName> ColumnNames(const TrackRecord& record);
 // The information sheet of every track of a file that is not empty.
 Result<std::string> TrackFileSheets(Files& files, const std::filesystem::path& path);
 
-// A track's points, one a line, cells separated by tabs, in V, A, s, ms or rpm as the track's mode
-// has it; with `headings`, a line that says so comes first.
+enum class TableForm {
+  kTabs,  // cells apart by tabs, lines end in LF
+  kCsv,   // comma-separated values as RFC 4180 (2005) has them: lines end in CR LF
+};
+
+// A track's points, one a line, in V, A, s, ms or rpm as the track's mode has it; with `headings`,
+// a line that says so comes first. Numbers read back to the same double.
 Result<std::string> TrackTable(Files& files, const std::filesystem::path& path, int track,
-                               bool headings);
+                               bool headings, TableForm form = TableForm::kTabs);
 
 // Every setting: key, type, value, meaning, separated by tabs.
 std::string SettingsListing(const Settings& settings);

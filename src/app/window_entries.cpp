@@ -109,6 +109,7 @@ Result<std::vector<int>> WindowEntries::UsedTracks(const Given& given) const {
 Result<int> WindowEntries::ShownTrack(const Given& given, const std::vector<int>& used) const {
   const GivenEntry* asked = Only(given, kShownTrack);
   if (asked == nullptr) {
+    if (ShownEntry() == nullptr) return 0;
     if (Only(given, kUsedTracks) != nullptr && !used.empty()) return used.front();
     const std::vector<int> all = AllTracks(tracks_);
     if (all.empty()) return Status::Failure("the file holds no track");
@@ -155,12 +156,22 @@ Status WindowEntries::EnterForTrack(const Given& given, int track) {
   return Status::Ok();
 }
 
-Status WindowEntries::ShowTrack(int track) {
+// Null when the window shows the main window's track.
+const AnalysisEntry* WindowEntries::ShownEntry() const {
   const auto entry = std::ranges::find(command_.entries, kShownTrack, &AnalysisEntry::kind);
-  return Set(entry->control, PlainNumber(track));
+  return entry == command_.entries.end() ? nullptr : &*entry;
+}
+
+Status WindowEntries::ShowTrack(int track) {
+  const AnalysisEntry* entry = ShownEntry();
+  return entry == nullptr ? Status::Ok() : Set(entry->control, PlainNumber(track));
 }
 
 Status WindowEntries::Put(const AnalysisEntry& entry, const std::string& value) {
+  if (!entry.switch_control.empty()) {
+    Status switched = Set(entry.switch_control, PlainNumber(entry.switch_index));
+    if (!switched.ok()) return switched;
+  }
   switch (entry.kind) {
     case kNumber:
       return PutNumber(entry, value);
@@ -170,6 +181,10 @@ Status WindowEntries::Put(const AnalysisEntry& entry, const std::string& value) 
       return PutPoints(entry, value);
     case kIndex:
       return PutIndex(entry, value);
+    case kText:
+      return Set(entry.control, value);
+    case kCheck:
+      return entry.control.empty() ? Status::Ok() : Set(entry.control, "1");
     case kShownTrack:
     case kUsedTracks:
       break;
@@ -249,6 +264,7 @@ Status WindowEntries::Dial(std::string_view box, std::string_view arrows, std::i
     if (Status stepped = steps.value()->UserStep(direction); !stepped.ok()) return stepped;
     const auto next = ParseWhole(found.value()->Value());
     if (!next || (*next - *now) * direction <= 0) break;
+    if ((*next - target) * direction > 0) break;  // arrows that leave it out
     now = next;
   }
   return Status::Ok();

@@ -29,6 +29,7 @@ class WindowEntries {
   Result<int> ShownTrack(const Given& given, const std::vector<int>& used) const;
   Status CheckUses(const std::vector<int>& used);
   Status EnterForTrack(const Given& given, int track);
+  const AnalysisEntry* ShownEntry() const;
   Status ShowTrack(int track);
 
   Status Put(const AnalysisEntry& entry, const std::string& value);

@@ -9,8 +9,8 @@ namespace zento {
 namespace {
 
 constexpr std::int32_t kPointsBetweenLooks = 100;
-constexpr std::int64_t kSlice = 15'000;         // us
-constexpr std::int32_t kPointsOfASlice = 4000;  // also where time stands still, as in a dry run
+constexpr std::int64_t kSlice = 15'000;          // us
+constexpr std::int32_t kPointsOfASlice = 15000;  // also where time stands still, as in a dry run
 
 }  // namespace
 

@@ -131,7 +131,7 @@ TEST_F(Exchange, ALongCopyGoesOnBehindTheProgressWindowAndCanBeEnded) {
     return machine.desktop.FindAs<frmProgressWindow>(frmProgressWindow::kName);
   };
   const auto start = [this](ClipboardCopy& copy, int& outcome) {
-    ws.tracks.Record(1).pnum = 20000;
+    ws.tracks.Record(1).pnum = 40000;
     copy.patience = 0;
     copy.Start(std::make_unique<DataTable>(ws.tracks, 1, TableOptions()),
                [&outcome](bool copied) { outcome = copied ? 1 : 0; });
@@ -143,15 +143,15 @@ TEST_F(Exchange, ALongCopyGoesOnBehindTheProgressWindowAndCanBeEnded) {
   ASSERT_NE(progress(), nullptr);
   EXPECT_TRUE(machine.desktop.Shown(frmProgressWindow::kName));
   EXPECT_EQ(progress()->caption(), "Now Copying to Clipboard... Please wait.");
-  EXPECT_EQ(progress()->ProgressBar1.maximum(), 20000);
+  EXPECT_EQ(progress()->ProgressBar1.maximum(), 40000);
   machine.RunFor(1000);
   EXPECT_EQ(machine.clipboard.Text(), "kept");
   // What happens to the track meanwhile does not show.
-  ws.tracks.SetValue(0, 1, 19999, 77);
+  ws.tracks.SetValue(0, 1, 39999, 77);
   machine.RunFor(50'000);
   EXPECT_EQ(outcome, 1);
   EXPECT_EQ(progress(), nullptr);
-  ws.tracks.SetValue(0, 1, 19999, 0);
+  ws.tracks.SetValue(0, 1, 39999, 0);
   EXPECT_EQ(machine.clipboard.Text(), DataTableText(ws.tracks, 1));
 
   machine.clipboard.SetText("kept");
