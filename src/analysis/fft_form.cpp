@@ -54,6 +54,7 @@ frmFFTFilter::frmFFTFilter(Workstation& workstation, Host& host)
       lblDestHolds(*this, "lblDestHolds"),
       txtDestTitle(*this, "txtDestTitle"),
       cmdRecordAnotherTrack(*this, "cmdRecordAnotherTrack", "Record Another Track"),
+      chkXSpectrum(*this, "chkXSpectrum", "x column"),
       updGraphScale(*this, "updGraphScale"),
       PrevGraph(*this, "PrevGraph", {480, 240}),
       FrequencyGraph(*this, "FrequencyGraph", {480, 240}),
@@ -66,6 +67,8 @@ frmFFTFilter::frmFFTFilter(Workstation& workstation, Host& host)
   txtXMaxFrequency.SetTip("Cut-off of the x column in Hz: what is as fast or faster is removed");
   txtYMaxFrequency.SetTip("Cut-off of the currents in Hz: what is as fast or faster is removed");
   txtDestTitle.SetTip("The title that Record Another Track gives the destination");
+  chkXSpectrum.SetValue(1);
+  chkXSpectrum.SetTip("Off: the graph is scaled for the currents alone");
   updGraphScale.SetTip("Up: the lines of the spectrum are drawn twice as high");
   FrequencyGraph.SetTip("Light blue: x; light green and light cyan: currents");
   WireControls();
@@ -89,6 +92,10 @@ void frmFFTFilter::WireControls() {
   cmdCalc.on_click = [this] { Calculate(); };
   cmdUpdate.on_click = [this] { UpdateData(); };
   cmdRecordAnotherTrack.on_click = [this] { RecordAnotherTrack(); };
+  chkXSpectrum.on_click = [this](int) {
+    FitSpectra();
+    DrawSpectra();
+  };
   updGraphScale.on_up = [this] { ScaleGraph(0.5); };
   updGraphScale.on_down = [this] { ScaleGraph(2); };
 }
@@ -121,11 +128,7 @@ void frmFFTFilter::ShowSource() {
   filtered_ready_ = false;
   Transform();
   DrawPreview();
-  y_maximum_ = kLeastMaximum;
-  for (int c = 0; c < columns_; ++c) {
-    const std::vector<double>& magnitude = spectra_[static_cast<std::size_t>(c)].magnitude;
-    y_maximum_ = std::max(y_maximum_, *std::max_element(magnitude.begin(), magnitude.end()));
-  }
+  FitSpectra();
   DrawSpectra();
   ForgetFiltered();
 }
@@ -225,6 +228,19 @@ void frmFFTFilter::DrawPreview() {
   PrevGraph.Polyline(filtered_[0], filtered_[1], QBColor(kLightRed));
 }
 
+int frmFFTFilter::FirstShown() const {
+  return chkXSpectrum.value() == 1 ? 0 : 1;
+}
+
+// Makes the graph as high as its highest line.
+void frmFFTFilter::FitSpectra() {
+  y_maximum_ = kLeastMaximum;
+  for (int c = FirstShown(); c < columns_; ++c) {
+    const std::vector<double>& magnitude = spectra_[static_cast<std::size_t>(c)].magnitude;
+    y_maximum_ = std::max(y_maximum_, *std::max_element(magnitude.begin(), magnitude.end()));
+  }
+}
+
 void frmFFTFilter::DrawSpectra() {
   FrequencyGraph.Clear();
   if (columns_ == 0) return;
@@ -234,7 +250,7 @@ void frmFFTFilter::DrawSpectra() {
   FrequencyGraph.SetRange(-0.2 * range.x2, -0.2 * range.y2, range.x2, range.y2);
   FrequencyGraph.SetSteps(TickStep(range.x1, range.x2), TickStep(range.y1, range.y2));
   FrequencyGraph.SetAxisTitles("Frequency /Hz", "");
-  for (int c = 0; c < columns_; ++c) DrawSpectrum(c);
+  for (int c = FirstShown(); c < columns_; ++c) DrawSpectrum(c);
 }
 
 // All lines as one that goes up and down: where many share a pixel it costs no more than a few.
@@ -356,7 +372,8 @@ LayoutNode frmFFTFilter::Layout() {
                   Stretch(),
               }),
               Rows({Item(PrevGraph, 1),
-                    Columns({Text("Spectrum"), Stretch(), Text("Scale"), Item(updGraphScale)}),
+                    Columns({Text("Spectrum"), Stretch(), Item(chkXSpectrum), Text("Scale"),
+                             Item(updGraphScale)}),
                     Item(FrequencyGraph, 1)},
                    3),
           },

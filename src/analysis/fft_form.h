@@ -39,6 +39,9 @@ class frmFFTFilter : public Form {
   Label lblDestHolds;    // the title that the destination has now
   TextBox txtDestTitle;  // the title that it is given
   Button cmdRecordAnotherTrack;
+  // Whether the x column's lines are in the frequency graph. They are far higher than a current's:
+  // without them the graph is scaled for the currents.
+  CheckBox chkXSpectrum;
   UpDown updGraphScale;  // up: half the frequency graph's y maximum, so higher lines
   PreviewPlot PrevGraph;
   PreviewPlot FrequencyGraph;
@@ -67,6 +70,8 @@ class frmFFTFilter : public Form {
   void ForgetFiltered();
   void LeaveFrequency(TextBox& box, double& setting);
   void DrawPreview();
+  int FirstShown() const;
+  void FitSpectra();
   void DrawSpectra();
   void DrawSpectrum(int column);
   void ScaleGraph(double factor);

@@ -99,6 +99,9 @@ TEST_F(FftForm, OpensOnTrackZeroWithItsSpectrum) {
   EXPECT_NEAR(form->FrequencyGraph.shown().y1, 1.1 * 249.5, 1e-6);
   EXPECT_TRUE(form->updGraphScale.UserStep(+1).ok());
   EXPECT_NEAR(form->FrequencyGraph.shown().y1, 1.1 * 249.5 / 2, 1e-6);
+  // The disk current's alone: 500 times its mean of 1e-4 A.
+  EXPECT_TRUE(form->chkXSpectrum.UserSet("0").ok());
+  EXPECT_NEAR(form->FrequencyGraph.shown().y1, 1.1 * 0.05, 1e-6);
 
   EXPECT_TRUE(form->UpDown1.UserStep(-1).ok());
   EXPECT_EQ(form->txtDataNum.text(), "20");
