@@ -6,15 +6,20 @@
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "analysis/analysis_forms.h"
+#include "analysis/fft_form.h"
 #include "analysis/oxygen_form.h"
+#include "analysis/spectrum.h"
 #include "analysis/tafel_form.h"
+#include "analysis/track_points.h"
 #include "measure/rde_form.h"
+#include "measure/step_form.h"
 #include "measure/test_bench.h"
 #include "text/number.h"
 
@@ -113,6 +118,52 @@ TEST(OxygenOnTheBench, ShareOfWaterInBothDirections) {
     EXPECT_NEAR(columns[4].values[i], 3.9, 0.004) << columns[0].values[i];
   }
   EXPECT_GE(in_current, 24);  // 0.8 V and below, both ways
+}
+
+// The highest line of a current's spectrum from 40 to 60 Hz, and where it stands.
+struct Line {
+  double frequency;
+  double magnitude;
+};
+Line HighestLine(Laboratory& lab, int track) {
+  const std::span<const double> current = lab.ws.tracks.Points(1, track);
+  const Spectrum spectrum = SpectrumOf(current);
+  const double rate = static_cast<double>(current.size()) * 1000 / TrackTime(lab.ws.tracks, track);
+  Line line{0, 0};
+  for (std::size_t k = 0; k < spectrum.Length() / 2; ++k) {
+    const double f = static_cast<double>(k) * rate / static_cast<double>(spectrum.Length());
+    if (f > 40 && f < 60 && spectrum.magnitude[k] > line.magnitude) {
+      line = {f, spectrum.magnitude[k]};
+    }
+  }
+  return line;
+}
+
+TEST(FilterOnTheBench, TakesTheMainsHumOutOfAStep) {
+  Laboratory lab(sim::With({"mains=20", "noise=0", "mains_frequency=50"}));
+  RegisterAnalysisForms(lab.machine.desktop, lab.ws, lab.machine.host);
+  auto& step = *dynamic_cast<frmPotentialStep*>(lab.machine.desktop.Show("frmPotentialStep"));
+  for (const auto& [box, text] :
+       std::vector<std::pair<TextBox*, std::string>>{{&step.txtVoltSetting[0], "0"},
+                                                     {&step.txtVoltSetting[1], "0.2"},
+                                                     {&step.txtRetainTime, "1"},
+                                                     {&step.txtMaxTime, "4"},
+                                                     {&step.txtInitSamplingRate, "250"},
+                                                     {&step.txtAccum, "1"},
+                                                     {&step.txtDataNum, PlainNumber(kTrack)}}) {
+    ASSERT_TRUE(box->UserSet(text).ok()) << box->name();
+  }
+  ASSERT_TRUE(step.cmdStart.UserClick().ok());
+  ASSERT_TRUE(lab.RunUntilIdle());
+
+  auto& form = *dynamic_cast<frmFFTFilter*>(lab.machine.desktop.Show("frmFFTFilter"));
+  ASSERT_TRUE(form.txtDataNum.UserSet(PlainNumber(kTrack)).ok());
+  ASSERT_TRUE(form.txtYMaxFrequency.UserSet("30").ok());
+  ASSERT_TRUE(form.cmdCalc.UserClick().ok());
+  ASSERT_TRUE(form.cmdRecordAnotherTrack.UserClick().ok());
+  const Line hum = HighestLine(lab, kTrack);
+  EXPECT_NEAR(hum.frequency, 50, 0.5);
+  EXPECT_LT(HighestLine(lab, 10).magnitude, 0.02 * hum.magnitude);
 }
 
 }  // namespace
