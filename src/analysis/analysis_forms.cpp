@@ -8,6 +8,7 @@
 #include "analysis/fft_form.h"
 #include "analysis/kl_form.h"
 #include "analysis/oxygen_form.h"
+#include "analysis/smoothing_form.h"
 #include "analysis/tafel_form.h"
 
 namespace zento {
@@ -21,7 +22,11 @@ void Register(Desktop& desktop, Workstation& workstation, Host& host) {
 
 }  // namespace
 
-void RegisterAnalysisForms(Desktop& desktop, Workstation& workstation, Host& host) {
+void RegisterAnalysisForms(Desktop& desktop, Workstation& workstation, Host& host,
+                           const std::vector<std::filesystem::path>& data_folders) {
+  desktop.Register(frmSmoothing::kName, [&workstation, &host, data_folders] {
+    return std::make_unique<frmSmoothing>(workstation, host, data_folders);
+  });
   Register<frmKoutecky_Levich>(desktop, workstation, host);
   Register<frmCottrellEquation>(desktop, workstation, host);
   Register<frmCoulombCalculator>(desktop, workstation, host);

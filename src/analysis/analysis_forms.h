@@ -1,11 +1,16 @@
 #pragma once
 
+#include <filesystem>
+#include <vector>
+
 #include "core/workstation.h"
 #include "host/host.h"
 
 namespace zento {
 
-// Makes the analysis windows known to the desktop. All arguments outlive it.
-void RegisterAnalysisForms(Desktop& desktop, Workstation& workstation, Host& host);
+// Makes the analysis windows known to the desktop, which all references outlive. `data_folders` are
+// those of the files that are installed with the program; a file in the home goes before them.
+void RegisterAnalysisForms(Desktop& desktop, Workstation& workstation, Host& host,
+                           const std::vector<std::filesystem::path>& data_folders = {});
 
 }  // namespace zento

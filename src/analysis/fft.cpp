@@ -10,8 +10,8 @@ namespace zento {
 namespace {
 
 FftPasses BestPasses() {
-#ifdef ZENTO_FFT_AVX2
-  if (__builtin_cpu_supports("avx2")) return FftPassesAvx2;
+#ifdef ZENTO_AVX2
+  if (HasAvx2()) return FftPassesAvx2;
 #endif
   return FftPassesBaseline;
 }

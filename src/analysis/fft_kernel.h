@@ -13,13 +13,10 @@
 #include <cstddef>
 
 #include "analysis/fft_tables.h"
+#include "analysis/four_doubles.h"
 
 namespace zento {
 namespace {
-
-#define ZENTO_INLINE inline __attribute__((always_inline))
-
-using Four = double __attribute__((vector_size(32)));
 
 // Points of a block that fits the first-level cache with room for its twiddles.
 constexpr std::size_t kCachedPoints = 1024;
@@ -28,12 +25,6 @@ struct FourPoints {
   Four re, im;
 };
 
-ZENTO_INLINE void LoadFour(const double* from, Four& to) {
-  __builtin_memcpy(&to, from, sizeof to);
-}
-ZENTO_INLINE void StoreFour(double* to, const Four& from) {
-  __builtin_memcpy(to, &from, sizeof from);
-}
 ZENTO_INLINE void LoadPoints(const double* re, const double* im, FourPoints& to) {
   LoadFour(re, to.re);
   LoadFour(im, to.im);

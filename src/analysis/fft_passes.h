@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "analysis/avx2.h"
 #include "analysis/fft_tables.h"
 
 namespace zento {
@@ -11,10 +12,7 @@ namespace zento {
 using FftPasses = void (*)(double* re, double* im, const FftTables& tables, double factor);
 void FftPassesBaseline(double* re, double* im, const FftTables& tables, double factor);
 
-// AVX2 needs functions compiled for it and a processor that has it. Elsewhere, and on Windows,
-// where the compiler does not align the stack for it (GCC bug 54412), the baseline works alone.
-#if defined(__x86_64__) && !defined(_WIN32)
-#define ZENTO_FFT_AVX2
+#ifdef ZENTO_AVX2
 void FftPassesAvx2(double* re, double* im, const FftTables& tables, double factor);
 #endif
 

@@ -1,6 +1,6 @@
 #include "analysis/fft_passes.h"
 
-#ifdef ZENTO_FFT_AVX2
+#ifdef ZENTO_AVX2
 
 // Everything from here on is compiled for AVX2; the headers above are not, so that nothing of the
 // standard library that needs it can reach a processor without it.

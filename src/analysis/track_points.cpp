@@ -95,8 +95,9 @@ bool HoldsTrack(const TrackStore& tracks, int track) {
 }
 
 void CopyTimeColumn(TrackStore& tracks, int from, int to) {
-  if (tracks.Record(from).Mode != kModeRPMvsj || from == to) return;
-  tracks.Record(to).TimeRecording = tracks.Record(from).TimeRecording;
+  const std::int32_t mode = tracks.Record(from).Mode;
+  if ((mode != kModeRPMvsj && mode != kModeMulti) || from == to) return;
+  if (mode == kModeRPMvsj) tracks.Record(to).TimeRecording = tracks.Record(from).TimeRecording;
   const std::span<const double> time = tracks.Points(2, from);
   std::vector<double>& target = tracks.Column(2, to);
   if (target.size() < time.size()) target.resize(time.size());

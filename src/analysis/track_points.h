@@ -23,9 +23,9 @@ bool HoldsTrack(const TrackStore& tracks, int track);
 // and potential steps have the time as x.
 double TrackTime(TrackStore& tracks, int track);
 
-// For a rotation-rate sweep with a time column, which neither CopyTrackHeader nor CopyTrackData
-// copies: copies that column and whether there is one, so that the target does not keep another
-// track's. Does nothing for other modes.
+// For a multichannel track and a rotation-rate sweep, whose time column neither CopyTrackHeader nor
+// CopyTrackData copies: copies that column, and whether there is one, so that the target does not
+// keep another track's. Does nothing for other modes.
 void CopyTimeColumn(TrackStore& tracks, int from, int to);
 
 // Clears the plot and gives it the track's range, steps, number formats and axis titles. False and

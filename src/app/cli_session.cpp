@@ -24,7 +24,7 @@ Result<std::unique_ptr<CliSession>> CliSession::Open(const SessionChoice& choice
   session->home_ = std::move(home.value());
   session->machine_ = ConsoleMachine::Make(choice.time, session->home_.folder);
   session->program_ = std::make_unique<MainProgram>(
-      session->host(), MainOptions{choice.simulated, session->home_.folder});
+      session->host(), MainOptions{choice.simulated, session->home_.folder, DataFolders()});
   if (Status started = session->program_->Start(); !started.ok()) {
     session->End();
     return started;

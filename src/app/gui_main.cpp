@@ -133,6 +133,7 @@ int Run(const Application& application, const GuiOptions& options, bool simulate
   MainOptions main_options;
   if (simulated) main_options.simulated = options.bench;
   main_options.home = home.value().folder;
+  main_options.data_folders = DataFolders();
   MainProgram program(host.host(), main_options);
   if (const Status started = program.Start(); !started.ok()) return Refuse(started.why());
   return Session(application, host, program, files).Run();

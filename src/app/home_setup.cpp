@@ -14,6 +14,12 @@ Result<std::filesystem::path> FindHome(const std::filesystem::path& wanted, bool
   return ResolveHome(question);
 }
 
+std::vector<std::filesystem::path> DataFolders() {
+  const std::filesystem::path folder = ExecutableFolder();
+  if (folder.empty()) return {};
+  return {folder, folder.parent_path() / "share" / "zento"};
+}
+
 Result<HeldHome> TakeHome(const std::filesystem::path& wanted, bool simulated,
                           std::string_view who) {
   auto folder = FindHome(wanted, simulated);

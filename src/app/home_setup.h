@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "host/native/home_lock.h"
 #include "text/status.h"
@@ -19,6 +20,10 @@ struct HeldHome {
 // that a second program shows. On failure nothing was opened.
 Result<HeldHome> TakeHome(const std::filesystem::path& wanted, bool simulated,
                           std::string_view who);
+
+// Where the files that were installed with the program may stand: beside the program, and where
+// data of an installed one are.
+std::vector<std::filesystem::path> DataFolders();
 
 // The home without holding it, for looking only.
 Result<std::filesystem::path> FindHome(const std::filesystem::path& wanted, bool simulated);

@@ -49,7 +49,7 @@ void MainProgram::RegisterForms() {
   RegisterDeviceForms(desktop, workstation_, host_, instruments_);
   RegisterMeasureForms(desktop, workstation_, host_, instruments_);
   RegisterMacroForms(desktop, workstation_, host_, instruments_);
-  RegisterAnalysisForms(desktop, workstation_, host_);
+  RegisterAnalysisForms(desktop, workstation_, host_, options_.data_folders);
   RegisterMainForms(desktop, workstation_, host_, instruments_);
 }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "core/workstation.h"
 #include "devices/instruments.h"
@@ -16,6 +17,8 @@ struct MainOptions {
   // Set: the simulated bench with these parameters. Not set: the instruments on this machine.
   std::optional<sim::Parameters> simulated;
   std::filesystem::path home;
+  // Of the files that were installed with the program.
+  std::vector<std::filesystem::path> data_folders = {};
 };
 
 // The whole program above a host: the workstation, its instruments, every window by its name. The

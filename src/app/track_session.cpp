@@ -1,6 +1,7 @@
 #include "app/track_session.h"
 
 #include "analysis/analysis_forms.h"
+#include "app/home_setup.h"
 #include "app/track_load.h"
 #include "core/track_file.h"
 #include "host/path_text.h"
@@ -19,7 +20,7 @@ TrackSession::TrackSession(Files& files, const std::filesystem::path& home)
     : real_files_(files), files_(files), home_(home) {
   workstation_.home = home.empty() ? std::filesystem::path(kNoHome) : home;
   RegisterMainForms(machine_.desktop, workstation_, machine_.host, instruments_);
-  RegisterAnalysisForms(machine_.desktop, workstation_, machine_.host);
+  RegisterAnalysisForms(machine_.desktop, workstation_, machine_.host, DataFolders());
 }
 
 Status TrackSession::Start() {

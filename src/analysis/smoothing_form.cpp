@@ -1,0 +1,325 @@
+#include "analysis/smoothing_form.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+#include <utility>
+
+#include "analysis/track_points.h"
+#include "core/palette.h"
+#include "core/tables.h"
+#include "graph/track_preview.h"
+#include "text/number.h"
+
+namespace zento {
+namespace {
+
+constexpr int kLightRed = 12;
+constexpr int kFirstDestination = 10;
+constexpr std::int32_t kMostPoints = 15;
+constexpr std::int32_t kLeastWindow[] = {3, 5, 3};  // by method
+
+}  // namespace
+
+frmSmoothing::frmSmoothing(Workstation& workstation, Host& host,
+                           std::vector<std::filesystem::path> data_folders)
+    : Form(host, kName, "Smoothing"),
+      txtDataNum(*this, "txtDataNum"),
+      UpDown1(*this, "UpDown1"),
+      lblMode(*this, "lblMode"),
+      txtTitle(*this, "txtTitle"),
+      txtRPM(*this, "txtRPM"),
+      opnYFilter(*this, "opnYFilter", {"単純移動平均", "Savitzky-Golay法", "間欠型ノイズ除去"}, 0),
+      txtPointNum(*this, "txtPointNum"),
+      UpDown3(*this, "UpDown3"),
+      chkXAxis(*this, "chkXAxis", "Apply X-axis"),
+      chkSkipatEdge(*this, "chkSkipatEdge", "Skip at the Edge of Data"),
+      txtSkipNum(*this, "txtSkipNum", "1"),
+      chkApplyAllTrack(*this, "chkApplyAllTrack", "Apply All Track"),
+      cmdCalc(*this, "cmdCalc", "Calculation"),
+      cmdUpdate(*this, "cmdUpdate", "Update Data"),
+      txtDesNum(*this, "txtDesNum"),
+      UpDown2(*this, "UpDown2"),
+      lblDestMode(*this, "lblDestMode"),
+      lblDestHolds(*this, "lblDestHolds"),
+      txtDestTitle(*this, "txtDestTitle"),
+      cmdRecordAnotherTrack(*this, "cmdRecordAnotherTrack", "Record Another Track"),
+      PrevGraph(*this, "PrevGraph", {520, 400}),
+      lblNote(*this, "lblNote"),
+      workstation_(workstation),
+      data_folders_(std::move(data_folders)),
+      source_(txtDataNum, UpDown1),
+      destination_(txtDesNum, UpDown2) {
+  txtTitle.read_only = true;
+  txtRPM.read_only = true;
+  opnYFilter.SetTip(
+      "Simple moving average; Savitzky-Golay; suppression of spikes, against the disk's display "
+      "scale");
+  txtPointNum.SetTip("Length of the window: odd, up to 15");
+  chkXAxis.SetTip("Smooth the x column, too");
+  txtSkipNum.SetTip("So many points and one more at each end of a sweep stay as they are");
+  chkApplyAllTrack.SetTip("Calculation shows, and Update Data changes, all tracks 0 to 20");
+  txtDestTitle.SetTip("The title that Record Another Track gives the destination");
+  PrevGraph.SetTip("Light red: smoothed");
+  WireControls();
+}
+
+void frmSmoothing::WireControls() {
+  source_.on_change = [this] { ShowSource(); };
+  destination_.on_change = [this] { ShowDestination(); };
+  opnYFilter.on_select = [this](int) { ShowPoints(LeastPoints()); };
+  UpDown3.on_up = [this] { ShowPoints(TypedPoints() + 2); };
+  UpDown3.on_down = [this] { ShowPoints(TypedPoints() - 2); };
+  const auto points_typed = [this] { ShowPoints(TypedPoints()); };
+  txtPointNum.on_lost_focus = points_typed;
+  txtPointNum.on_key = [points_typed](Key key) {
+    if (key.code == KeyCode::kEnter) points_typed();
+  };
+  for (CheckBox* box : {&chkXAxis, &chkSkipatEdge, &chkApplyAllTrack}) {
+    box->on_click = [this](int) { Forget(); };
+  }
+  txtSkipNum.on_change = [this] { Forget(); };
+  cmdCalc.on_click = [this] { Calculate(); };
+  cmdUpdate.on_click = [this] { UpdateData(); };
+  cmdRecordAnotherTrack.on_click = [this] { RecordAnotherTrack(); };
+}
+
+bool frmSmoothing::Load() {
+  generation_ = workstation_.DataGeneration;
+  source_.Show(0);
+  destination_.Show(kFirstDestination);
+  ShowPoints(LeastPoints());
+  ShowSource();
+  ShowDestination();
+  return true;
+}
+
+void frmSmoothing::Activate() {
+  ShowDestination();
+  if (generation_ == workstation_.DataGeneration && !SourceChanged()) return;
+  generation_ = workstation_.DataGeneration;
+  ShowSource();
+}
+
+void frmSmoothing::ShowSource() {
+  const int track = source_.track();
+  const TrackRecord& record = tracks().Record(track);
+  const bool holds = HoldsTrack(tracks(), track);
+  lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
+  txtTitle.SetText(holds ? record.Title : std::string());
+  txtRPM.SetText(holds ? PlainNumber(record.RPM) : std::string());
+  for (int c = 0; c < kTrackColumns; ++c) {
+    const std::span<const double> now = tracks().Points(c, track);
+    points_[static_cast<std::size_t>(c)].assign(now.begin(), now.end());
+  }
+  scale_ = record.DiskYscale;
+  Forget();
+  DrawPreview();
+  lblNote.SetText(holds ? "" : "Track " + PlainNumber(track) + " is empty.");
+}
+
+void frmSmoothing::ShowDestination() {
+  const TrackRecord& record = tracks().Record(destination_.track());
+  lblDestMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
+  lblDestHolds.SetText(HoldsTrack(tracks(), destination_.track()) ? record.Title : "");
+}
+
+std::int32_t frmSmoothing::LeastPoints() const {
+  return kLeastWindow[std::clamp(opnYFilter.selected(), 0, 2)];
+}
+
+std::int32_t frmSmoothing::TypedPoints() const {
+  return std::clamp(ToLong(ParseLenient(txtPointNum.text())), 0, kMostPoints + 2);
+}
+
+// An even number becomes the odd one below.
+void frmSmoothing::ShowPoints(std::int32_t points) {
+  const std::int32_t odd = points % 2 == 0 ? points - 1 : points;
+  txtPointNum.SetText(PlainNumber(std::clamp(odd, LeastPoints(), kMostPoints)));
+  Forget();
+}
+
+void frmSmoothing::Forget() {
+  cmdUpdate.SetEnabled(false);
+  cmdRecordAnotherTrack.SetEnabled(false);
+  if (!std::exchange(ready_, false)) return;
+  curves_.clear();
+  lblNote.SetText({});
+  DrawPreview();
+}
+
+bool frmSmoothing::SourceChanged() const {
+  const int track = source_.track();
+  if (tracks().Record(track).DiskYscale != scale_) return true;
+  for (int c = 0; c < kTrackColumns; ++c) {
+    const std::span<const double> now = tracks().Points(c, track);
+    const std::vector<double>& then = points_[static_cast<std::size_t>(c)];
+    if (!std::equal(now.begin(), now.end(), then.begin(), then.end())) return true;
+  }
+  return false;
+}
+
+Result<Smoothing> frmSmoothing::Settings() const {
+  Smoothing smoothing;
+  smoothing.method = static_cast<SmoothingMethod>(std::clamp(opnYFilter.selected(), 0, 2));
+  smoothing.points = TypedPoints();
+  if (chkSkipatEdge.value() == 1) {
+    smoothing.skip = std::max(ToLong(ParseLenient(txtSkipNum.text())), 0);
+  }
+  if (smoothing.method != SmoothingMethod::kSavitzkyGolay) return smoothing;
+  std::vector<std::filesystem::path> folders = data_folders_;
+  folders.insert(folders.begin(), workstation_.home);
+  auto table = ReadSavitzkyGolay(host().files, folders);
+  if (!table.ok()) return table.status();
+  const auto row = static_cast<std::size_t>((smoothing.points - LeastPoints()) / 2);
+  if (row >= table->size()) {
+    return Status::Failure(std::string(kSavitzkyGolayFile) + " has no row for a window of " +
+                           PlainNumber(smoothing.points) + " points.");
+  }
+  smoothing.row = table.value()[row];
+  return smoothing;
+}
+
+std::vector<int> frmSmoothing::ChosenTracks() const {
+  if (chkApplyAllTrack.value() != 1) return {source_.track()};
+  std::vector<int> all;
+  for (int track = 0; track < kTracks; ++track) {
+    if (HoldsTrack(tracks(), track)) all.push_back(track);
+  }
+  return all;
+}
+
+void frmSmoothing::Preview(int track) {
+  if (!SmoothTrack(tracks(), track, smoothing_, x_axis_, kScratchSlot)) return;
+  const std::span<const double> x = tracks().Points(0, kScratchSlot);
+  const std::span<const double> y = tracks().Points(1, kScratchSlot);
+  curves_.push_back({{x.begin(), x.end()}, {y.begin(), y.end()}});
+}
+
+void frmSmoothing::Calculate() {
+  if (!HoldsTrack(tracks(), source_.track())) return;
+  if (SourceChanged()) ShowSource();
+  ShowPoints(TypedPoints());
+  auto settings = Settings();
+  if (!settings.ok()) return host().dialogs.Message(settings.why());
+
+  Forget();
+  smoothing_ = std::move(settings.value());
+  x_axis_ = chkXAxis.value() == 1;
+  chosen_ = ChosenTracks();
+  for (const int track : chosen_) Preview(track);
+  if (curves_.empty()) {
+    return lblNote.SetText(
+        "Nothing is smoothed: tracks of this mode are not, nor those without "
+        "points.");
+  }
+  ready_ = true;
+  DrawPreview();
+  TellWhatWasDone();
+  txtDestTitle.SetText("Smooth_" + tracks().Record(source_.track()).Title);
+  cmdUpdate.SetEnabled(true);
+  cmdRecordAnotherTrack.SetEnabled(!SmoothedStretches(tracks(), source_.track()).empty());
+}
+
+void frmSmoothing::TellWhatWasDone() {
+  std::size_t stretches = 0;
+  bool no_scale = false;
+  for (const int track : chosen_) {
+    const std::size_t its = SmoothedStretches(tracks(), track).size();
+    stretches += its;
+    no_scale |= its > 0 && tracks().Record(track).DiskYscale == 0;
+  }
+  const auto count = [](std::size_t n, const std::string& one, const std::string& many) {
+    return PlainNumber(n) + (n == 1 ? one : many);
+  };
+  std::string note = "Smoothed " + count(curves_.size(), " track in ", " tracks in ") +
+                     count(stretches, " piece.", " pieces that meet at the turning points.");
+  if (smoothing_.method == SmoothingMethod::kSpikes && no_scale) {
+    note += " A display scale of 0 makes every point the mean of its neighbours.";
+  }
+  lblNote.SetText(note);
+}
+
+void frmSmoothing::DrawPreview() {
+  const int track = source_.track();
+  const auto style = static_cast<PreviewStyle>(workstation_.settings.PrevGraphDrawSetting);
+  DrawTrack(PrevGraph, tracks(), track, RangeOf(tracks(), track), style);
+  PrevGraph.SetAxisTitles("Potential /V", "Current /A");
+  for (const Curve& curve : curves_) {
+    if (style == PreviewStyle::kDots) {
+      PrevGraph.Dots(curve.x, curve.y, QBColor(kLightRed));
+    } else {
+      PrevGraph.Polyline(curve.x, curve.y, QBColor(kLightRed));
+    }
+  }
+}
+
+void frmSmoothing::AfterWriting(const std::vector<int>& written) {
+  ShowDestination();
+  ShowSource();
+  const int shown = workstation_.shown_track;
+  if (std::ranges::find(written, shown) != written.end()) workstation_.ShowTrack(shown);
+}
+
+void frmSmoothing::UpdateData() {
+  if (!ready_) return;
+  if (SourceChanged()) return ShowSource();
+  const std::vector<int> written = chosen_;
+  {
+    const TrackChange change(
+        workstation_, written.size() == 1 ? "Smoothing" : "Smoothing of all tracks", written);
+    for (const int track : written) {
+      if (SmoothTrack(tracks(), track, smoothing_, x_axis_, kScratchSlot)) {
+        tracks().CopyTrackData(kScratchSlot, track);
+      }
+    }
+  }
+  AfterWriting(written);
+}
+
+void frmSmoothing::RecordAnotherTrack() {
+  if (!ready_) return;
+  if (SourceChanged()) return ShowSource();
+  const int from = source_.track();
+  const int to = destination_.track();
+  {
+    const TrackChange change(workstation_, "Smoothing into track " + PlainNumber(to), {to});
+    if (!SmoothTrack(tracks(), from, smoothing_, x_axis_, kScratchSlot)) return;
+    CopyTimeColumn(tracks(), from, to);
+    tracks().CopyTrackHeader(from, to);
+    tracks().Record(to).Title = txtDestTitle.text();
+    tracks().CopyTrackData(kScratchSlot, to);
+  }
+  AfterWriting({to});
+}
+
+LayoutNode frmSmoothing::Layout() {
+  using namespace layout;
+  return Rows({
+      Columns(
+          {
+              Rows({
+                  Group("Track",
+                        {Fields({Field("Track", txtDataNum, &UpDown1), Field("Mode", lblMode),
+                                 Field("Title", txtTitle), Field("RPM", txtRPM)})}),
+                  Group(
+                      "Smoothing",
+                      {Item(opnYFilter), Fields({Field("Points", txtPointNum, &UpDown3)}),
+                       Item(chkXAxis), Item(chkSkipatEdge),
+                       Fields({Field("Points at each edge", txtSkipNum)}), Item(chkApplyAllTrack)}),
+                  Item(cmdCalc),
+                  Item(cmdUpdate),
+                  Group("Destination",
+                        {Fields({Field("Track", txtDesNum, &UpDown2), Field("Mode", lblDestMode),
+                                 Field("Holds", lblDestHolds), Field("New title", txtDestTitle)}),
+                         Item(cmdRecordAnotherTrack)}),
+                  Stretch(),
+              }),
+              Rows({Item(PrevGraph, 1)}, 3),
+          },
+          1),
+      Item(lblNote),
+  });
+}
+
+}  // namespace zento

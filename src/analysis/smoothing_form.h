@@ -1,0 +1,97 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+#include "analysis/smoothing.h"
+#include "analysis/track_selector.h"
+#include "core/workstation.h"
+#include "graph/preview_plot.h"
+#include "host/controls.h"
+#include "host/form.h"
+
+namespace zento {
+
+// Smooths the currents of a track or of all tracks, sweep by sweep, and writes the result into the
+// same tracks or into another one.
+class frmSmoothing : public Form {
+ public:
+  static constexpr const char* kName = "frmSmoothing";
+
+  // `data_folders`: where the coefficient file is looked for when the home has none.
+  frmSmoothing(Workstation& workstation, Host& host,
+               std::vector<std::filesystem::path> data_folders);
+
+  TextBox txtDataNum;  // source track
+  UpDown UpDown1;
+  Label lblMode;
+  TextBox txtTitle;
+  TextBox txtRPM;
+  OptionGroup opnYFilter;  // the method, as in SmoothingMethod
+  TextBox txtPointNum;     // window length
+  UpDown UpDown3;
+  CheckBox chkXAxis;
+  CheckBox chkSkipatEdge;
+  TextBox txtSkipNum;
+  CheckBox chkApplyAllTrack;
+  Button cmdCalc;
+  Button cmdUpdate;
+  TextBox txtDesNum;  // destination track
+  UpDown UpDown2;
+  Label lblDestMode;
+  Label lblDestHolds;    // the title that the destination has now
+  TextBox txtDestTitle;  // the title that it is given
+  Button cmdRecordAnotherTrack;
+  PreviewPlot PrevGraph;
+  Label lblNote;  // what was smoothed, or why nothing was
+
+  bool Load() override;
+  void Activate() override;
+  LayoutNode Layout() override;
+
+  // Smooths what the boxes say, for the preview. Nothing for an empty track.
+  void Calculate();
+  // Write what Calculate() has shown; nothing when the track or a setting is another one since.
+  void UpdateData();
+  void RecordAnotherTrack();
+
+ private:
+  struct Curve {
+    std::vector<double> x, y;
+  };
+
+  void WireControls();
+  void ShowSource();
+  void ShowDestination();
+  void ShowPoints(std::int32_t points);
+  std::int32_t LeastPoints() const;
+  std::int32_t TypedPoints() const;
+  void Forget();
+  bool SourceChanged() const;
+  Result<Smoothing> Settings() const;
+  std::vector<int> ChosenTracks() const;
+  void Preview(int track);
+  void TellWhatWasDone();
+  void DrawPreview();
+  void AfterWriting(const std::vector<int>& written);
+  TrackStore& tracks() const { return workstation_.tracks; }
+
+  Workstation& workstation_;
+  std::vector<std::filesystem::path> data_folders_;
+  TrackSelector source_;
+  TrackSelector destination_;
+  std::int32_t generation_ = 0;  // of the track files
+
+  // Of the last calculation, while it fits what is chosen.
+  bool ready_ = false;
+  Smoothing smoothing_;
+  bool x_axis_ = false;
+  std::vector<int> chosen_;
+  std::array<std::vector<double>, kTrackColumns> points_;  // of the source as it was
+  double scale_ = 0;                                       // likewise its DiskYscale
+  std::vector<Curve> curves_;
+};
+
+}  // namespace zento
