@@ -12,20 +12,48 @@
 namespace zento {
 namespace {
 
-constexpr std::size_t kLanes = kSmoothedAtOnce / 4;
-
+// Named, not an array: they have to stay in registers.
 struct Block {
-  Four v[kLanes];
+  Four a, b, c, d;
 };
 
 ZENTO_INLINE void LoadBlock(const double* from, Block& to) {
-  for (std::size_t i = 0; i < kLanes; ++i) LoadFour(from + 4 * i, to.v[i]);
+  LoadFour(from, to.a);
+  LoadFour(from + 4, to.b);
+  LoadFour(from + 8, to.c);
+  LoadFour(from + 12, to.d);
 }
 ZENTO_INLINE void StoreBlock(double* to, const Block& from) {
-  for (std::size_t i = 0; i < kLanes; ++i) StoreFour(to + 4 * i, from.v[i]);
+  StoreFour(to, from.a);
+  StoreFour(to + 4, from.b);
+  StoreFour(to + 8, from.c);
+  StoreFour(to + 12, from.d);
 }
-ZENTO_INLINE void AddTo(Block& sum, const Block& value) {
-  for (std::size_t i = 0; i < kLanes; ++i) sum.v[i] = sum.v[i] + value.v[i];
+ZENTO_INLINE void Add(Block& sum, const Block& value) {
+  sum.a = sum.a + value.a;
+  sum.b = sum.b + value.b;
+  sum.c = sum.c + value.c;
+  sum.d = sum.d + value.d;
+}
+ZENTO_INLINE void Multiply(Block& block, double factor) {
+  block.a = factor * block.a;
+  block.b = factor * block.b;
+  block.c = factor * block.c;
+  block.d = factor * block.d;
+}
+ZENTO_INLINE void Divide(Block& block, double divisor) {
+  block.a = block.a / divisor;
+  block.b = block.b / divisor;
+  block.c = block.c / divisor;
+  block.d = block.d / divisor;
+}
+// `value` becomes w / (w + d) (value - mean) + mean with d = |value - mean|.
+ZENTO_INLINE void PullTowards(Four& value, const Four& mean, double w) {
+  const Four deviation = value - mean;
+  const Four scale = w + (deviation < 0 ? -deviation : deviation);
+  // Without a scale a point that is its neighbours' mean has nothing to be divided by.
+  const Four factor = scale == 0 ? Four{} : w / scale;
+  value = factor * deviation + mean;
 }
 
 // In all of them `y` points to the first value of the window of the first point.
@@ -37,9 +65,9 @@ void Average(const double* y, double* out, std::size_t blocks, std::size_t half)
     for (std::size_t k = 0; k <= 2 * half; ++k) {
       Block value;
       LoadBlock(y + k, value);
-      AddTo(sum, value);
+      Add(sum, value);
     }
-    for (std::size_t i = 0; i < kLanes; ++i) sum.v[i] = sum.v[i] / n;
+    Divide(sum, n);
     StoreBlock(out, sum);
   }
 }
@@ -49,16 +77,17 @@ void Weigh(const double* y, double* out, std::size_t blocks, std::size_t half, c
   for (std::size_t b = 0; b < blocks; ++b, y += kSmoothedAtOnce, out += kSmoothedAtOnce) {
     Block sum;
     LoadBlock(y + half, sum);
-    for (std::size_t i = 0; i < kLanes; ++i) sum.v[i] = a[0] * sum.v[i];
+    Multiply(sum, a[0]);
     for (std::size_t k = 1; k <= half; ++k) {
       Block pair;
       Block right;
       LoadBlock(y + half - k, pair);
       LoadBlock(y + half + k, right);
-      AddTo(pair, right);
-      for (std::size_t i = 0; i < kLanes; ++i) sum.v[i] = sum.v[i] + a[k] * pair.v[i];
+      Add(pair, right);
+      Multiply(pair, a[k]);
+      Add(sum, pair);
     }
-    for (std::size_t i = 0; i < kLanes; ++i) sum.v[i] = sum.v[i] / divisor;
+    Divide(sum, divisor);
     StoreBlock(out, sum);
   }
 }
@@ -71,19 +100,15 @@ void Suppress(const double* y, double* out, std::size_t blocks, std::size_t half
       if (k == half) continue;
       Block value;
       LoadBlock(y + k, value);
-      AddTo(mean, value);
+      Add(mean, value);
     }
     Block value;
     LoadBlock(y + half, value);
-    for (std::size_t i = 0; i < kLanes; ++i) {
-      const Four m = mean.v[i] / others;
-      const Four deviation = value.v[i] - m;
-      const Four d = deviation < 0 ? -deviation : deviation;
-      const Four scale = w + d;
-      // Without a scale a point that is its neighbours' mean has nothing to be divided by.
-      const Four factor = scale == 0 ? Four{} : w / scale;
-      value.v[i] = factor * deviation + m;
-    }
+    Divide(mean, others);
+    PullTowards(value.a, mean.a, w);
+    PullTowards(value.b, mean.b, w);
+    PullTowards(value.c, mean.c, w);
+    PullTowards(value.d, mean.d, w);
     StoreBlock(out, value);
   }
 }

@@ -12,7 +12,9 @@
 #include <string>
 #include <vector>
 
+#include "analysis/savitzky_golay.h"
 #include "app/cli.h"
+#include "app/home_setup.h"
 #include "core/track_file.h"
 #include "host/native/native_files.h"
 #include "host/path_text.h"
@@ -222,6 +224,44 @@ TEST_F(CliTransformTest, FilterTakesTheHumOut) {
             kExitOk);
   EXPECT_LT(WorstHum(*Saved("same.znt"), 4), 0.01);
   EXPECT_EQ(Saved("same.znt")->Record(4).Title, "other");
+}
+
+TEST_F(CliTransformTest, SmoothMakesTheHumLower) {
+  EXPECT_EQ(Run({"smooth", In("hum.znt"), "--track", "4", "--points", "15", "--into", "7", "--save",
+                 In("out.znt")}),
+            kExitOk)
+      << err_;
+  EXPECT_LT(WorstHum(*Saved("out.znt"), 7), 0.05);
+  EXPECT_EQ(Saved("out.znt")->Record(7).Title, "Smooth_other");
+  EXPECT_EQ(Run({"smooth", In("hum.znt"), "--all", "--method", "savitzky-golay", "--points", "15",
+                 "--save", In("all.znt")}),
+            kExitOk)
+      << err_;
+  for (const int track : {2, 4}) EXPECT_LT(WorstHum(*Saved("all.znt"), track), 0.095);
+  EXPECT_EQ(Run({"smooth", In("hum.znt"), "--all", "--points", "4", "--skip", "255", "--save",
+                 In("skipped.znt")}),
+            kExitOk);
+  EXPECT_THAT(err_, HasSubstr("--points: 4 became "));
+  EXPECT_EQ(Bytes("skipped.znt"), before_);
+  EXPECT_NE(Run({"smooth", In("hum.znt"), "--all", "--into", "7", "--save", In("x.znt")}), kExitOk);
+}
+
+// The file that goes with the program, against the least-squares cubic in whole numbers.
+TEST(InstalledData, SmoothingCoefficients) {
+  NativeFiles files;
+  const auto table = ReadSavitzkyGolay(files, DataFolders());
+  ASSERT_TRUE(table.ok()) << table.why();
+  ASSERT_EQ(table->size(), kMostSavitzkyGolayRows);
+  for (int r = 0; r < static_cast<int>(table->size()); ++r) {
+    const SavitzkyGolayRow& row = table.value()[static_cast<std::size_t>(r)];
+    const int m = 2 + r;
+    for (int k = 0; k <= m; ++k) {
+      // Madden, Anal. Chem. 50 (1978) 1383, for a window of 2 m + 1 points.
+      const int numerator = 3 * (3 * m * m + 3 * m - 1 - 5 * k * k);
+      const int denominator = (4 * m * m - 1) * (2 * m + 3);
+      EXPECT_EQ(row.a[static_cast<std::size_t>(k)] * denominator, row.divisor * numerator);
+    }
+  }
 }
 
 TEST_F(CliTransformTest, CalcSubtracts) {
