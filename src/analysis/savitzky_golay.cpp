@@ -1,10 +1,13 @@
 #include "analysis/savitzky_golay.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <string>
 
 #include "host/path_text.h"
+#include "text/codepage.h"
+#include "text/lines.h"
 #include "text/number.h"
 
 namespace zento {
@@ -12,40 +15,41 @@ namespace {
 
 constexpr double kSumTolerance = 1e-4;  // of the divisor, for tables of rounded decimals
 
-std::vector<std::string_view> Cut(std::string_view text, char separator) {
-  std::vector<std::string_view> pieces;
-  while (true) {
-    const std::size_t end = text.find(separator);
-    pieces.push_back(text.substr(0, end));
-    if (end == text.npos) return pieces;
-    text.remove_prefix(end + 1);
+// The pieces between the commas. Spreadsheets fill short rows up with empty fields: those at the
+// end do not count.
+std::vector<std::string_view> Fields(std::string_view line) {
+  line = line.substr(0, line.find_last_not_of(", \t") + 1);
+  std::vector<std::string_view> fields;
+  while (!line.empty()) {
+    const std::size_t comma = std::min(line.find(','), line.size());
+    fields.push_back(line.substr(0, comma));
+    line.remove_prefix(std::min(comma + 1, line.size()));
   }
+  return fields;
 }
 
-// The lines that another one follows. What stands behind the last line end is a line only when it
-// is something.
+// The lines that another one follows.
 std::vector<std::string_view> RowLines(std::string_view text) {
-  std::vector<std::string_view> lines = Cut(text, '\n');
-  if (lines.back().empty()) lines.pop_back();
+  std::vector<std::string_view> lines;
+  LineReader reader(text);
+  for (std::string_view line; reader.Next(line);) lines.push_back(line);
   if (!lines.empty()) lines.pop_back();
-  for (std::string_view& line : lines) {
-    if (line.ends_with('\r')) line.remove_suffix(1);
-  }
   return lines;
 }
 
 Result<SavitzkyGolayRow> ParseRow(std::string_view line, std::size_t row) {
-  const std::vector<std::string_view> fields = Cut(line, ',');
+  const std::vector<std::string_view> fields = Fields(line);
   const std::size_t expected = row + 4;
   if (fields.size() != expected) {
     return Status::Failure("a window of " + PlainNumber(5 + 2 * row) + " points needs " +
                            PlainNumber(expected) + " fields, there are " +
-                           PlainNumber(line.empty() ? 0 : fields.size()));
+                           PlainNumber(fields.size()));
   }
   std::vector<double> numbers;
   for (const std::string_view field : fields) {
     const auto number = ParseStrict(field);
-    if (!number) return Status::Failure("'" + std::string(field) + "' is not a number");
+    if (!number)
+      return Status::Failure("field " + PlainNumber(numbers.size() + 1) + " is not a number");
     numbers.push_back(*number);
   }
   SavitzkyGolayRow parsed{numbers[0], {numbers.begin() + 1, numbers.end()}};
@@ -61,7 +65,8 @@ Result<SavitzkyGolayRow> ParseRow(std::string_view line, std::size_t row) {
 
 }  // namespace
 
-Result<SavitzkyGolayTable> ParseSavitzkyGolay(std::string_view text) {
+Result<SavitzkyGolayTable> ParseSavitzkyGolay(std::string_view bytes) {
+  const std::string text = DecodeFile(bytes);
   SavitzkyGolayTable table;
   for (const std::string_view line : RowLines(text)) {
     if (table.size() == kMostSavitzkyGolayRows) {

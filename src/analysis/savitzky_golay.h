@@ -24,10 +24,10 @@ using SavitzkyGolayTable = std::vector<SavitzkyGolayRow>;
 inline constexpr std::size_t kMostSavitzkyGolayRows = 11;
 
 // A row a line: divisor, centre coefficient, then those of the offsets 1 to m = 2 + r, apart by
-// commas. A line counts only when another one follows. Fails, with the number of the line, when a
-// row is not whole, holds something that is no number, or does not keep a constant (its
-// coefficients do not add up to the divisor).
-Result<SavitzkyGolayTable> ParseSavitzkyGolay(std::string_view text);
+// commas; empty fields at its end do not count. A line counts only when another one follows. Fails,
+// with the number of the line, when a row is not whole, holds something that is no number, or does
+// not keep a constant (its coefficients do not add up to the divisor).
+Result<SavitzkyGolayTable> ParseSavitzkyGolay(std::string_view bytes);
 
 // Reads the file of that name in the first of the folders that has one. Fails when none has.
 Result<SavitzkyGolayTable> ReadSavitzkyGolay(Files& files,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <span>
 #include <utility>
 
@@ -18,6 +19,12 @@ constexpr int kLightRed = 12;
 constexpr int kFirstDestination = 10;
 constexpr std::int32_t kMostPoints = 15;
 constexpr std::int32_t kLeastWindow[] = {3, 5, 3};  // by method
+
+// Bit by bit: a NaN that is still there is no change.
+bool Same(std::span<const double> a, std::span<const double> b) {
+  return a.size() == b.size() &&
+         (a.empty() || std::memcmp(a.data(), b.data(), a.size_bytes()) == 0);
+}
 
 }  // namespace
 
@@ -79,6 +86,7 @@ void frmSmoothing::WireControls() {
     box->on_click = [this](int) { Forget(); };
   }
   txtSkipNum.on_change = [this] { Forget(); };
+  txtSkipNum.on_lost_focus = [this] { txtSkipNum.SetText(PlainNumber(TypedSkip())); };
   cmdCalc.on_click = [this] { Calculate(); };
   cmdUpdate.on_click = [this] { UpdateData(); };
   cmdRecordAnotherTrack.on_click = [this] { RecordAnotherTrack(); };
@@ -112,6 +120,8 @@ void frmSmoothing::ShowSource() {
     const std::span<const double> now = tracks().Points(c, track);
     points_[static_cast<std::size_t>(c)].assign(now.begin(), now.end());
   }
+  mode_ = record.Mode;
+  vertices_ = record.V;
   scale_ = record.DiskYscale;
   Forget();
   DrawPreview();
@@ -132,6 +142,10 @@ std::int32_t frmSmoothing::TypedPoints() const {
   return std::clamp(ToLong(ParseLenient(txtPointNum.text())), 0, kMostPoints + 2);
 }
 
+std::int32_t frmSmoothing::TypedSkip() const {
+  return std::clamp(ToLong(ParseLenient(txtSkipNum.text())), 0, kMaxPoints);
+}
+
 // An even number becomes the odd one below.
 void frmSmoothing::ShowPoints(std::int32_t points) {
   const std::int32_t odd = points % 2 == 0 ? points - 1 : points;
@@ -150,11 +164,11 @@ void frmSmoothing::Forget() {
 
 bool frmSmoothing::SourceChanged() const {
   const int track = source_.track();
-  if (tracks().Record(track).DiskYscale != scale_) return true;
+  // Of the header, what decides how the track is smoothed.
+  const TrackRecord& record = tracks().Record(track);
+  if (record.Mode != mode_ || record.V != vertices_ || record.DiskYscale != scale_) return true;
   for (int c = 0; c < kTrackColumns; ++c) {
-    const std::span<const double> now = tracks().Points(c, track);
-    const std::vector<double>& then = points_[static_cast<std::size_t>(c)];
-    if (!std::equal(now.begin(), now.end(), then.begin(), then.end())) return true;
+    if (!Same(tracks().Points(c, track), points_[static_cast<std::size_t>(c)])) return true;
   }
   return false;
 }
@@ -163,9 +177,7 @@ Result<Smoothing> frmSmoothing::Settings() const {
   Smoothing smoothing;
   smoothing.method = static_cast<SmoothingMethod>(std::clamp(opnYFilter.selected(), 0, 2));
   smoothing.points = TypedPoints();
-  if (chkSkipatEdge.value() == 1) {
-    smoothing.skip = std::max(ToLong(ParseLenient(txtSkipNum.text())), 0);
-  }
+  if (chkSkipatEdge.value() == 1) smoothing.skip = TypedSkip();
   if (smoothing.method != SmoothingMethod::kSavitzkyGolay) return smoothing;
   std::vector<std::filesystem::path> folders = data_folders_;
   folders.insert(folders.begin(), workstation_.home);
@@ -191,7 +203,9 @@ std::vector<int> frmSmoothing::ChosenTracks() const {
 
 void frmSmoothing::Preview(int track) {
   if (!SmoothTrack(tracks(), track, smoothing_, x_axis_, kScratchSlot)) return;
-  const std::span<const double> x = tracks().Points(0, kScratchSlot);
+  // The channels of a multichannel record are drawn against their common time.
+  const bool multi = tracks().Record(track).Mode == kModeMulti;
+  const std::span<const double> x = tracks().Points(multi ? 2 : 0, multi ? 0 : kScratchSlot);
   const std::span<const double> y = tracks().Points(1, kScratchSlot);
   curves_.push_back({{x.begin(), x.end()}, {y.begin(), y.end()}});
 }
@@ -244,7 +258,6 @@ void frmSmoothing::DrawPreview() {
   const int track = source_.track();
   const auto style = static_cast<PreviewStyle>(workstation_.settings.PrevGraphDrawSetting);
   DrawTrack(PrevGraph, tracks(), track, RangeOf(tracks(), track), style);
-  PrevGraph.SetAxisTitles("Potential /V", "Current /A");
   for (const Curve& curve : curves_) {
     if (style == PreviewStyle::kDots) {
       PrevGraph.Dots(curve.x, curve.y, QBColor(kLightRed));

@@ -68,6 +68,7 @@ class frmSmoothing : public Form {
   void ShowPoints(std::int32_t points);
   std::int32_t LeastPoints() const;
   std::int32_t TypedPoints() const;
+  std::int32_t TypedSkip() const;
   void Forget();
   bool SourceChanged() const;
   Result<Smoothing> Settings() const;
@@ -90,7 +91,9 @@ class frmSmoothing : public Form {
   bool x_axis_ = false;
   std::vector<int> chosen_;
   std::array<std::vector<double>, kTrackColumns> points_;  // of the source as it was
-  double scale_ = 0;                                       // likewise its DiskYscale
+  std::int32_t mode_ = kModeNone;                          // and what its header said
+  std::array<double, 3> vertices_{};
+  double scale_ = 0;  // DiskYscale
   std::vector<Curve> curves_;
 };
 

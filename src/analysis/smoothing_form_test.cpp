@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "analysis/analysis_forms.h"
+#include "core/palette.h"
 #include "core/track_file.h"
+#include "graph/test_surface.h"
 #include "host/virtual/virtual_host.h"
 
 namespace zento {
@@ -133,16 +135,63 @@ TEST_F(SmoothingForm, WritesNothingElseThanThePreviewShows) {
   form->Calculate();
   EXPECT_TRUE(form->txtSkipNum.UserSet("3").ok());
   nothing("more of the edges");
+  EXPECT_TRUE(form->txtSkipNum.UserSet("-2").ok());
+  EXPECT_EQ(form->txtSkipNum.text(), "0");
   form->Calculate();
   EXPECT_TRUE(form->UpDown1.UserStep(+1).ok());
   nothing("another track");
   form->Calculate();
   ws.tracks.SetValue(1, 1, 3, 0.5);  // as by an editor
   nothing("other points");
+  form->Calculate();
+  ws.tracks.Record(1).Mode = kModeCV;
+  nothing("another mode");
   EXPECT_TRUE(form->txtDataNum.UserSet("2").ok());
   form->Calculate();
   EXPECT_THAT(form->lblNote.text(), HasSubstr("Nothing is smoothed"));
   nothing("a mode that is not smoothed");
+}
+
+// Arithmetic can give values that are no numbers; they are no reason to refuse the others.
+TEST_F(SmoothingForm, ATrackWithNaNIsSmoothedElsewhere) {
+  ws.tracks.SetValue(1, 0, 20, std::nan(""));
+  form->Activate();
+  form->Calculate();
+  form->Activate();
+  form->UpdateData();
+  EXPECT_NEAR(Spike(0), (1e-3 + 2e-4) / 3, 1e-12);
+}
+
+TEST_F(SmoothingForm, ThePreviewDrawsTheSmoothedTrackOverItsOwnAxis) {
+  const Size size{600, 400};
+  // Columns of pixels that the smoothed curve crosses.
+  const auto wide = [&] {
+    TestSurface picture(size);
+    form->PrevGraph.Paint(picture);
+    EXPECT_NE(picture.Find("Time /s"), nullptr);
+    int columns = 0;
+    for (int x = 0; x < 600; ++x) {
+      bool red = false;
+      for (int y = 0; y < 400; ++y) red |= picture.At(x, y) == QBColor(12);
+      columns += red ? 1 : 0;
+    }
+    return columns;
+  };
+  EXPECT_EQ(wide(), 0);
+  form->Calculate();
+  EXPECT_GT(wide(), 300);
+  // The channels of a multichannel record share the time of channel 0, in the third column.
+  for (int i = 0; i < 200; ++i) {
+    ws.tracks.SetValue(2, 0, i, i);
+    ws.tracks.SetValue(0, 0, i, 0.001 * i);
+  }
+  ws.tracks.Record(0).Mode = kModeMulti;
+  form->Activate();
+  EXPECT_EQ(wide(), 0);
+  form->Calculate();
+  EXPECT_GT(wide(), 300);
+  form->UpdateData();
+  EXPECT_EQ(ws.tracks.Value(2, 0, 199), 199);
 }
 
 TEST_F(SmoothingForm, ReportsACoefficientFileThatIsMissingOrBroken) {

@@ -188,6 +188,11 @@ TEST(SavitzkyGolayFile, ReadsRowsThatAnotherLineFollows) {
   EXPECT_EQ(rows("35,17,12,-3\r\n21,7,6,3,-2\r\n\r\n"), 2);
   EXPECT_EQ(rows("35,17,12,-3\n21,7,6,3,-2\n"), 1);
   EXPECT_EQ(rows("35,17,12,-3\n21,7,6,3,-2"), 1);
+  // As spreadsheets write it: a mark at the beginning, rows of equal length.
+  EXPECT_EQ(rows("\xEF\xBB\xBF"
+                 "35,17,12,-3,\r\n21,7,6,3,-2\r\n,,,,\r\n"),
+            2);
+  EXPECT_EQ(rows("35,17,12,-3\r21,7,6,3,-2\r\r"), 2);
   const auto table = ParseSavitzkyGolay("1,.485714, .342857 ,-0.0857143\nend");
   ASSERT_TRUE(table.ok()) << table.why();
   EXPECT_THAT(table.value()[0].a, ElementsAre(0.485714, 0.342857, -0.0857143));
@@ -200,8 +205,9 @@ TEST(SavitzkyGolayFile, SaysWhatIsWrongWithIt) {
   EXPECT_EQ(why("35,17,12\n\n"), "line 1: a window of 5 points needs 4 fields, there are 3");
   EXPECT_EQ(why("35,17,12,-3\n\n21,7,6,3,-2\n\n"),
             "line 2: a window of 7 points needs 5 fields, there are 0");
-  EXPECT_EQ(why("35,17,x,-3\n\n"), "line 1: 'x' is not a number");
+  EXPECT_EQ(why("35,17,x,-3\n\n"), "line 1: field 3 is not a number");
   EXPECT_EQ(why("35,17,12,3\n\n"), "line 1: the coefficients add up to 47, not to the divisor 35");
+  EXPECT_EQ(why("35,,17,12\n\n"), "line 1: field 2 is not a number");
   EXPECT_THAT(why("0,0,0,0\n\n"), HasSubstr("divisor"));
   std::string many;
   for (int row = 0; row < 12; ++row) {
