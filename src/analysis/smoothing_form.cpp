@@ -26,6 +26,11 @@ bool Same(std::span<const double> a, std::span<const double> b) {
          (a.empty() || std::memcmp(a.data(), b.data(), a.size_bytes()) == 0);
 }
 
+std::string Tracks(const std::vector<int>& tracks) {
+  return tracks.size() == 1 ? "track " + PlainNumber(tracks.front())
+                            : PlainNumber(tracks.size()) + " tracks";
+}
+
 }  // namespace
 
 frmSmoothing::frmSmoothing(Workstation& workstation, Host& host,
@@ -277,17 +282,18 @@ void frmSmoothing::AfterWriting(const std::vector<int>& written) {
 void frmSmoothing::UpdateData() {
   if (!ready_) return;
   if (SourceChanged()) return ShowSource();
-  const std::vector<int> written = chosen_;
+  std::vector<int> written;
   {
     const TrackChange change(
-        workstation_, written.size() == 1 ? "Smoothing" : "Smoothing of all tracks", written);
-    for (const int track : written) {
-      if (SmoothTrack(tracks(), track, smoothing_, x_axis_, kScratchSlot)) {
-        tracks().CopyTrackData(kScratchSlot, track);
-      }
+        workstation_, chosen_.size() == 1 ? "Smoothing" : "Smoothing of all tracks", chosen_);
+    for (const int track : chosen_) {
+      if (!SmoothTrack(tracks(), track, smoothing_, x_axis_, kScratchSlot)) continue;
+      tracks().CopyTrackData(kScratchSlot, track);
+      written.push_back(track);
     }
   }
   AfterWriting(written);
+  lblNote.SetText("Written into " + Tracks(written) + "; Undo gives back what was there.");
 }
 
 void frmSmoothing::RecordAnotherTrack() {
@@ -304,6 +310,7 @@ void frmSmoothing::RecordAnotherTrack() {
     tracks().CopyTrackData(kScratchSlot, to);
   }
   AfterWriting({to});
+  lblNote.SetText("Written into " + Tracks({to}) + "; Undo gives back what was there.");
 }
 
 LayoutNode frmSmoothing::Layout() {

@@ -79,6 +79,7 @@ TEST_F(SmoothingForm, SmoothsTheTrackItselfAndUndoGivesBackTheFile) {
   EXPECT_EQ(ws.tracks.Value(0, 0, 50), 25);
   EXPECT_EQ(Spike(1), 1e-3);
   EXPECT_THAT(shown, ElementsAre(0));
+  EXPECT_EQ(form->lblNote.text(), "Written into track 0; Undo gives back what was there.");
   // Smoothing what is smoothed is asked for anew.
   EXPECT_FALSE(form->cmdUpdate.enabled());
   EXPECT_EQ(ws.history.UndoName(), "Smoothing");
@@ -96,6 +97,7 @@ TEST_F(SmoothingForm, AllTracksMeansThoseThatAreSmoothed) {
     EXPECT_LT(Spike(track), 5e-4);
     EXPECT_NEAR(ws.tracks.Value(0, track, 50), 0.01 * (49 * 49 + 50 * 50 + 51 * 51) / 3, 1e-9);
   }
+  EXPECT_EQ(form->lblNote.text(), "Written into 2 tracks; Undo gives back what was there.");
   EXPECT_EQ(Spike(2), 1e-3);
   EXPECT_TRUE(ws.history.Undo(ws.tracks).ok());
   EXPECT_EQ(FormatTracks(ws.tracks), file);
