@@ -113,6 +113,21 @@ std::vector<PointStretch> SmoothedStretches(const TrackStore& tracks, int track)
   return stretches;
 }
 
+std::size_t StretchesThatTurn(TrackStore& tracks, int track) {
+  if (!IsSweep(tracks.Record(track).Mode)) return 0;
+  const std::span<const double> x = tracks.Points(0, track);
+  if (x.empty()) return 0;
+  const double noise = 0.05 * (ArrayMax(x) - ArrayMin(x));
+  std::size_t turning = 0;
+  for (const auto& [first, last] : SmoothedStretches(tracks, track)) {
+    const auto at = static_cast<std::size_t>(first);
+    const auto [low, high] = std::minmax(x[at], x[static_cast<std::size_t>(last)]);
+    const auto its = x.subspan(at, static_cast<std::size_t>(last - first + 1));
+    turning += ArrayMax(its) > high + noise || ArrayMin(its) < low - noise ? 1 : 0;
+  }
+  return turning;
+}
+
 bool SmoothTrack(TrackStore& tracks, int track, const Smoothing& smoothing, bool x_axis, int slot) {
   const std::vector<PointStretch> stretches = SmoothedStretches(tracks, track);
   if (stretches.empty()) return false;

@@ -38,6 +38,11 @@ struct PointStretch {
 };
 std::vector<PointStretch> SmoothedStretches(const TrackStore& tracks, int track);
 
+// How many of a sweep's stretches have a turning point inside, which windows then reach across: the
+// potential goes beyond both ends by more than 5 % of the track's range. That happens where noise
+// larger than its steps hides a turning point, or where the header's vertices are not the track's.
+std::size_t StretchesThatTurn(TrackStore& tracks, int track);
+
 // Smooths the currents of a track, and its x column if asked for, into another slot, which gets the
 // header and all columns. w is a thousandth of the track's DiskYscale, whatever `smoothing` says.
 // False, and nothing is written, for a track without points or of a mode that is not smoothed.

@@ -242,10 +242,12 @@ void frmSmoothing::Calculate() {
 
 void frmSmoothing::TellWhatWasDone() {
   std::size_t stretches = 0;
+  std::size_t turning = 0;
   bool no_scale = false;
   for (const int track : chosen_) {
     const std::size_t its = SmoothedStretches(tracks(), track).size();
     stretches += its;
+    turning += StretchesThatTurn(tracks(), track);
     no_scale |= its > 0 && tracks().Record(track).DiskYscale == 0;
   }
   const auto count = [](std::size_t n, const std::string& one, const std::string& many) {
@@ -253,6 +255,11 @@ void frmSmoothing::TellWhatWasDone() {
   };
   std::string note = "Smoothed " + count(curves_.size(), " track in ", " tracks in ") +
                      count(stretches, " piece.", " pieces that meet at the turning points.");
+  if (turning > 0) {
+    note += " The potential turns within " + PlainNumber(turning) +
+            " of them: noise, or other vertices than the track's, hid the turning point, which is "
+            "smoothed over.";
+  }
   if (smoothing_.method == SmoothingMethod::kSpikes && no_scale) {
     note += " A display scale of 0 makes every point the mean of its neighbours.";
   }

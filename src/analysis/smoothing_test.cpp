@@ -155,10 +155,13 @@ TEST_F(SmoothedTrack, IsCutAtItsTurningPoints) {
   // A current that falls at the vertex ends its sweep one point earlier.
   tracks.SetValue(1, 4, 200, 0);
   EXPECT_THAT(Ends(), ElementsAre(80, 199, 240, 320, 440, 479));
+  EXPECT_EQ(StretchesThatTurn(tracks, 4), 0u);
   // Every mode's stretches; a potential that never comes near its vertices is one sweep.
   tracks.Record(4).V = {5, 5, 5};
   EXPECT_THAT(Ends(), ElementsAre(479));
+  EXPECT_EQ(StretchesThatTurn(tracks, 4), 1u);
   tracks.Record(4).Mode = kModePS;
+  EXPECT_EQ(StretchesThatTurn(tracks, 4), 0u);
   EXPECT_THAT(Ends(), ElementsAre(479));
   tracks.Record(4).Mode = kModeSSVAll;
   EXPECT_TRUE(Ends().empty());
