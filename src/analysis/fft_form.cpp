@@ -9,6 +9,7 @@
 #include "analysis/track_points.h"
 #include "core/axis_step.h"
 #include "core/palette.h"
+#include "core/same_values.h"
 #include "core/tables.h"
 #include "graph/plot_range.h"
 #include "graph/track_preview.h"
@@ -196,7 +197,7 @@ bool frmFFTFilter::SourceChanged() const {
   for (int c = 0; c < columns_; ++c) {
     const std::span<const double> now = tracks().Points(c, track);
     const std::vector<double>& then = points_[static_cast<std::size_t>(c)];
-    if (!std::equal(now.begin(), now.end(), then.begin(), then.end())) return true;
+    if (!SameValues(now, then)) return true;
   }
   return false;
 }

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <span>
 #include <utility>
 
 #include "analysis/track_points.h"
 #include "core/palette.h"
+#include "core/same_values.h"
 #include "core/tables.h"
 #include "graph/track_preview.h"
 #include "text/number.h"
@@ -19,12 +19,6 @@ constexpr int kLightRed = 12;
 constexpr int kFirstDestination = 10;
 constexpr std::int32_t kMostPoints = 15;
 constexpr std::int32_t kLeastWindow[] = {3, 5, 3};  // by method
-
-// Bit by bit: a NaN that is still there is no change.
-bool Same(std::span<const double> a, std::span<const double> b) {
-  return a.size() == b.size() &&
-         (a.empty() || std::memcmp(a.data(), b.data(), a.size_bytes()) == 0);
-}
 
 std::string Tracks(const std::vector<int>& tracks) {
   return tracks.size() == 1 ? "track " + PlainNumber(tracks.front())
@@ -173,7 +167,7 @@ bool frmSmoothing::SourceChanged() const {
   const TrackRecord& record = tracks().Record(track);
   if (record.Mode != mode_ || record.V != vertices_ || record.DiskYscale != scale_) return true;
   for (int c = 0; c < kTrackColumns; ++c) {
-    if (!Same(tracks().Points(c, track), points_[static_cast<std::size_t>(c)])) return true;
+    if (!SameValues(tracks().Points(c, track), points_[static_cast<std::size_t>(c)])) return true;
   }
   return false;
 }

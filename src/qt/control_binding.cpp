@@ -3,6 +3,7 @@
 #include "host/controls.h"
 #include "qt/action_bindings.h"
 #include "qt/choice_bindings.h"
+#include "qt/edit_grid_binding.h"
 #include "qt/list_bindings.h"
 #include "qt/memo_binding.h"
 #include "qt/picture_bindings.h"
@@ -53,6 +54,9 @@ std::unique_ptr<ControlBinding> MakeBinding(Control& control, BindingContext& co
     case ControlKind::kUpDown:
       return std::make_unique<UpDownBinding>(dynamic_cast<UpDown&>(control), context);
     case ControlKind::kGrid:
+      if (auto* edit = dynamic_cast<EditGrid*>(&control)) {
+        return std::make_unique<EditGridBinding>(*edit, context);
+      }
       return std::make_unique<GridBinding>(dynamic_cast<Grid&>(control), context);
     case ControlKind::kListBox:
       return std::make_unique<ListBinding>(dynamic_cast<ListBox&>(control), context);

@@ -10,6 +10,7 @@
 
 #include "qt/action_bindings.h"
 #include "qt/control_binding.h"
+#include "qt/edit_grid_binding.h"
 #include "qt/qt_text.h"
 #include "qt/text_bindings.h"
 
@@ -131,7 +132,10 @@ void LayoutBuilder::Add(const LayoutNode& node, QBoxLayout& into) {
       }
       break;
     case LayoutNode::Kind::kItem:
-      if (ControlBinding* binding = find_(*node.control)) into.addWidget(&binding->widget(), share);
+      if (ControlBinding* binding = find_(*node.control)) {
+        EmbedEditor(*binding);
+        into.addWidget(&binding->widget(), share);
+      }
       break;
     case LayoutNode::Kind::kText:
       into.addWidget(Caption(node.caption));
@@ -140,6 +144,13 @@ void LayoutBuilder::Add(const LayoutNode& node, QBoxLayout& into) {
       into.addStretch(std::max(1, node.stretch));
       break;
   }
+}
+
+void LayoutBuilder::EmbedEditor(ControlBinding& binding) {
+  auto* table = dynamic_cast<EditGridBinding*>(&binding);
+  if (table == nullptr) return;
+  TextBox& editor = dynamic_cast<EditGrid&>(binding.control()).editor();
+  if (ControlBinding* its = find_(editor)) table->Embed(*its);
 }
 
 void LayoutBuilder::AddTable(const LayoutNode& node, QGridLayout& into) {

@@ -29,6 +29,8 @@ class LayoutBuilder {
  private:
   void Add(const LayoutNode& node, QBoxLayout& into);
   void AddChildren(const LayoutNode& node, QBoxLayout& into);
+  // A table's editor stands inside it.
+  void EmbedEditor(ControlBinding& binding);
   void AddTable(const LayoutNode& node, QGridLayout& into);
   void AddField(const LayoutNode& node, QGridLayout& into, int row);
   QLayout* FieldBox(const LayoutNode& node, ControlBinding& binding);

@@ -8,6 +8,7 @@
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "host/edit_grid.h"
 #include "qt/qt_text.h"
 
 namespace zento {
@@ -67,7 +68,11 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (grid_ == nullptr || role != Qt::DisplayRole || orientation != Qt::Horizontal) return {};
+  if (grid_ == nullptr || role != Qt::DisplayRole) return {};
+  if (orientation == Qt::Vertical) {
+    const auto* numbered = dynamic_cast<const EditGrid*>(grid_);
+    return numbered == nullptr ? QVariant() : QVariant(numbered->first_number + section);
+  }
   if (section >= static_cast<int>(grid_->headings.size())) return {};
   return ToQt(grid_->headings[static_cast<std::size_t>(section)]);
 }

@@ -3,9 +3,13 @@
 #include <filesystem>
 #include <memory>
 
+#include "ui/main/basic_operations_form.h"
 #include "ui/main/control_panel.h"
+#include "ui/main/edit_a_track_form.h"
+#include "ui/main/edit_tracks_form.h"
 #include "ui/main/import_form.h"
 #include "ui/main/progress_form.h"
+#include "ui/main/replace_title_form.h"
 #include "ui/main/search_form.h"
 #include "ui/main/settings_form.h"
 #include "ui/main/special_copy_form.h"
@@ -25,6 +29,17 @@ void RegisterMainForms(Desktop& desktop, Workstation& workstation, Host& host,
   desktop.Register(frmSpecialCopy::kName, [&workstation, &host] {
     return std::make_unique<frmSpecialCopy>(workstation, host);
   });
+  desktop.Register(frmEditTracks::kName, [&workstation, &host] {
+    return std::make_unique<frmEditTracks>(workstation, host);
+  });
+  desktop.Register(frmReplaceTitle::kName, [&workstation, &host] {
+    return std::make_unique<frmReplaceTitle>(workstation, host);
+  });
+  desktop.Register(frmEditATrack::kName, [&workstation, &host] {
+    return std::make_unique<frmEditATrack>(workstation, host);
+  });
+  desktop.Register(frmBasicOperations::kName,
+                   [&host] { return std::make_unique<frmBasicOperations>(host); });
   const auto last_folder = std::make_shared<std::filesystem::path>();
   desktop.Register("frmImportTrack", [&workstation, &host, last_folder] {
     return std::make_unique<frmImportTrack>(workstation, host, last_folder);

@@ -43,7 +43,7 @@ constexpr Entry kEntries[] = {
     {"mnuReplaceTitle", "Edit", "Replace words in each title", "Ctrl+H", "frmReplaceTitle"},
     {"mnuSpecialCopy", "Edit", "Special Copy", "", "frmSpecialCopy"},
     {"mnuEditTracks", "Edit", "Edit Tracks", "Ctrl+T", "frmEditTracks", true},
-    {"mnuEditATrack", "Edit", "Edit a Track", "Ctrl+E", "frmEditATrack"},
+    {"mnuEditATrack", "Edit", "Edit a Track", "Ctrl+Shift+E", "frmEditATrack"},
     {"mnuDeleteTrack", "Edit", "Delete Track", "Ctrl+Del", nullptr},
     {"mnuPastefromClip", "Edit", "Paste from Clipboard", "Ctrl+Shift+V", nullptr, true},
     {"mnuCopyI_ttable", "Edit", "Copy I-t table (Multipotentiostat Only)", "", nullptr},
@@ -59,7 +59,8 @@ constexpr Entry kEntries[] = {
     {"mnuSmoothing", "Calculation", "Smoothing", "", "frmSmoothing"},
     {"mnuCalculation", "Calculation", "Calculation", "", "frmCalculation"},
 
-    {"mnuKouteckyLevich", "Analysis", "Koutecky-Levich Analysis", "Ctrl+K", "frmKoutecky_Levich"},
+    {"mnuKouteckyLevich", "Analysis", "Koutecky-Levich Analysis", "Ctrl+Shift+K",
+     "frmKoutecky_Levich"},
     {"mnuRDAO2", "Analysis", "%H2O Analysis(O2 reduction)", "", "frmO2Reduction"},
     {"mnuCottrellEquation", "Analysis", "Cottrell Equation Analysis", "", "frmCottrellEquation"},
     {"mnuCoulombCalculation", "Analysis", "Coulomb Number Calculation", "", "frmCoulombCalculator"},

@@ -1,0 +1,354 @@
+#include "ui/main/edit_a_track_form.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <utility>
+
+#include "core/palette.h"
+#include "core/same_values.h"
+#include "core/sweeps.h"
+#include "core/tables.h"
+#include "graph/track_preview.h"
+#include "host/host.h"
+#include "text/format.h"
+#include "text/number.h"
+
+namespace zento {
+namespace {
+
+constexpr int kLightRed = 12;
+constexpr char kPattern[] = "0.000e+0";
+
+std::vector<std::string> Headings(std::int32_t mode) {
+  switch (mode) {
+    case kModeNone:
+      return {};
+    case kModeCV:
+      return {"E/V", "Disk/A"};
+    case kModeRDE:
+    case kModeSSV:
+      return {"E/V", "Disk/A", "Ring/A"};
+    case kModePS:
+      return {"time/s", "Disk/A"};
+    case kModeRPMvsj:
+      return {"rpm", "Disk/A"};
+    default:
+      return {"E/V", "Disk/A", "Time/s"};
+  }
+}
+
+bool BeginsValue(char32_t character) {
+  return (character >= U'0' && character <= U'9') || character == U'e' || character == U'E' ||
+         character == U'+' || character == U'-';
+}
+
+double Apply(BasicOperation operation, double a, double b) {
+  switch (operation) {
+    case BasicOperation::kAdd:
+      return a + b;
+    case BasicOperation::kSubtract:
+      return a - b;
+    case BasicOperation::kMultiply:
+      return a * b;
+    case BasicOperation::kDivide:
+      return a / b;
+  }
+  return a;
+}
+
+}  // namespace
+
+frmEditATrack::frmEditATrack(Workstation& workstation, Host& host)
+    : Form(host, kName, "Edit a Track"),
+      mnuDelete(*this, "mnuDelete", "Edit", "Delete"),
+      mnuBasicOperations(*this, "mnuBasicOperations", "Edit", "Basic Operations"),
+      lblTrack(*this, "lblTrack"),
+      cbxCycleNum(*this, "cbxCycleNum", {}),
+      txtEdit(*this, "txtEdit"),
+      DataGrid(*this, "DataGrid", txtEdit),
+      PrevGraph(*this, "PrevGraph", {480, 400}),
+      lblNote(*this, "lblNote"),
+      workstation_(workstation) {
+  DataGrid.SetTip("Type over a cell; Enter takes the value, Escape leaves it. Delete removes rows");
+  PrevGraph.SetAxisTitles("Potential /V", "Current /A");
+  WireControls();
+}
+
+void frmEditATrack::WireControls() {
+  mnuDelete.on_click = [this] { AskToDelete(); };
+  mnuBasicOperations.on_click = [&desktop = host().desktop] { desktop.Show("frmBasicOperations"); };
+  cbxCycleNum.on_select = [this](int) {
+    ForgetOperation();
+    FillGrid();
+  };
+  DataGrid.on_key = [this](Key key) { GridKey(key); };
+  txtEdit.on_key = [this](Key key) { EditKey(key); };
+  txtEdit.on_lost_focus = [this] { LeaveEditor(); };
+}
+
+bool frmEditATrack::Load() {
+  Reload(0);
+  return true;
+}
+
+void frmEditATrack::Activate() {
+  const bool another = track_ != workstation_.shown_track;
+  if (!another && generation_ == workstation_.DataGeneration && !Outdated()) return;
+  Reload(another ? 0 : std::max(cbxCycleNum.selected(), 0));
+}
+
+void frmEditATrack::Unload() {
+  host().desktop.Unload("frmBasicOperations");
+}
+
+void frmEditATrack::Reload(int cycle) {
+  CloseEditor();
+  ForgetOperation();
+  track_ = workstation_.shown_track;
+  generation_ = workstation_.DataGeneration;
+  const TrackRecord& record = tracks().Record(track_);
+  mode_ = record.Mode;
+  for (int c = 0; c < kTrackColumns; ++c) {
+    const std::span<const double> points = tracks().Points(c, track_);
+    points_[static_cast<std::size_t>(c)].assign(points.begin(), points.end());
+  }
+  const std::int32_t last = tracks().PointCount(track_) - 1;
+  boundaries_ = {0, last};
+  if (mode_ != kModeNone && mode_ != kModeMulti && last >= 1) {
+    boundaries_ = CycleBoundaries(tracks(), track_);
+  }
+  std::vector<std::string> names;
+  for (std::size_t i = 1; i < boundaries_.size() && mode_ != kModeNone; ++i) {
+    names.push_back("Cycle" + PlainNumber(i));
+  }
+  const int chosen = std::clamp(cycle, 0, std::max(static_cast<int>(names.size()) - 1, 0));
+  cbxCycleNum.SetEnabled(!names.empty());
+  cbxCycleNum.SetItems(std::move(names));
+  cbxCycleNum.Select(chosen);
+  lblTrack.SetText("Track " + PlainNumber(track_) +
+                   (mode_ == kModeNone
+                        ? " is empty"
+                        : ": " + std::string(EntryOf(ModeName, mode_)) + " " + record.Title));
+  FillGrid();
+}
+
+std::int32_t frmEditATrack::FirstPoint() const {
+  const int cycle = cbxCycleNum.selected();
+  return cycle < 0 ? 0 : boundaries_[static_cast<std::size_t>(cycle)];
+}
+
+// -1 without a point.
+std::int32_t frmEditATrack::LastPoint() const {
+  const int cycle = cbxCycleNum.selected();
+  return cycle < 0 ? -1 : boundaries_[static_cast<std::size_t>(cycle) + 1];
+}
+
+void frmEditATrack::FillGrid() {
+  CloseEditor();
+  const std::vector<std::string> headings = Headings(mode_);
+  const std::int32_t first = FirstPoint();
+  const std::int32_t rows = std::max(LastPoint() - first + 1, 0);
+  DataGrid.SetRedraw(false);
+  DataGrid.MoveTo(-1, -1);
+  DataGrid.Resize(rows, static_cast<int>(headings.size()));
+  DataGrid.headings = headings;
+  DataGrid.first_number = first;
+  for (std::int32_t row = 0; row < rows; ++row) {
+    for (int column = 0; column < DataGrid.columns(); ++column) ShowCell(row, column);
+  }
+  DataGrid.SetRedraw(true);
+  if (rows > 0) DataGrid.MoveTo(0, 0);
+  DrawPreview();
+}
+
+void frmEditATrack::ShowCell(int row, int column) {
+  DataGrid.SetCell(row, column,
+                   Format(tracks().Value(column, track_, FirstPoint() + row), kPattern));
+}
+
+void frmEditATrack::DrawPreview() {
+  const auto style = static_cast<PreviewStyle>(workstation_.settings.PrevGraphDrawSetting);
+  DrawTrack(PrevGraph, tracks(), track_, RangeOf(tracks(), track_), style);
+  PrevGraph.SetAxisTitles("Potential /V", "Current /A");
+  if (!shown_operation_) return;
+  const auto first = static_cast<std::size_t>(FirstPoint());
+  const auto count = static_cast<std::size_t>(LastPoint() - FirstPoint() + 1);
+  PrevGraph.Polyline(tracks().Points(0, kScratchSlot).subspan(first, count),
+                     tracks().Points(1, kScratchSlot).subspan(first, count), QBColor(kLightRed));
+}
+
+void frmEditATrack::GridKey(Key key) {
+  if (key.code == KeyCode::kDelete) return AskToDelete();
+  if (key.code != KeyCode::kCharacter || !BeginsValue(key.character) || DataGrid.row() < 0) return;
+  editing_ = true;
+  DataGrid.OpenEditor(std::string(1, static_cast<char>(key.character)));
+}
+
+void frmEditATrack::EditKey(Key key) {
+  if (!editing_) return;
+  if (key.code == KeyCode::kEscape) {
+    CloseEditor();
+    return Focus(DataGrid);
+  }
+  if (key.code != KeyCode::kEnter) return;
+  const int row = DataGrid.row();
+  const int column = DataGrid.column();
+  StoreEdited();
+  DataGrid.MoveTo(std::min(row + 1, DataGrid.rows() - 1), column);
+  Focus(DataGrid);
+}
+
+// Going to another cell takes what is a number, as Enter does; the beginning of one, which a
+// person may have typed by mistake, is not worth a value.
+void frmEditATrack::LeaveEditor() {
+  if (!editing_) return;
+  if (!ParseStrict(txtEdit.text())) return CloseEditor();
+  StoreEdited();
+}
+
+void frmEditATrack::CloseEditor() {
+  editing_ = false;
+  DataGrid.CloseEditor();
+}
+
+void frmEditATrack::StoreEdited() {
+  const int row = DataGrid.row();
+  const int column = DataGrid.column();
+  CloseEditor();
+  if (row < 0 || ChangedMeanwhile()) return;
+  const std::int32_t point = FirstPoint() + row;
+  const double value = ParseLenient(txtEdit.text());
+  {
+    const TrackChange change(workstation_, "Edit of point " + PlainNumber(point), {track_});
+    tracks().SetValue(column, track_, point, value);
+  }
+  points_[static_cast<std::size_t>(column)][static_cast<std::size_t>(point)] = value;
+  ForgetOperation();
+  ShowCell(row, column);
+  DrawPreview();
+  AfterChange();
+}
+
+void frmEditATrack::AskToDelete() {
+  if (DataGrid.selected_rows().empty()) return lblNote.SetText("No points are selected.");
+  CloseEditor();
+  host().dialogs.Ask(
+      "Would you like to delete selected points?", Buttons::kYesNo,
+      [&desktop = host().desktop, rows = DataGrid.selected_rows(), track = track_,
+       cycle = cbxCycleNum.selected()](bool yes) {
+        auto* const form = yes ? desktop.FindAs<frmEditATrack>(kName) : nullptr;
+        if (form == nullptr || form->track_ != track || form->cbxCycleNum.selected() != cycle) {
+          return;
+        }
+        form->DeletePoints(rows);
+      });
+}
+
+void frmEditATrack::DeletePoints(const std::vector<int>& rows) {
+  if (ChangedMeanwhile()) return;
+  const std::int32_t first = FirstPoint();
+  const auto count = static_cast<std::size_t>(tracks().PointCount(track_));
+  std::vector<char> goes(count, 0);
+  for (const int row : rows) goes[static_cast<std::size_t>(first + row)] = 1;
+  {
+    const TrackChange change(workstation_, "Removal of " + PlainNumber(rows.size()) + " points",
+                             {track_});
+    std::int32_t left = 0;
+    for (int column = 0; column < kTrackColumns; ++column) {
+      std::vector<double>& values = tracks().Column(column, track_);
+      left = 0;
+      for (std::size_t point = 0; point < std::min(count, values.size()); ++point) {
+        if (goes[point] == 0) values[static_cast<std::size_t>(left++)] = values[point];
+      }
+    }
+    tracks().Record(track_).pnum = static_cast<std::int32_t>(
+        count - static_cast<std::size_t>(std::count(goes.begin(), goes.end(), 1)));
+  }
+  const int row = rows.front();
+  Reload(std::max(cbxCycleNum.selected(), 0));
+  if (DataGrid.rows() > 0) DataGrid.MoveTo(std::min(row, DataGrid.rows() - 1), 0);
+  lblNote.SetText("Deleted " + PlainNumber(rows.size()) +
+                  (rows.size() == 1 ? " point" : " points"));
+  AfterChange();
+}
+
+bool frmEditATrack::Outdated() const {
+  if (tracks().Record(track_).Mode != mode_) return true;
+  for (int c = 0; c < kTrackColumns; ++c) {
+    const std::span<const double> now = tracks().Points(c, track_);
+    const std::vector<double>& then = points_[static_cast<std::size_t>(c)];
+    if (!SameValues(now, then)) return true;
+  }
+  return false;
+}
+
+bool frmEditATrack::ChangedMeanwhile() {
+  if (!Outdated()) return false;
+  Reload(std::max(cbxCycleNum.selected(), 0));
+  lblNote.SetText(
+      "The track was changed meanwhile; it is shown as it is now, and nothing was done.");
+  return true;
+}
+
+void frmEditATrack::AfterChange() {
+  if (track_ == workstation_.shown_track) workstation_.ShowTrack(track_);
+}
+
+void frmEditATrack::ForgetOperation() {
+  if (!std::exchange(shown_operation_, std::nullopt)) return;
+  DrawPreview();
+}
+
+void frmEditATrack::Calculate(const Operation& operation) {
+  tracks().CopyTrackHeader(track_, kScratchSlot);
+  for (int c = 0; c < kTrackColumns; ++c) {
+    std::vector<double> values = points_[static_cast<std::size_t>(c)];
+    if (operation.columns[static_cast<std::size_t>(c)]) {
+      for (std::int32_t point = FirstPoint(); point <= LastPoint(); ++point) {
+        double& value = values[static_cast<std::size_t>(point)];
+        value = Apply(operation.operation, value, operation.value);
+      }
+    }
+    std::vector<double>& column = tracks().Column(c, kScratchSlot);
+    if (column.size() < values.size()) column.resize(values.size());
+    std::copy(values.begin(), values.end(), column.begin());
+  }
+}
+
+bool frmEditATrack::BasicCalcTrack(const ColumnFlags& columns, BasicOperation operation,
+                                   double value) {
+  if (ChangedMeanwhile() || DataGrid.rows() == 0) return false;
+  shown_operation_ = {columns, operation, value};
+  Calculate(*shown_operation_);
+  DrawPreview();
+  return true;
+}
+
+void frmEditATrack::UpdateTrack() {
+  if (!shown_operation_ || ChangedMeanwhile()) return;
+  const int cycle = cbxCycleNum.selected();
+  {
+    const TrackChange change(workstation_, "Basic operation", {track_});
+    // Anew: the scratch slot is other windows' too.
+    Calculate(*shown_operation_);
+    for (int c = 0; c < kTrackColumns; ++c) {
+      if (!shown_operation_->columns[static_cast<std::size_t>(c)]) continue;
+      const std::span<const double> result = tracks().Points(c, kScratchSlot);
+      std::copy(result.begin(), result.end(), tracks().Column(c, track_).begin());
+    }
+  }
+  Reload(cycle);
+  AfterChange();
+}
+
+LayoutNode frmEditATrack::Layout() {
+  using namespace layout;
+  return Rows({
+      Columns({Item(lblTrack), Stretch(), Item(cbxCycleNum)}),
+      Columns({Item(DataGrid, 1), Item(PrevGraph, 1)}, 1),
+      Item(lblNote),
+  });
+}
+
+}  // namespace zento

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/workstation.h"
+#include "graph/preview_plot.h"
+#include "host/controls.h"
+#include "host/edit_grid.h"
+#include "host/form.h"
+
+namespace zento {
+
+enum class BasicOperation { kAdd = 0, kSubtract = 1, kMultiply = 2, kDivide = 3 };
+
+// frmEditATrack: the points of the main window's track, a cycle at a time, in a grid where single
+// values are typed over and selected points are removed.
+class frmEditATrack : public Form {
+ public:
+  static constexpr const char* kName = "frmEditATrack";
+  // Columns 0 to 2 that an operation concerns.
+  using ColumnFlags = std::array<bool, kTrackColumns>;
+
+  frmEditATrack(Workstation& workstation, Host& host);
+
+  MenuEntry mnuDelete;
+  MenuEntry mnuBasicOperations;
+  Label lblTrack;
+  ComboBox cbxCycleNum;
+  TextBox txtEdit;  // over a cell of the grid while something is typed into it
+  EditGrid DataGrid;
+  PreviewPlot PrevGraph;
+  Label lblNote;
+
+  bool Load() override;
+  // Shows the main window's track when it is another one, or its points were changed elsewhere.
+  void Activate() override;
+  void Unload() override;
+  LayoutNode Layout() override;
+
+  // Applies an operation with `value` to the flagged columns of the points of the chosen cycle, in
+  // scratch slot 21, and shows that in the preview. The track stays as it is. False for an empty
+  // track.
+  bool BasicCalcTrack(const ColumnFlags& columns, BasicOperation operation, double value);
+  // Writes what BasicCalcTrack has shown into the track, if the track is still the one it was
+  // calculated from, and shows the track anew.
+  void UpdateTrack();
+  // What BasicCalcTrack has shown is still that of the track and cycle that are shown.
+  bool HasResult() const { return shown_operation_.has_value(); }
+
+ private:
+  struct Operation {
+    ColumnFlags columns;
+    BasicOperation operation;
+    double value;
+  };
+  using PointColumns = std::array<std::vector<double>, kTrackColumns>;
+
+  void WireControls();
+  void Reload(int cycle);
+  void FillGrid();
+  void ShowCell(int row, int column);
+  void DrawPreview();
+  void GridKey(Key key);
+  void EditKey(Key key);
+  void LeaveEditor();
+  void CloseEditor();
+  void StoreEdited();
+  void AskToDelete();
+  void DeletePoints(const std::vector<int>& rows);
+  // The track's points or mode are no longer those that are shown.
+  bool Outdated() const;
+  // The same, said and shown.
+  bool ChangedMeanwhile();
+  void Calculate(const Operation& operation);
+  void ForgetOperation();
+  void AfterChange();
+  std::int32_t FirstPoint() const;
+  std::int32_t LastPoint() const;
+  TrackStore& tracks() const { return workstation_.tracks; }
+
+  Workstation& workstation_;
+  int track_ = -1;
+  std::int32_t generation_ = 0;
+  std::int32_t mode_ = 0;  // of the track as it is shown
+  PointColumns points_;    // likewise
+  std::vector<std::int32_t> boundaries_;
+  std::optional<Operation> shown_operation_;
+  bool editing_ = false;
+};
+
+}  // namespace zento
