@@ -85,9 +85,9 @@ constexpr ByHand kByHand[] = {{"frmCottrellEquation.txtTitle", "txtDataNum"},
                               {"frmEditTracks.cmdMove", "*"},
                               {"frmEditTracks.cmdSwap", "*"},
                               {"frmReplaceTitle.cmdGo", "*"},
-                              {"frmEditATrack.txtEdit", ""},
-                              {"frmEditATrack.mnuDelete", ""},
-                              {"frmBasicOperations.cmdUpdate", ""}};
+                              {"frmEditATrack.txtEdit", "*"},
+                              {"frmEditATrack.mnuDelete", "*"},
+                              {"frmBasicOperations.cmdUpdate", "*"}};
 
 // Enough of a track to notice that it became another one. (Not its potentials: those of a step are
 // noted when it is seen, and given back when the target is changed after that.)
