@@ -86,6 +86,7 @@ constexpr ByHand kByHand[] = {{"frmCottrellEquation.txtTitle", "txtDataNum"},
                               {"frmEditTracks.cmdSwap", "*"},
                               {"frmReplaceTitle.cmdGo", "*"},
                               {"frmEditATrack.txtEdit", "*"},
+                              {"frmEditATrack.DataGrid", "*"},
                               {"frmEditATrack.mnuDelete", "*"},
                               {"frmBasicOperations.cmdUpdate", "*"}};
 

@@ -71,18 +71,30 @@ void EditGrid::CloseEditor() {
   Changed();
 }
 
+void EditGrid::LeaveEditor() {
+  if (editor_.visible()) editor_.UserLeave();
+}
+
+void EditGrid::Moved() const {
+  if (on_move) on_move();
+}
+
 Status EditGrid::UserClickCell(int row, int column) {
+  LeaveEditor();
   if (row < 0 || row >= rows() || column < 0 || column >= columns()) {
     return Grid::UserClickCell(row, column);
   }
   MoveTo(row, column);
+  Moved();
   return Grid::UserClickCell(row, column);
 }
 
 Status EditGrid::UserKey(Key key) {
   const auto move = [this](int down, int right) {
+    LeaveEditor();
     if (rows() == 0) return Status::Ok();
     MoveTo(std::clamp(row_ + down, 0, rows() - 1), std::clamp(column_ + right, 0, columns() - 1));
+    Moved();
     return Status::Ok();
   };
   switch (key.code) {
@@ -101,6 +113,7 @@ Status EditGrid::UserKey(Key key) {
 }
 
 Status EditGrid::UserSet(const std::string& text) {
+  LeaveEditor();
   auto wanted = ParseRows(text, rows());
   if (!wanted) {
     return Status::Failure(Address() + ": '" + text + "' are not rows such as 3-9,12 from 0 to " +
@@ -108,12 +121,15 @@ Status EditGrid::UserSet(const std::string& text) {
   }
   if (!wanted->empty()) MoveTo(wanted->front(), std::max(column_, 0));
   SelectRows(std::move(*wanted));
+  Moved();
   return Status::Ok();
 }
 
 Status EditGrid::UserSelect(int row, int column, std::vector<int> rows) {
+  LeaveEditor();
   MoveTo(row, column);
   SelectRows(std::move(rows));
+  Moved();
   return Status::Ok();
 }
 

@@ -34,6 +34,8 @@ class EditGrid : public Grid {
   int first_number = 0;  // what stands before row 0; the others count on
 
   std::function<void(Key)> on_key;  // anything but an arrow key
+  // A person went to another cell or selected rows. What stood in the editor has been left before.
+  std::function<void()> on_move;
 
   Status UserClickCell(int row, int column) override;
   Status UserKey(Key key) override;
@@ -43,6 +45,9 @@ class EditGrid : public Grid {
   Status UserSelect(int row, int column, std::vector<int> rows);
 
  private:
+  // The editor belongs to the cell it was opened over.
+  void LeaveEditor();
+  void Moved() const;
   int row_ = -1;
   int column_ = -1;
   std::vector<int> selected_;

@@ -39,10 +39,18 @@ frmBasicOperations::frmBasicOperations(Host& host)
 
 bool frmBasicOperations::Load() {
   cmdUpdate.SetEnabled(false);
+  OfferColumns();
   return true;
 }
 
+void frmBasicOperations::OfferColumns() {
+  const frmEditATrack* editor = Editor(host());
+  const int held = editor == nullptr ? 0 : editor->held_columns();
+  for (std::size_t c = 0; c < chkCh.size(); ++c) chkCh[c].SetEnabled(static_cast<int>(c) < held);
+}
+
 void frmBasicOperations::Activate() {
+  OfferColumns();
   const frmEditATrack* editor = Editor(host());
   if (editor == nullptr || !editor->HasResult()) cmdUpdate.SetEnabled(false);
 }

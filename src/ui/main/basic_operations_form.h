@@ -26,6 +26,7 @@ class frmBasicOperations : public Form {
   LayoutNode Layout() override;
 
  private:
+  void OfferColumns();
   void cmdPreview_Click();
   void cmdUpdate_Click();
 };

@@ -13,14 +13,18 @@
 #include "host/host.h"
 #include "text/format.h"
 #include "text/number.h"
+#include "ui/main/point_edits.h"
 
 namespace zento {
 namespace {
 
+constexpr int kRed = 4;
 constexpr int kLightRed = 12;
+constexpr int kAllDigits = 17;  // tell any two values apart
 constexpr char kPattern[] = "0.000e+0";
 
-std::vector<std::string> Headings(std::int32_t mode) {
+// A multichannel record has its times in track 0.
+std::vector<std::string> Headings(std::int32_t mode, int track) {
   switch (mode) {
     case kModeNone:
       return {};
@@ -33,6 +37,9 @@ std::vector<std::string> Headings(std::int32_t mode) {
       return {"time/s", "Disk/A"};
     case kModeRPMvsj:
       return {"rpm", "Disk/A"};
+    case kModeMulti:
+      if (track != 0) return {"E/V", "Disk/A"};
+      [[fallthrough]];
     default:
       return {"E/V", "Disk/A", "Time/s"};
   }
@@ -41,20 +48,6 @@ std::vector<std::string> Headings(std::int32_t mode) {
 bool BeginsValue(char32_t character) {
   return (character >= U'0' && character <= U'9') || character == U'e' || character == U'E' ||
          character == U'+' || character == U'-';
-}
-
-double Apply(BasicOperation operation, double a, double b) {
-  switch (operation) {
-    case BasicOperation::kAdd:
-      return a + b;
-    case BasicOperation::kSubtract:
-      return a - b;
-    case BasicOperation::kMultiply:
-      return a * b;
-    case BasicOperation::kDivide:
-      return a / b;
-  }
-  return a;
 }
 
 }  // namespace
@@ -68,6 +61,7 @@ frmEditATrack::frmEditATrack(Workstation& workstation, Host& host)
       txtEdit(*this, "txtEdit"),
       DataGrid(*this, "DataGrid", txtEdit),
       PrevGraph(*this, "PrevGraph", {480, 400}),
+      lblPoint(*this, "lblPoint"),
       lblNote(*this, "lblNote"),
       workstation_(workstation) {
   DataGrid.SetTip("Type over a cell; Enter takes the value, Escape leaves it. Delete removes rows");
@@ -83,6 +77,7 @@ void frmEditATrack::WireControls() {
     FillGrid();
   };
   DataGrid.on_key = [this](Key key) { GridKey(key); };
+  DataGrid.on_move = [this] { ShowPoint(); };
   txtEdit.on_key = [this](Key key) { EditKey(key); };
   txtEdit.on_lost_focus = [this] { LeaveEditor(); };
 }
@@ -146,7 +141,7 @@ std::int32_t frmEditATrack::LastPoint() const {
 
 void frmEditATrack::FillGrid() {
   CloseEditor();
-  const std::vector<std::string> headings = Headings(mode_);
+  const std::vector<std::string> headings = Headings(mode_, track_);
   const std::int32_t first = FirstPoint();
   const std::int32_t rows = std::max(LastPoint() - first + 1, 0);
   DataGrid.SetRedraw(false);
@@ -159,7 +154,7 @@ void frmEditATrack::FillGrid() {
   }
   DataGrid.SetRedraw(true);
   if (rows > 0) DataGrid.MoveTo(0, 0);
-  DrawPreview();
+  ShowPoint();
 }
 
 void frmEditATrack::ShowCell(int row, int column) {
@@ -167,14 +162,40 @@ void frmEditATrack::ShowCell(int row, int column) {
                    Format(tracks().Value(column, track_, FirstPoint() + row), kPattern));
 }
 
+// The cells have four digits, the values all of theirs.
+void frmEditATrack::ShowPoint() {
+  const int row = DataGrid.row();
+  std::string text;
+  if (row >= 0) text = "Point " + PlainNumber(FirstPoint() + row) + ":";
+  for (int column = 0; row >= 0 && column < DataGrid.columns(); ++column) {
+    text += "  " + DataGrid.headings[static_cast<std::size_t>(column)] + " = " +
+            PlainNumber(tracks().Value(column, track_, FirstPoint() + row), kAllDigits);
+  }
+  const std::size_t chosen = DataGrid.selected_rows().size();
+  if (chosen > 1) text += "  (" + PlainNumber(chosen) + " points are selected)";
+  lblPoint.SetText(text);
+  DrawPreview();
+}
+
 void frmEditATrack::DrawPreview() {
   const auto style = static_cast<PreviewStyle>(workstation_.settings.PrevGraphDrawSetting);
-  DrawTrack(PrevGraph, tracks(), track_, RangeOf(tracks(), track_), style);
+  DrawTrack(PrevGraph, tracks(), track_, PreviewedRange(), style);
   PrevGraph.SetAxisTitles("Potential /V", "Current /A");
+  const std::span<const double> x = PreviewedX(track_), y = tracks().Points(1, track_);
+  const std::vector<int>& rows = DataGrid.selected_rows();
+  for (const int row : rows) {
+    const auto point = static_cast<std::size_t>(FirstPoint() + row);
+    if (point >= x.size() || point >= y.size()) break;
+    if (rows.size() == 1) {
+      PrevGraph.Mark(x[point], y[point], QBColor(kRed));
+    } else {
+      PrevGraph.Dot(x[point], y[point], QBColor(kRed));
+    }
+  }
   if (!shown_operation_) return;
   const auto first = static_cast<std::size_t>(FirstPoint());
   const auto count = static_cast<std::size_t>(LastPoint() - FirstPoint() + 1);
-  PrevGraph.Polyline(tracks().Points(0, kScratchSlot).subspan(first, count),
+  PrevGraph.Polyline(PreviewedX(kScratchSlot).subspan(first, count),
                      tracks().Points(1, kScratchSlot).subspan(first, count), QBColor(kLightRed));
 }
 
@@ -196,6 +217,7 @@ void frmEditATrack::EditKey(Key key) {
   const int column = DataGrid.column();
   StoreEdited();
   DataGrid.MoveTo(std::min(row + 1, DataGrid.rows() - 1), column);
+  ShowPoint();
   Focus(DataGrid);
 }
 
@@ -220,21 +242,26 @@ void frmEditATrack::StoreEdited() {
   const std::int32_t point = FirstPoint() + row;
   const double value = ParseLenient(txtEdit.text());
   {
-    const TrackChange change(workstation_, "Edit of point " + PlainNumber(point), {track_});
-    tracks().SetValue(column, track_, point, value);
+    const TrackChange change(workstation_, "Edit of point " + PlainNumber(point),
+                             TracksOfRecord(tracks(), track_));
+    SetPoint(tracks(), track_, column, point, value);
   }
   points_[static_cast<std::size_t>(column)][static_cast<std::size_t>(point)] = value;
   ForgetOperation();
   ShowCell(row, column);
-  DrawPreview();
+  ShowPoint();
   AfterChange();
 }
 
 void frmEditATrack::AskToDelete() {
   if (DataGrid.selected_rows().empty()) return lblNote.SetText("No points are selected.");
   CloseEditor();
+  std::string question = "Would you like to delete selected points?";
+  if (TracksOfRecord(tracks(), track_).size() > 1) {
+    question += "\nThey go from all channels of the record, which share their times.";
+  }
   host().dialogs.Ask(
-      "Would you like to delete selected points?", Buttons::kYesNo,
+      question, Buttons::kYesNo,
       [&desktop = host().desktop, rows = DataGrid.selected_rows(), track = track_,
        cycle = cbxCycleNum.selected()](bool yes) {
         auto* const form = yes ? desktop.FindAs<frmEditATrack>(kName) : nullptr;
@@ -252,22 +279,15 @@ void frmEditATrack::DeletePoints(const std::vector<int>& rows) {
   std::vector<char> goes(count, 0);
   for (const int row : rows) goes[static_cast<std::size_t>(first + row)] = 1;
   {
+    const std::vector<int> of_record = TracksOfRecord(tracks(), track_);
     const TrackChange change(workstation_, "Removal of " + PlainNumber(rows.size()) + " points",
-                             {track_});
-    std::int32_t left = 0;
-    for (int column = 0; column < kTrackColumns; ++column) {
-      std::vector<double>& values = tracks().Column(column, track_);
-      left = 0;
-      for (std::size_t point = 0; point < std::min(count, values.size()); ++point) {
-        if (goes[point] == 0) values[static_cast<std::size_t>(left++)] = values[point];
-      }
-    }
-    tracks().Record(track_).pnum = static_cast<std::int32_t>(
-        count - static_cast<std::size_t>(std::count(goes.begin(), goes.end(), 1)));
+                             of_record);
+    for (const int track : of_record) RemovePoints(tracks(), track, goes);
   }
   const int row = rows.front();
   Reload(std::max(cbxCycleNum.selected(), 0));
   if (DataGrid.rows() > 0) DataGrid.MoveTo(std::min(row, DataGrid.rows() - 1), 0);
+  ShowPoint();
   lblNote.SetText("Deleted " + PlainNumber(rows.size()) +
                   (rows.size() == 1 ? " point" : " points"));
   AfterChange();
@@ -292,7 +312,11 @@ bool frmEditATrack::ChangedMeanwhile() {
 }
 
 void frmEditATrack::AfterChange() {
-  if (track_ == workstation_.shown_track) workstation_.ShowTrack(track_);
+  // Channels are drawn together.
+  const int shown = workstation_.shown_track;
+  if (std::ranges::count(TracksOfRecord(tracks(), track_), shown) > 0) {
+    workstation_.ShowTrack(shown);
+  }
 }
 
 void frmEditATrack::ForgetOperation() {
@@ -300,53 +324,12 @@ void frmEditATrack::ForgetOperation() {
   DrawPreview();
 }
 
-void frmEditATrack::Calculate(const Operation& operation) {
-  tracks().CopyTrackHeader(track_, kScratchSlot);
-  for (int c = 0; c < kTrackColumns; ++c) {
-    std::vector<double> values = points_[static_cast<std::size_t>(c)];
-    if (operation.columns[static_cast<std::size_t>(c)]) {
-      for (std::int32_t point = FirstPoint(); point <= LastPoint(); ++point) {
-        double& value = values[static_cast<std::size_t>(point)];
-        value = Apply(operation.operation, value, operation.value);
-      }
-    }
-    std::vector<double>& column = tracks().Column(c, kScratchSlot);
-    if (column.size() < values.size()) column.resize(values.size());
-    std::copy(values.begin(), values.end(), column.begin());
-  }
-}
-
-bool frmEditATrack::BasicCalcTrack(const ColumnFlags& columns, BasicOperation operation,
-                                   double value) {
-  if (ChangedMeanwhile() || DataGrid.rows() == 0) return false;
-  shown_operation_ = {columns, operation, value};
-  Calculate(*shown_operation_);
-  DrawPreview();
-  return true;
-}
-
-void frmEditATrack::UpdateTrack() {
-  if (!shown_operation_ || ChangedMeanwhile()) return;
-  const int cycle = cbxCycleNum.selected();
-  {
-    const TrackChange change(workstation_, "Basic operation", {track_});
-    // Anew: the scratch slot is other windows' too.
-    Calculate(*shown_operation_);
-    for (int c = 0; c < kTrackColumns; ++c) {
-      if (!shown_operation_->columns[static_cast<std::size_t>(c)]) continue;
-      const std::span<const double> result = tracks().Points(c, kScratchSlot);
-      std::copy(result.begin(), result.end(), tracks().Column(c, track_).begin());
-    }
-  }
-  Reload(cycle);
-  AfterChange();
-}
-
 LayoutNode frmEditATrack::Layout() {
   using namespace layout;
   return Rows({
       Columns({Item(lblTrack), Stretch(), Item(cbxCycleNum)}),
       Columns({Item(DataGrid, 1), Item(PrevGraph, 1)}, 1),
+      Item(lblPoint),
       Item(lblNote),
   });
 }

@@ -3,11 +3,13 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "core/workstation.h"
 #include "graph/preview_plot.h"
+#include "graph/track_preview.h"
 #include "host/controls.h"
 #include "host/edit_grid.h"
 #include "host/form.h"
@@ -33,6 +35,7 @@ class frmEditATrack : public Form {
   TextBox txtEdit;  // over a cell of the grid while something is typed into it
   EditGrid DataGrid;
   PreviewPlot PrevGraph;
+  Label lblPoint;  // the current point with all its digits
   Label lblNote;
 
   bool Load() override;
@@ -42,12 +45,15 @@ class frmEditATrack : public Form {
   LayoutNode Layout() override;
 
   // Applies an operation with `value` to the flagged columns of the points of the chosen cycle, in
-  // scratch slot 21, and shows that in the preview. The track stays as it is. False for an empty
-  // track.
+  // scratch slot 21, and shows that in the preview. The track stays as it is. Columns that the
+  // track does not hold are passed over. False, and nothing is shown, for an empty track and when a
+  // result would be no finite number; the latter is said.
   bool BasicCalcTrack(const ColumnFlags& columns, BasicOperation operation, double value);
   // Writes what BasicCalcTrack has shown into the track, if the track is still the one it was
   // calculated from, and shows the track anew.
   void UpdateTrack();
+  // Of the track that is shown; 0 for an empty one.
+  int held_columns() const;
   // What BasicCalcTrack has shown is still that of the track and cycle that are shown.
   bool HasResult() const { return shown_operation_.has_value(); }
 
@@ -63,7 +69,11 @@ class frmEditATrack : public Form {
   void Reload(int cycle);
   void FillGrid();
   void ShowCell(int row, int column);
+  void ShowPoint();
   void DrawPreview();
+  PreviewRange PreviewedRange() const;
+  // What the preview draws the currents of a slot over.
+  std::span<const double> PreviewedX(int slot) const;
   void GridKey(Key key);
   void EditKey(Key key);
   void LeaveEditor();
@@ -75,7 +85,9 @@ class frmEditATrack : public Form {
   bool Outdated() const;
   // The same, said and shown.
   bool ChangedMeanwhile();
+  bool IsFinite(const Operation& operation) const;
   void Calculate(const Operation& operation);
+  void FitHeader(const Operation& operation);
   void ForgetOperation();
   void AfterChange();
   std::int32_t FirstPoint() const;

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 #include <string>
 #include <vector>
 
@@ -19,6 +21,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 
 struct EditWindows : ::testing::Test, MainRig {
   // The main window empties all tracks when it opens.
@@ -320,6 +323,83 @@ TEST_F(EditATrack, BasicOperationsConcernTheCycleThatIsShown) {
   // The dialog goes with the editor.
   machine.desktop.RequestClose(frmEditATrack::kName);
   EXPECT_EQ(machine.desktop.Find(frmBasicOperations::kName), nullptr);
+}
+
+TEST_F(EditATrack, WhatIsTypedGoesIntoTheCellItWasTypedOver) {
+  EXPECT_TRUE(form->DataGrid.UserClickCell(7, 1).ok());
+  Type("5");
+  EXPECT_TRUE(form->DataGrid.UserClickCell(9, 1).ok());
+  EXPECT_EQ(Current(7), 5);
+  EXPECT_EQ(Current(9), 10 * 1.23456789e-6);
+  EXPECT_FALSE(form->txtEdit.visible());
+  EXPECT_EQ(form->DataGrid.row(), 9);
+  EXPECT_THAT(form->lblPoint.text(), HasSubstr("Point 9:  E/V = 0.09  Disk/A = 1.23456789E-05"));
+  Type("e");
+  EXPECT_TRUE(form->DataGrid.UserKey({KeyCode::kDown}).ok());
+  EXPECT_EQ(Current(9), 10 * 1.23456789e-6);
+}
+
+TEST_F(EditATrack, ChannelsKeepTheirCommonTimes) {
+  for (int track = 0; track < 11; ++track) {
+    FillCV(track);
+    ws.tracks.Record(track).Mode = kModeMulti;
+  }
+  Panel().ShowDataInfo(4);
+  form->Activate();
+  before = File();
+  EXPECT_THAT(form->DataGrid.headings, ElementsAre("E/V", "Disk/A"));
+  EXPECT_TRUE(form->DataGrid.UserSet("1-2").ok());
+  machine.dialogs.Answer("yes");
+  EXPECT_TRUE(form->mnuDelete.UserClick().ok());
+  machine.Settle();
+  for (int track = 0; track < 10; ++track) {
+    EXPECT_EQ(ws.tracks.Record(track).pnum, 3) << track;
+    EXPECT_EQ(ws.tracks.Value(2, track, 1), 3e-6) << track;
+  }
+  EXPECT_EQ(ws.tracks.Record(10).pnum, 5);  // a copy, no channel
+  ExpectUndone("Removal of 2 points", before);
+
+  Panel().ShowDataInfo(0);
+  form->Activate();
+  EXPECT_TRUE(form->DataGrid.UserClickCell(3, 2).ok());
+  Type("12");
+  EXPECT_TRUE(form->txtEdit.UserKey({KeyCode::kEnter}).ok());
+  EXPECT_EQ(ws.tracks.Value(2, 9, 3), 12);
+  ExpectUndone("Edit of point 3", before);
+}
+
+TEST_F(EditATrack, AShiftedSweepKeepsItsTurningPointsAndStaysInSight) {
+  ws.tracks.Record(2).pnum = 200;  // one cycle
+  form->Activate();
+  before = File();
+  EXPECT_TRUE(form->mnuBasicOperations.UserClick().ok());
+  auto& basic = *machine.desktop.FindAs<frmBasicOperations>(frmBasicOperations::kName);
+  EXPECT_FALSE(basic.chkCh[2].enabled());  // it has two columns
+  const auto update = [&](int channel, const char* operation, const char* operand) {
+    for (std::size_t c = 0; c < 2; ++c) {
+      EXPECT_TRUE(basic.chkCh[c].UserSet(static_cast<int>(c) == channel ? "1" : "0").ok());
+    }
+    EXPECT_TRUE(basic.opnOperation.UserSet(operation).ok());
+    EXPECT_TRUE(basic.txtOperand.UserSet(operand).ok());
+    EXPECT_TRUE(basic.cmdPreview.UserClick().ok());
+    if (!basic.cmdUpdate.enabled()) return;
+    EXPECT_TRUE(basic.cmdUpdate.UserClick().ok());
+  };
+  update(1, "2", "1e300");
+  update(1, "2", "1e6");
+  EXPECT_THAT(Messages(), IsEmpty());
+  update(1, "2", "1e300");
+  EXPECT_THAT(Messages(), ElementsAre("The result would be too large for a number."));
+  EXPECT_TRUE(std::isfinite(Current(199)));
+  update(0, "0", "2");
+  const TrackRecord& record = ws.tracks.Record(2);
+  EXPECT_THAT(record.V, ElementsAre(2, 3, 2));
+  EXPECT_EQ(record.Vxmin, 2);
+  EXPECT_EQ(record.Vxmax, 3);
+  EXPECT_EQ(record.Vymax, Current(199));
+  EXPECT_EQ(form->cbxCycleNum.items().size(), 1u);
+  for (int i = 0; i < 3; ++i) EXPECT_TRUE(Click("mnuUndo").ok());
+  EXPECT_EQ(File(), before);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "core/one_line.h"
 #include "host/host.h"
 
 namespace zento {
@@ -39,7 +40,8 @@ frmReplaceTitle::frmReplaceTitle(Workstation& workstation, Host& host)
 void frmReplaceTitle::cmdGo_Click() {
   std::vector<int> changed;
   const auto replaced = [this](int track) {
-    return Replaced(workstation_.tracks.Record(track).Title, txtBefore.text(), txtAfter.text());
+    return Replaced(workstation_.tracks.Record(track).Title, txtBefore.text(),
+                    OneLine(txtAfter.text()));
   };
   for (int track = 0; track < kTracks; ++track) {
     if (replaced(track) != workstation_.tracks.Record(track).Title) changed.push_back(track);
