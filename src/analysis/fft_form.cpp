@@ -20,7 +20,6 @@ namespace {
 
 constexpr int kFirstColour = 9;  // light blue for x; light green and light cyan for the currents
 constexpr int kLightRed = 12;
-constexpr int kFirstDestination = 10;
 constexpr double kLeastMaximum = 1e-6;  // of the frequency graph
 constexpr double kLeastFrequency = 0.1;
 constexpr int kDigits = 4;
@@ -37,37 +36,17 @@ std::string Hertz(double frequency) {
 }  // namespace
 
 frmFFTFilter::frmFFTFilter(Workstation& workstation, Host& host)
-    : Form(host, kName, "FFT Filter"),
-      txtDataNum(*this, "txtDataNum"),
-      UpDown1(*this, "UpDown1"),
-      lblMode(*this, "lblMode"),
-      txtTitle(*this, "txtTitle"),
-      txtRPM(*this, "txtRPM"),
+    : TransformForm(workstation, host, kName, "FFT Filter"),
       opnXFilter(*this, "opnXFilter", {"None", "Low-pass Filter"}, 0),
       txtXMaxFrequency(*this, "txtXMaxFrequency"),
       opnYFilter(*this, "opnYFilter", {"Low pass filter"}, 0),
       txtYMaxFrequency(*this, "txtYMaxFrequency"),
-      cmdCalc(*this, "cmdCalc", "Calculation"),
-      cmdUpdate(*this, "cmdUpdate", "Update Data"),
-      txtDesNum(*this, "txtDesNum"),
-      UpDown2(*this, "UpDown2"),
-      lblDestMode(*this, "lblDestMode"),
-      lblDestHolds(*this, "lblDestHolds"),
-      txtDestTitle(*this, "txtDestTitle"),
-      cmdRecordAnotherTrack(*this, "cmdRecordAnotherTrack", "Record Another Track"),
       chkXSpectrum(*this, "chkXSpectrum", "x column"),
       updGraphScale(*this, "updGraphScale"),
       PrevGraph(*this, "PrevGraph", {480, 240}),
-      FrequencyGraph(*this, "FrequencyGraph", {480, 240}),
-      lblNote(*this, "lblNote"),
-      workstation_(workstation),
-      source_(txtDataNum, UpDown1),
-      destination_(txtDesNum, UpDown2) {
-  txtTitle.read_only = true;
-  txtRPM.read_only = true;
+      FrequencyGraph(*this, "FrequencyGraph", {480, 240}) {
   txtXMaxFrequency.SetTip("Cut-off of the x column in Hz: what is as fast or faster is removed");
   txtYMaxFrequency.SetTip("Cut-off of the currents in Hz: what is as fast or faster is removed");
-  txtDestTitle.SetTip("The title that Record Another Track gives the destination");
   chkXSpectrum.SetValue(1);
   chkXSpectrum.SetTip("Off: the graph is scaled for the currents alone");
   updGraphScale.SetTip("Up: the lines of the spectrum are drawn twice as high");
@@ -76,8 +55,6 @@ frmFFTFilter::frmFFTFilter(Workstation& workstation, Host& host)
 }
 
 void frmFFTFilter::WireControls() {
-  source_.on_change = [this] { ShowSource(); };
-  destination_.on_change = [this] { ShowDestination(); };
   opnXFilter.on_select = [this, before = 0](int option) mutable {
     if (option != before) ForgetFiltered();
     before = option;
@@ -88,11 +65,8 @@ void frmFFTFilter::WireControls() {
       if (key.code == KeyCode::kEnter) LeaveFrequency(box, setting);
     };
   };
-  bind(txtXMaxFrequency, workstation_.settings.FFTFxmax);
-  bind(txtYMaxFrequency, workstation_.settings.FFTFymax);
-  cmdCalc.on_click = [this] { Calculate(); };
-  cmdUpdate.on_click = [this] { UpdateData(); };
-  cmdRecordAnotherTrack.on_click = [this] { RecordAnotherTrack(); };
+  bind(txtXMaxFrequency, workstation().settings.FFTFxmax);
+  bind(txtYMaxFrequency, workstation().settings.FFTFymax);
   chkXSpectrum.on_click = [this](int) {
     FitSpectra();
     DrawSpectra();
@@ -101,31 +75,12 @@ void frmFFTFilter::WireControls() {
   updGraphScale.on_down = [this] { ScaleGraph(2); };
 }
 
-bool frmFFTFilter::Load() {
-  generation_ = workstation_.DataGeneration;
-  source_.Show(0);
-  destination_.Show(kFirstDestination);
-  txtXMaxFrequency.SetText(PlainNumber(workstation_.settings.FFTFxmax));
-  txtYMaxFrequency.SetText(PlainNumber(workstation_.settings.FFTFymax));
-  ShowSource();
-  ShowDestination();
-  return true;
+void frmFFTFilter::ShowSettings() {
+  txtXMaxFrequency.SetText(PlainNumber(workstation().settings.FFTFxmax));
+  txtYMaxFrequency.SetText(PlainNumber(workstation().settings.FFTFymax));
 }
 
-void frmFFTFilter::Activate() {
-  ShowDestination();
-  if (generation_ == workstation_.DataGeneration && !SourceChanged()) return;
-  generation_ = workstation_.DataGeneration;
-  ShowSource();
-}
-
-void frmFFTFilter::ShowSource() {
-  const int track = source_.track();
-  const TrackRecord& record = tracks().Record(track);
-  const bool holds = HoldsTrack(tracks(), track);
-  lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
-  txtTitle.SetText(holds ? record.Title : std::string());
-  txtRPM.SetText(holds ? PlainNumber(record.RPM) : std::string());
+void frmFFTFilter::TakeSource() {
   filtered_ready_ = false;
   Transform();
   DrawPreview();
@@ -134,14 +89,8 @@ void frmFFTFilter::ShowSource() {
   ForgetFiltered();
 }
 
-void frmFFTFilter::ShowDestination() {
-  const TrackRecord& record = tracks().Record(destination_.track());
-  lblDestMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
-  lblDestHolds.SetText(HoldsTrack(tracks(), destination_.track()) ? record.Title : "");
-}
-
 std::string frmFFTFilter::Hindrance(int columns) const {
-  const int track = source_.track();
+  const int track = Source();
   if (!HoldsTrack(tracks(), track)) return "Track " + PlainNumber(track) + " is empty.";
   if (tracks().PointCount(track) == 0) {
     return "Track " + PlainNumber(track) + " has no points.";
@@ -161,7 +110,7 @@ std::string frmFFTFilter::Hindrance(int columns) const {
 }
 
 void frmFFTFilter::Transform() {
-  const int track = source_.track();
+  const int track = Source();
   const int columns = TransformedColumns(tracks().Record(track).Mode);
   columns_ = 0;
   df_ = 0;
@@ -189,7 +138,7 @@ void frmFFTFilter::Transform() {
 }
 
 bool frmFFTFilter::SourceChanged() const {
-  const int track = source_.track();
+  const int track = Source();
   if (columns_ == 0) return Hindrance(0).empty();
   const TrackRecord& record = tracks().Record(track);
   if (TrackTime(tracks(), track) != time_ || TransformedColumns(record.Mode) != columns_)
@@ -207,8 +156,7 @@ void frmFFTFilter::ForgetFiltered() {
     filtered_ready_ = false;
     DrawPreview();
   }
-  cmdUpdate.SetEnabled(false);
-  cmdRecordAnotherTrack.SetEnabled(false);
+  EnableWriting(false, false);
 }
 
 void frmFFTFilter::LeaveFrequency(TextBox& box, double& setting) {
@@ -221,8 +169,8 @@ void frmFFTFilter::LeaveFrequency(TextBox& box, double& setting) {
 }
 
 void frmFFTFilter::DrawPreview() {
-  const int track = source_.track();
-  const auto style = static_cast<PreviewStyle>(workstation_.settings.PrevGraphDrawSetting);
+  const int track = Source();
+  const auto style = static_cast<PreviewStyle>(workstation().settings.PrevGraphDrawSetting);
   DrawTrack(PrevGraph, tracks(), track, RangeOf(tracks(), track), style);
   PrevGraph.SetAxisTitles("Potential /V", "Current /A");
   if (!filtered_ready_) return;
@@ -288,14 +236,14 @@ void frmFFTFilter::ScaleGraph(double factor) {
 }
 
 void frmFFTFilter::Calculate() {
-  if (!HoldsTrack(tracks(), source_.track())) return;
-  LeaveFrequency(txtXMaxFrequency, workstation_.settings.FFTFxmax);
-  LeaveFrequency(txtYMaxFrequency, workstation_.settings.FFTFymax);
+  if (!HoldsTrack(tracks(), Source())) return;
+  LeaveFrequency(txtXMaxFrequency, workstation().settings.FFTFxmax);
+  LeaveFrequency(txtYMaxFrequency, workstation().settings.FFTFymax);
   if (SourceChanged()) ShowSource();
   if (columns_ == 0) return host().dialogs.Message(lblNote.text());
 
   cmdCalc.SetEnabled(false);
-  const Settings& settings = workstation_.settings;
+  const Settings& settings = workstation().settings;
   for (int c = 0; c < columns_; ++c) {
     const auto at = static_cast<std::size_t>(c);
     const double x_cut_off = opnXFilter.selected() == 1 ? settings.FFTFxmax : kNoCutOff;
@@ -304,9 +252,8 @@ void frmFFTFilter::Calculate() {
   }
   filtered_ready_ = true;
   DrawPreview();
-  txtDestTitle.SetText("FFT_" + tracks().Record(source_.track()).Title);
-  cmdUpdate.SetEnabled(true);
-  cmdRecordAnotherTrack.SetEnabled(true);
+  txtDestTitle.SetText("FFT_" + tracks().Record(Source()).Title);
+  EnableWriting(true, true);
   cmdCalc.SetEnabled(true);
 }
 
@@ -319,36 +266,30 @@ void frmFFTFilter::WriteFiltered(int track) {
   }
 }
 
-void frmFFTFilter::AfterWriting(int track) {
-  ShowDestination();
-  if (track == source_.track()) ShowSource();
-  if (track == workstation_.shown_track) workstation_.ShowTrack(track);
-}
-
 void frmFFTFilter::UpdateData() {
   if (!filtered_ready_) return;
   if (SourceChanged()) return ShowSource();
-  const int track = source_.track();
+  const int track = Source();
   {
-    const TrackChange change(workstation_, "FFT filter", {track});
+    const TrackChange change(workstation(), "FFT filter", {track});
     WriteFiltered(track);
   }
-  AfterWriting(track);
+  AfterWriting({track});
 }
 
 void frmFFTFilter::RecordAnotherTrack() {
   if (!filtered_ready_) return;
   if (SourceChanged()) return ShowSource();
-  const int from = source_.track();
-  const int to = destination_.track();
+  const int from = Source();
+  const int to = Destination();
   {
-    const TrackChange change(workstation_, "FFT filter into track " + PlainNumber(to), {to});
+    const TrackChange change(workstation(), "FFT filter into track " + PlainNumber(to), {to});
     CopyTimeColumn(tracks(), from, to);
     tracks().CopyTrackHeader(from, to);
     tracks().Record(to).Title = txtDestTitle.text();
     WriteFiltered(to);
   }
-  AfterWriting(to);
+  AfterWriting({to});
 }
 
 LayoutNode frmFFTFilter::Layout() {
@@ -357,19 +298,14 @@ LayoutNode frmFFTFilter::Layout() {
       Columns(
           {
               Rows({
-                  Group("Track",
-                        {Fields({Field("Track", txtDataNum, &UpDown1), Field("Mode", lblMode),
-                                 Field("Title", txtTitle), Field("RPM", txtRPM)})}),
+                  SourceGroup(),
                   Group("X filter", {Item(opnXFilter),
                                      Fields({Field("Max. frequency /Hz", txtXMaxFrequency)})}),
                   Group("Y filter", {Item(opnYFilter),
                                      Fields({Field("Max. frequency /Hz", txtYMaxFrequency)})}),
                   Item(cmdCalc),
                   Item(cmdUpdate),
-                  Group("Destination",
-                        {Fields({Field("Track", txtDesNum, &UpDown2), Field("Mode", lblDestMode),
-                                 Field("Holds", lblDestHolds), Field("New title", txtDestTitle)}),
-                         Item(cmdRecordAnotherTrack)}),
+                  DestinationGroup(),
                   Stretch(),
               }),
               Rows({Item(PrevGraph, 1),

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "analysis/spectrum.h"
-#include "analysis/track_selector.h"
+#include "analysis/transform_form.h"
 #include "core/workstation.h"
 #include "graph/preview_plot.h"
 #include "host/controls.h"
@@ -16,57 +16,41 @@ namespace zento {
 
 // Takes high frequencies out of a track: shows the spectra of its columns, removes what lies at or
 // above a cut-off, and writes the filtered points into the same track or into another one.
-class frmFFTFilter : public Form {
+class frmFFTFilter : public TransformForm {
  public:
   static constexpr const char* kName = "frmFFTFilter";
 
   frmFFTFilter(Workstation& workstation, Host& host);
 
-  TextBox txtDataNum;  // source track
-  UpDown UpDown1;
-  Label lblMode;
-  TextBox txtTitle;
-  TextBox txtRPM;
   OptionGroup opnXFilter;    // 0 none, 1 low-pass
   TextBox txtXMaxFrequency;  // cut-offs in Hz
   OptionGroup opnYFilter;    // one option: the currents are always filtered
   TextBox txtYMaxFrequency;
-  Button cmdCalc;
-  Button cmdUpdate;
-  TextBox txtDesNum;  // destination track
-  UpDown UpDown2;
-  Label lblDestMode;
-  Label lblDestHolds;    // the title that the destination has now
-  TextBox txtDestTitle;  // the title that it is given
-  Button cmdRecordAnotherTrack;
   // Whether the x column's lines are in the frequency graph. They are far higher than a current's:
   // without them the graph is scaled for the currents.
   CheckBox chkXSpectrum;
   UpDown updGraphScale;  // up: half the frequency graph's y maximum, so higher lines
   PreviewPlot PrevGraph;
   PreviewPlot FrequencyGraph;
-  Label lblNote;  // what the spectrum resolves, or why there is none
 
-  bool Load() override;
-  void Activate() override;
   LayoutNode Layout() override;
 
   // Filters the source track. A track without a spectrum is left alone; why there is none is shown.
-  void Calculate();
+  void Calculate() override;
   // Write what Calculate() found for the source track, its filters and its points as they still
   // are; otherwise nothing.
-  void UpdateData();
-  void RecordAnotherTrack();
+  void UpdateData() override;
+  void RecordAnotherTrack() override;
 
  private:
   using PointColumns = std::array<std::vector<double>, kTrackColumns>;
 
   void WireControls();
-  void ShowSource();
-  void ShowDestination();
+  void ShowSettings() override;
+  void TakeSource() override;
   void Transform();
   std::string Hindrance(int columns) const;
-  bool SourceChanged() const;
+  bool SourceChanged() const override;
   void ForgetFiltered();
   void LeaveFrequency(TextBox& box, double& setting);
   void DrawPreview();
@@ -76,13 +60,6 @@ class frmFFTFilter : public Form {
   void DrawSpectrum(int column);
   void ScaleGraph(double factor);
   void WriteFiltered(int track);
-  void AfterWriting(int track);
-  TrackStore& tracks() const { return workstation_.tracks; }
-
-  Workstation& workstation_;
-  TrackSelector source_;
-  TrackSelector destination_;
-  std::int32_t generation_ = 0;  // of the track files
 
   // Of the source track; without points when it has no spectrum.
   PointColumns points_;  // as they were transformed

@@ -16,7 +16,6 @@ namespace zento {
 namespace {
 
 constexpr int kLightRed = 12;
-constexpr int kFirstDestination = 10;
 constexpr std::int32_t kMostPoints = 15;
 constexpr std::int32_t kLeastWindow[] = {3, 5, 3};  // by method
 
@@ -29,12 +28,7 @@ std::string Tracks(const std::vector<int>& tracks) {
 
 frmSmoothing::frmSmoothing(Workstation& workstation, Host& host,
                            std::vector<std::filesystem::path> data_folders)
-    : Form(host, kName, "Smoothing"),
-      txtDataNum(*this, "txtDataNum"),
-      UpDown1(*this, "UpDown1"),
-      lblMode(*this, "lblMode"),
-      txtTitle(*this, "txtTitle"),
-      txtRPM(*this, "txtRPM"),
+    : TransformForm(workstation, host, kName, "Smoothing"),
       opnYFilter(*this, "opnYFilter", {"単純移動平均", "Savitzky-Golay法", "間欠型ノイズ除去"}, 0),
       txtPointNum(*this, "txtPointNum"),
       UpDown3(*this, "UpDown3"),
@@ -42,22 +36,8 @@ frmSmoothing::frmSmoothing(Workstation& workstation, Host& host,
       chkSkipatEdge(*this, "chkSkipatEdge", "Skip at the Edge of Data"),
       txtSkipNum(*this, "txtSkipNum", "1"),
       chkApplyAllTrack(*this, "chkApplyAllTrack", "Apply All Track"),
-      cmdCalc(*this, "cmdCalc", "Calculation"),
-      cmdUpdate(*this, "cmdUpdate", "Update Data"),
-      txtDesNum(*this, "txtDesNum"),
-      UpDown2(*this, "UpDown2"),
-      lblDestMode(*this, "lblDestMode"),
-      lblDestHolds(*this, "lblDestHolds"),
-      txtDestTitle(*this, "txtDestTitle"),
-      cmdRecordAnotherTrack(*this, "cmdRecordAnotherTrack", "Record Another Track"),
       PrevGraph(*this, "PrevGraph", {520, 400}),
-      lblNote(*this, "lblNote"),
-      workstation_(workstation),
-      data_folders_(std::move(data_folders)),
-      source_(txtDataNum, UpDown1),
-      destination_(txtDesNum, UpDown2) {
-  txtTitle.read_only = true;
-  txtRPM.read_only = true;
+      data_folders_(std::move(data_folders)) {
   opnYFilter.SetTip(
       "Simple moving average; Savitzky-Golay; suppression of spikes, against the disk's display "
       "scale");
@@ -65,14 +45,11 @@ frmSmoothing::frmSmoothing(Workstation& workstation, Host& host,
   chkXAxis.SetTip("Smooth the x column, too");
   txtSkipNum.SetTip("So many points and one more at each end of a sweep stay as they are");
   chkApplyAllTrack.SetTip("Calculation shows, and Update Data changes, all tracks 0 to 20");
-  txtDestTitle.SetTip("The title that Record Another Track gives the destination");
   PrevGraph.SetTip("Light red: smoothed");
   WireControls();
 }
 
 void frmSmoothing::WireControls() {
-  source_.on_change = [this] { ShowSource(); };
-  destination_.on_change = [this] { ShowDestination(); };
   opnYFilter.on_select = [this](int) { ShowPoints(LeastPoints()); };
   UpDown3.on_up = [this] { ShowPoints(TypedPoints() + 2); };
   UpDown3.on_down = [this] { ShowPoints(TypedPoints() - 2); };
@@ -86,35 +63,15 @@ void frmSmoothing::WireControls() {
   }
   txtSkipNum.on_change = [this] { Forget(); };
   txtSkipNum.on_lost_focus = [this] { txtSkipNum.SetText(PlainNumber(TypedSkip())); };
-  cmdCalc.on_click = [this] { Calculate(); };
-  cmdUpdate.on_click = [this] { UpdateData(); };
-  cmdRecordAnotherTrack.on_click = [this] { RecordAnotherTrack(); };
 }
 
-bool frmSmoothing::Load() {
-  generation_ = workstation_.DataGeneration;
-  source_.Show(0);
-  destination_.Show(kFirstDestination);
+void frmSmoothing::ShowSettings() {
   ShowPoints(LeastPoints());
-  ShowSource();
-  ShowDestination();
-  return true;
 }
 
-void frmSmoothing::Activate() {
-  ShowDestination();
-  if (generation_ == workstation_.DataGeneration && !SourceChanged()) return;
-  generation_ = workstation_.DataGeneration;
-  ShowSource();
-}
-
-void frmSmoothing::ShowSource() {
-  const int track = source_.track();
+void frmSmoothing::TakeSource() {
+  const int track = Source();
   const TrackRecord& record = tracks().Record(track);
-  const bool holds = HoldsTrack(tracks(), track);
-  lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
-  txtTitle.SetText(holds ? record.Title : std::string());
-  txtRPM.SetText(holds ? PlainNumber(record.RPM) : std::string());
   for (int c = 0; c < kTrackColumns; ++c) {
     const std::span<const double> now = tracks().Points(c, track);
     points_[static_cast<std::size_t>(c)].assign(now.begin(), now.end());
@@ -124,13 +81,7 @@ void frmSmoothing::ShowSource() {
   scale_ = record.DiskYscale;
   Forget();
   DrawPreview();
-  lblNote.SetText(holds ? "" : "Track " + PlainNumber(track) + " is empty.");
-}
-
-void frmSmoothing::ShowDestination() {
-  const TrackRecord& record = tracks().Record(destination_.track());
-  lblDestMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
-  lblDestHolds.SetText(HoldsTrack(tracks(), destination_.track()) ? record.Title : "");
+  lblNote.SetText(HoldsTrack(tracks(), track) ? "" : "Track " + PlainNumber(track) + " is empty.");
 }
 
 std::int32_t frmSmoothing::LeastPoints() const {
@@ -153,8 +104,7 @@ void frmSmoothing::ShowPoints(std::int32_t points) {
 }
 
 void frmSmoothing::Forget() {
-  cmdUpdate.SetEnabled(false);
-  cmdRecordAnotherTrack.SetEnabled(false);
+  EnableWriting(false, false);
   if (!std::exchange(ready_, false)) return;
   curves_.clear();
   lblNote.SetText({});
@@ -162,7 +112,7 @@ void frmSmoothing::Forget() {
 }
 
 bool frmSmoothing::SourceChanged() const {
-  const int track = source_.track();
+  const int track = Source();
   // Of the header, what decides how the track is smoothed.
   const TrackRecord& record = tracks().Record(track);
   if (record.Mode != mode_ || record.V != vertices_ || record.DiskYscale != scale_) return true;
@@ -179,7 +129,7 @@ Result<Smoothing> frmSmoothing::Settings() const {
   if (chkSkipatEdge.value() == 1) smoothing.skip = TypedSkip();
   if (smoothing.method != SmoothingMethod::kSavitzkyGolay) return smoothing;
   std::vector<std::filesystem::path> folders = data_folders_;
-  folders.insert(folders.begin(), workstation_.home);
+  folders.insert(folders.begin(), workstation().home);
   auto table = ReadSavitzkyGolay(host().files, folders);
   if (!table.ok()) return table.status();
   const auto row = static_cast<std::size_t>((smoothing.points - LeastPoints()) / 2);
@@ -192,7 +142,7 @@ Result<Smoothing> frmSmoothing::Settings() const {
 }
 
 std::vector<int> frmSmoothing::ChosenTracks() const {
-  if (chkApplyAllTrack.value() != 1) return {source_.track()};
+  if (chkApplyAllTrack.value() != 1) return {Source()};
   std::vector<int> all;
   for (int track = 0; track < kTracks; ++track) {
     if (HoldsTrack(tracks(), track)) all.push_back(track);
@@ -210,7 +160,7 @@ void frmSmoothing::Preview(int track) {
 }
 
 void frmSmoothing::Calculate() {
-  if (!HoldsTrack(tracks(), source_.track())) return;
+  if (!HoldsTrack(tracks(), Source())) return;
   if (SourceChanged()) ShowSource();
   ShowPoints(TypedPoints());
   auto settings = Settings();
@@ -229,9 +179,8 @@ void frmSmoothing::Calculate() {
   ready_ = true;
   DrawPreview();
   TellWhatWasDone();
-  txtDestTitle.SetText("Smooth_" + tracks().Record(source_.track()).Title);
-  cmdUpdate.SetEnabled(true);
-  cmdRecordAnotherTrack.SetEnabled(!SmoothedStretches(tracks(), source_.track()).empty());
+  txtDestTitle.SetText("Smooth_" + tracks().Record(Source()).Title);
+  EnableWriting(true, !SmoothedStretches(tracks(), Source()).empty());
 }
 
 void frmSmoothing::TellWhatWasDone() {
@@ -261,8 +210,8 @@ void frmSmoothing::TellWhatWasDone() {
 }
 
 void frmSmoothing::DrawPreview() {
-  const int track = source_.track();
-  const auto style = static_cast<PreviewStyle>(workstation_.settings.PrevGraphDrawSetting);
+  const int track = Source();
+  const auto style = static_cast<PreviewStyle>(workstation().settings.PrevGraphDrawSetting);
   DrawTrack(PrevGraph, tracks(), track, RangeOf(tracks(), track), style);
   for (const Curve& curve : curves_) {
     if (style == PreviewStyle::kDots) {
@@ -273,20 +222,13 @@ void frmSmoothing::DrawPreview() {
   }
 }
 
-void frmSmoothing::AfterWriting(const std::vector<int>& written) {
-  ShowDestination();
-  ShowSource();
-  const int shown = workstation_.shown_track;
-  if (std::ranges::find(written, shown) != written.end()) workstation_.ShowTrack(shown);
-}
-
 void frmSmoothing::UpdateData() {
   if (!ready_) return;
   if (SourceChanged()) return ShowSource();
   std::vector<int> written;
   {
     const TrackChange change(
-        workstation_, chosen_.size() == 1 ? "Smoothing" : "Smoothing of all tracks", chosen_);
+        workstation(), chosen_.size() == 1 ? "Smoothing" : "Smoothing of all tracks", chosen_);
     for (const int track : chosen_) {
       if (!SmoothTrack(tracks(), track, smoothing_, x_axis_, kScratchSlot)) continue;
       tracks().CopyTrackData(kScratchSlot, track);
@@ -300,10 +242,10 @@ void frmSmoothing::UpdateData() {
 void frmSmoothing::RecordAnotherTrack() {
   if (!ready_) return;
   if (SourceChanged()) return ShowSource();
-  const int from = source_.track();
-  const int to = destination_.track();
+  const int from = Source();
+  const int to = Destination();
   {
-    const TrackChange change(workstation_, "Smoothing into track " + PlainNumber(to), {to});
+    const TrackChange change(workstation(), "Smoothing into track " + PlainNumber(to), {to});
     if (!SmoothTrack(tracks(), from, smoothing_, x_axis_, kScratchSlot)) return;
     CopyTimeColumn(tracks(), from, to);
     tracks().CopyTrackHeader(from, to);
@@ -320,9 +262,7 @@ LayoutNode frmSmoothing::Layout() {
       Columns(
           {
               Rows({
-                  Group("Track",
-                        {Fields({Field("Track", txtDataNum, &UpDown1), Field("Mode", lblMode),
-                                 Field("Title", txtTitle), Field("RPM", txtRPM)})}),
+                  SourceGroup(),
                   Group(
                       "Smoothing",
                       {Item(opnYFilter), Fields({Field("Points", txtPointNum, &UpDown3)}),
@@ -330,10 +270,7 @@ LayoutNode frmSmoothing::Layout() {
                        Fields({Field("Points at each edge", txtSkipNum)}), Item(chkApplyAllTrack)}),
                   Item(cmdCalc),
                   Item(cmdUpdate),
-                  Group("Destination",
-                        {Fields({Field("Track", txtDesNum, &UpDown2), Field("Mode", lblDestMode),
-                                 Field("Holds", lblDestHolds), Field("New title", txtDestTitle)}),
-                         Item(cmdRecordAnotherTrack)}),
+                  DestinationGroup(),
                   Stretch(),
               }),
               Rows({Item(PrevGraph, 1)}, 3),

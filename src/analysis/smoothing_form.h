@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "analysis/smoothing.h"
-#include "analysis/track_selector.h"
+#include "analysis/transform_form.h"
 #include "core/workstation.h"
 #include "graph/preview_plot.h"
 #include "host/controls.h"
@@ -16,7 +16,7 @@ namespace zento {
 
 // Smooths the currents of a track or of all tracks, sweep by sweep, and writes the result into the
 // same tracks or into another one.
-class frmSmoothing : public Form {
+class frmSmoothing : public TransformForm {
  public:
   static constexpr const char* kName = "frmSmoothing";
 
@@ -24,11 +24,6 @@ class frmSmoothing : public Form {
   frmSmoothing(Workstation& workstation, Host& host,
                std::vector<std::filesystem::path> data_folders);
 
-  TextBox txtDataNum;  // source track
-  UpDown UpDown1;
-  Label lblMode;
-  TextBox txtTitle;
-  TextBox txtRPM;
   OptionGroup opnYFilter;  // the method, as in SmoothingMethod
   TextBox txtPointNum;     // window length
   UpDown UpDown3;
@@ -36,26 +31,15 @@ class frmSmoothing : public Form {
   CheckBox chkSkipatEdge;
   TextBox txtSkipNum;
   CheckBox chkApplyAllTrack;
-  Button cmdCalc;
-  Button cmdUpdate;
-  TextBox txtDesNum;  // destination track
-  UpDown UpDown2;
-  Label lblDestMode;
-  Label lblDestHolds;    // the title that the destination has now
-  TextBox txtDestTitle;  // the title that it is given
-  Button cmdRecordAnotherTrack;
   PreviewPlot PrevGraph;
-  Label lblNote;  // what was smoothed, or why nothing was
 
-  bool Load() override;
-  void Activate() override;
   LayoutNode Layout() override;
 
   // Smooths what the boxes say, for the preview. Nothing for an empty track.
-  void Calculate();
+  void Calculate() override;
   // Write what Calculate() has shown; nothing when the track or a setting is another one since.
-  void UpdateData();
-  void RecordAnotherTrack();
+  void UpdateData() override;
+  void RecordAnotherTrack() override;
 
  private:
   struct Curve {
@@ -63,27 +47,21 @@ class frmSmoothing : public Form {
   };
 
   void WireControls();
-  void ShowSource();
-  void ShowDestination();
+  void ShowSettings() override;
+  void TakeSource() override;
   void ShowPoints(std::int32_t points);
   std::int32_t LeastPoints() const;
   std::int32_t TypedPoints() const;
   std::int32_t TypedSkip() const;
   void Forget();
-  bool SourceChanged() const;
+  bool SourceChanged() const override;
   Result<Smoothing> Settings() const;
   std::vector<int> ChosenTracks() const;
   void Preview(int track);
   void TellWhatWasDone();
   void DrawPreview();
-  void AfterWriting(const std::vector<int>& written);
-  TrackStore& tracks() const { return workstation_.tracks; }
 
-  Workstation& workstation_;
   std::vector<std::filesystem::path> data_folders_;
-  TrackSelector source_;
-  TrackSelector destination_;
-  std::int32_t generation_ = 0;  // of the track files
 
   // Of the last calculation, while it fits what is chosen.
   bool ready_ = false;
