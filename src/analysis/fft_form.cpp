@@ -43,8 +43,8 @@ frmFFTFilter::frmFFTFilter(Workstation& workstation, Host& host)
       txtYMaxFrequency(*this, "txtYMaxFrequency"),
       chkXSpectrum(*this, "chkXSpectrum", "x column"),
       updGraphScale(*this, "updGraphScale"),
-      PrevGraph(*this, "PrevGraph", {480, 240}),
-      FrequencyGraph(*this, "FrequencyGraph", {480, 240}) {
+      PrevGraph(*this, "PrevGraph", {540, 240}),
+      FrequencyGraph(*this, "FrequencyGraph", {540, 240}) {
   txtXMaxFrequency.SetTip("Cut-off of the x column in Hz: what is as fast or faster is removed");
   txtYMaxFrequency.SetTip("Cut-off of the currents in Hz: what is as fast or faster is removed");
   chkXSpectrum.SetValue(1);
@@ -131,10 +131,10 @@ void frmFFTFilter::Transform() {
   const double dt = time_ / tracks().PointCount(track) / 1000;
   df_ = 1 / (length * dt);
   const bool recorded = tracks().Record(track).MaxTime > 0;
-  lblNote.SetText(
-      PlainNumber(tracks().PointCount(track)) + " points, one every " + PlainNumber(dt, kDigits) +
-      " s" + (recorded ? "" : " (no time was recorded; from the x column)") +
-      ": frequencies up to " + Hertz(length * df_ / 2) + " in steps of " + Hertz(df_) + ".");
+  lblNote.SetText(PlainNumber(tracks().PointCount(track)) + " points, one every " +
+                  PlainNumber(dt, kDigits) + " s" + (recorded ? "" : " by x and scan rate") +
+                  ": frequencies up to " + Hertz(length * df_ / 2) + " in steps of " + Hertz(df_) +
+                  ".");
 }
 
 bool frmFFTFilter::SourceChanged() const {
