@@ -146,7 +146,11 @@ void frmEditATrack::UpdateTrack() {
       }
     }
   }
+  const int row = DataGrid.row();
+  const int column = DataGrid.column();
   Reload(cycle);
+  DataGrid.MoveTo(row, column);
+  ShowPoint();
   AfterChange();
 }
 

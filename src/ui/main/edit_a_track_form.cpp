@@ -19,6 +19,8 @@ namespace zento {
 namespace {
 
 constexpr int kRed = 4;
+// Selected points beyond this are drawn as dots: one would not tell them apart anyway.
+constexpr std::size_t kMostMarks = 1000;
 constexpr int kLightRed = 12;
 constexpr int kAllDigits = 17;  // tell any two values apart
 constexpr char kPattern[] = "0.000e+0";
@@ -186,7 +188,7 @@ void frmEditATrack::DrawPreview() {
   for (const int row : rows) {
     const auto point = static_cast<std::size_t>(FirstPoint() + row);
     if (point >= x.size() || point >= y.size()) break;
-    if (rows.size() == 1) {
+    if (rows.size() <= kMostMarks) {
       PrevGraph.Mark(x[point], y[point], QBColor(kRed));
     } else {
       PrevGraph.Dot(x[point], y[point], QBColor(kRed));

@@ -385,7 +385,9 @@ TEST_F(EditATrack, AShiftedSweepKeepsItsTurningPointsAndStaysInSight) {
     if (!basic.cmdUpdate.enabled()) return;
     EXPECT_TRUE(basic.cmdUpdate.UserClick().ok());
   };
+  EXPECT_TRUE(form->DataGrid.UserClickCell(50, 1).ok());
   update(1, "2", "1e300");
+  EXPECT_EQ(form->DataGrid.row(), 50);
   update(1, "2", "1e6");
   EXPECT_THAT(Messages(), IsEmpty());
   update(1, "2", "1e300");
