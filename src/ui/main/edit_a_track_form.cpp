@@ -258,12 +258,11 @@ void frmEditATrack::StoreEdited() {
 void frmEditATrack::AskToDelete() {
   if (DataGrid.selected_rows().empty()) return lblNote.SetText("No points are selected.");
   CloseEditor();
-  std::string question = "Would you like to delete selected points?";
   if (TracksOfRecord(tracks(), track_).size() > 1) {
-    question += "\nThey go from all channels of the record, which share their times.";
+    lblNote.SetText("Points go from all channels of the record, which share their times.");
   }
   host().dialogs.Ask(
-      question, Buttons::kYesNo,
+      "Would you like to delete selected points?", Buttons::kYesNo,
       [&desktop = host().desktop, rows = DataGrid.selected_rows(), track = track_,
        cycle = cbxCycleNum.selected()](bool yes) {
         auto* const form = yes ? desktop.FindAs<frmEditATrack>(kName) : nullptr;
