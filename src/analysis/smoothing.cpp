@@ -50,7 +50,7 @@ void SmoothColumn(TrackStore& tracks, int column, int track, const Smoothing& sm
   std::vector<double>& out = tracks.Column(column, slot);
   for (const auto& [first, last] : stretches) {
     const auto at = static_cast<std::size_t>(first);
-    const auto count = static_cast<std::size_t>(last - first + 1);
+    const auto count = static_cast<std::size_t>(last) - at + 1;
     Smooth(y.subspan(at, count), smoothing, std::span<double>(out).subspan(at, count));
   }
 }
@@ -122,7 +122,7 @@ std::size_t StretchesThatTurn(TrackStore& tracks, int track) {
   for (const auto& [first, last] : SmoothedStretches(tracks, track)) {
     const auto at = static_cast<std::size_t>(first);
     const auto [low, high] = std::minmax(x[at], x[static_cast<std::size_t>(last)]);
-    const auto its = x.subspan(at, static_cast<std::size_t>(last - first + 1));
+    const auto its = x.subspan(at, static_cast<std::size_t>(last) - at + 1);
     turning += ArrayMax(its) > high + noise || ArrayMin(its) < low - noise ? 1 : 0;
   }
   return turning;

@@ -33,10 +33,10 @@ struct AnalysisEntry {
   // The window keeps one value for each track: the option may be repeated, and "TRACK=VALUE" is
   // meant for one track instead of all that are used.
   bool per_track = false;
-  // The option group or check box that has to stand at `switch_index` for the value to count.
-  std::string_view switch_control = {};
-  int switch_index = 0;
   bool required = false;
+  // The option group or check box that has to stand at `switch_index` for the value to count.
+  int switch_index = 0;
+  std::string_view switch_control = {};
 };
 
 // A window as a command.

@@ -123,7 +123,7 @@ void LayoutBuilder::Add(const LayoutNode& node, QBoxLayout& into) {
       break;
     }
     case LayoutNode::Kind::kField:
-      if (ControlBinding* binding = find_(*node.control)) {
+      if (ControlBinding* binding = BindingOf(node)) {
         auto* row = new QHBoxLayout;
         row->setSpacing(kSpacing);
         row->addWidget(FieldLabel(node, *binding));
@@ -132,7 +132,7 @@ void LayoutBuilder::Add(const LayoutNode& node, QBoxLayout& into) {
       }
       break;
     case LayoutNode::Kind::kItem:
-      if (ControlBinding* binding = find_(*node.control)) {
+      if (ControlBinding* binding = BindingOf(node)) {
         EmbedEditor(*binding);
         into.addWidget(&binding->widget(), share);
       }
@@ -146,6 +146,10 @@ void LayoutBuilder::Add(const LayoutNode& node, QBoxLayout& into) {
   }
 }
 
+ControlBinding* LayoutBuilder::BindingOf(const LayoutNode& node) const {
+  return node.control == nullptr ? nullptr : find_(*node.control);
+}
+
 void LayoutBuilder::EmbedEditor(ControlBinding& binding) {
   auto* table = dynamic_cast<EditGridBinding*>(&binding);
   if (table == nullptr) return;
@@ -156,7 +160,7 @@ void LayoutBuilder::EmbedEditor(ControlBinding& binding) {
 void LayoutBuilder::AddTable(const LayoutNode& node, QGridLayout& into) {
   for (int row = 0; const LayoutNode& cells : node.children) {
     for (int column = 0; const LayoutNode& cell : cells.children) {
-      ControlBinding* binding = cell.control == nullptr ? nullptr : find_(*cell.control);
+      ControlBinding* binding = BindingOf(cell);
       if (binding != nullptr) {
         // A wider share is also a promise of so many boxes' width.
         if (cell.stretch > 0) SetCharacters(*binding, cell.stretch * kFieldCharacters);
@@ -171,7 +175,7 @@ void LayoutBuilder::AddTable(const LayoutNode& node, QGridLayout& into) {
 }
 
 void LayoutBuilder::AddField(const LayoutNode& node, QGridLayout& into, int row) {
-  ControlBinding* binding = node.control == nullptr ? nullptr : find_(*node.control);
+  ControlBinding* binding = BindingOf(node);
   if (node.kind == LayoutNode::Kind::kField && binding != nullptr) {
     const Qt::Alignment top = binding->Tall() ? Qt::AlignTop : Qt::AlignVCenter;
     into.addWidget(FieldLabel(node, *binding), row, 0, Qt::AlignLeft | top);

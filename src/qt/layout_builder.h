@@ -29,6 +29,8 @@ class LayoutBuilder {
  private:
   void Add(const LayoutNode& node, QBoxLayout& into);
   void AddChildren(const LayoutNode& node, QBoxLayout& into);
+  // Null also for a node without a control.
+  ControlBinding* BindingOf(const LayoutNode& node) const;
   // A table's editor stands inside it.
   void EmbedEditor(ControlBinding& binding);
   void AddTable(const LayoutNode& node, QGridLayout& into);

@@ -185,8 +185,9 @@ void frmEditATrack::DrawPreview() {
   PrevGraph.SetAxisTitles("Potential /V", "Current /A");
   const std::span<const double> x = PreviewedX(track_), y = tracks().Points(1, track_);
   const std::vector<int>& rows = DataGrid.selected_rows();
+  const auto first = static_cast<std::size_t>(FirstPoint());
   for (const int row : rows) {
-    const auto point = static_cast<std::size_t>(FirstPoint() + row);
+    const std::size_t point = first + static_cast<std::size_t>(row);
     if (point >= x.size() || point >= y.size()) break;
     if (rows.size() <= kMostMarks) {
       PrevGraph.Mark(x[point], y[point], QBColor(kRed));
@@ -195,8 +196,7 @@ void frmEditATrack::DrawPreview() {
     }
   }
   if (!shown_operation_) return;
-  const auto first = static_cast<std::size_t>(FirstPoint());
-  const auto count = static_cast<std::size_t>(LastPoint() - FirstPoint() + 1);
+  const std::size_t count = static_cast<std::size_t>(LastPoint()) - first + 1;
   PrevGraph.Polyline(PreviewedX(kScratchSlot).subspan(first, count),
                      tracks().Points(1, kScratchSlot).subspan(first, count), QBColor(kLightRed));
 }
@@ -275,10 +275,10 @@ void frmEditATrack::AskToDelete() {
 
 void frmEditATrack::DeletePoints(const std::vector<int>& rows) {
   if (ChangedMeanwhile()) return;
-  const std::int32_t first = FirstPoint();
+  const auto first = static_cast<std::size_t>(FirstPoint());
   const auto count = static_cast<std::size_t>(tracks().PointCount(track_));
   std::vector<char> goes(count, 0);
-  for (const int row : rows) goes[static_cast<std::size_t>(first + row)] = 1;
+  for (const int row : rows) goes[first + static_cast<std::size_t>(row)] = 1;
   {
     const std::vector<int> of_record = TracksOfRecord(tracks(), track_);
     const TrackChange change(workstation_, "Removal of " + PlainNumber(rows.size()) + " points",
