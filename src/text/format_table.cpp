@@ -7,11 +7,11 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 
 #include "text/format.h"
+#include "text/shortest_digits.h"
 #include "text/table_number.h"
 
 namespace zento {
@@ -134,33 +134,101 @@ char* WriteFiveDigits(char* out, double value) {
   return WriteMantissaAndExponent<kDropZeros>(out + (value < 0 ? 1 : 0), digits, exponent);
 }
 
-// The general form of first.decimals x 10^exponent; see PlainNumber.
-char* WriteGeneral(char* out, char first, const char* decimals, std::ptrdiff_t count,
-                   int exponent) {
+// Eight characters, the first of them in the lowest byte, as it stands in memory.
+static_assert(std::endian::native == std::endian::little);
+using EightCharacters = std::uint64_t;
+constexpr std::uint32_t kEightDigits = 100'000'000;
+
+// The digits of `number` below kEightDigits, with the zeros before it, as numbers from 0 to 9. It
+// is halved three times; what is multiplied and shifted is division by 100 and by 10 in each part.
+EightCharacters EightDigitsOf(std::uint32_t number) {
+  std::uint64_t digits = number / 10000 | static_cast<std::uint64_t>(number % 10000) << 32U;
+  const std::uint64_t hundreds = ((digits * 10486) >> 20U) & 0x0000007f'0000007fU;
+  digits = hundreds | (digits - 100 * hundreds) << 16U;
+  const std::uint64_t tens = ((digits * 103) >> 10U) & 0x000f000f'000f000fU;
+  return tens | (digits - 10 * tens) << 8U;
+}
+
+// d.ddd x 10^exponent.
+struct Digits {
+  char first;
+  EightCharacters upper;  // decimals
+  EightCharacters lower;
+  int decimals;  // without the zeros behind them
+  int exponent;
+};
+
+// `shortest.digits` is not 0.
+Digits DigitsOf(ShortestDigits shortest) {
+  constexpr std::uint64_t kSixteenDigits = std::uint64_t{kEightDigits} * kEightDigits;
+  std::uint64_t number = shortest.digits;
+  int exponent = shortest.exponent + 16;
+  for (; number < kSixteenDigits; number *= 10) --exponent;
+  const std::uint64_t upper = number / kEightDigits;
+  const EightCharacters zeros = 0x30303030'30303030U;
+  const EightCharacters high = EightDigitsOf(static_cast<std::uint32_t>(upper % kEightDigits));
+  const EightCharacters low = EightDigitsOf(static_cast<std::uint32_t>(number % kEightDigits));
+  const int dropped = low != 0 ? std::countl_zero(low) / 8 : 8 + std::countl_zero(high) / 8;
+  return {static_cast<char>('0' + upper / kEightDigits), high | zeros, low | zeros, 16 - dropped,
+          exponent};
+}
+
+// Sixteen characters, whatever the number of decimals.
+void WriteDecimals(char* out, const Digits& digits) {
+  std::memcpy(out, &digits.upper, 8);
+  std::memcpy(out + 8, &digits.lower, 8);
+}
+
+// The general form; see PlainNumber. Writes no farther than kLongestPlain - 1 characters.
+char* WriteGeneral(char* out, const Digits& digits) {
   constexpr int kLeastPlain = -4;
   constexpr int kMostPlain = 14;
+  const int exponent = digits.exponent;
   if (exponent < kLeastPlain || exponent > kMostPlain) {
-    *out++ = first;
-    if (count > 0) *out++ = '.';
-    out = std::copy_n(decimals, count, out);
-    *out++ = 'E';
-    *out++ = exponent < 0 ? '-' : '+';
-    const auto size = static_cast<std::uint64_t>(std::abs(exponent));
-    if (size < 10) *out++ = '0';
-    return WriteWhole(out, size);
+    out[0] = digits.first;
+    out[1] = '.';
+    WriteDecimals(out + 2, digits);
+    out += digits.decimals > 0 ? 2 + digits.decimals : 1;
+    out[0] = 'E';
+    out[1] = exponent < 0 ? '-' : '+';
+    const auto size = static_cast<std::uint32_t>(exponent < 0 ? -exponent : exponent);
+    if (size >= 100) return WriteWhole(out + 2, size);
+    WritePair(out + 2, size);
+    return out + 4;
   }
   if (exponent < 0) {
-    out = std::copy_n("0.000", 1 - exponent, out);
-    *out++ = first;
-    return std::copy_n(decimals, count, out);
+    std::copy_n("0.000", 5, out);
+    out += 1 - exponent;
+    *out = digits.first;
+    WriteDecimals(out + 1, digits);
+    return out + 1 + digits.decimals;
   }
-  *out++ = first;
-  const std::ptrdiff_t whole = std::min<std::ptrdiff_t>(count, exponent);
-  out = std::copy_n(decimals, whole, out);
+  std::array<char, 16> decimals;
+  WriteDecimals(decimals.data(), digits);
+  const int whole = std::min(digits.decimals, exponent);
+  *out++ = digits.first;
+  out = std::copy_n(decimals.data(), whole, out);
   out = std::fill_n(out, exponent - whole, '0');
-  if (count == whole) return out;
+  if (digits.decimals == whole) return out;
   *out++ = '.';
-  return std::copy_n(decimals + whole, count - whole, out);
+  return std::copy_n(decimals.data() + whole, digits.decimals - whole, out);
+}
+
+// Of what is far from everything that is measured. `magnitude` is above 0 and finite.
+ShortestDigits ShortestDigitsByLibrary(double magnitude) {
+  std::array<char, kLongestPlain> text;  // "d.ddde-xx"
+  char* const begin = text.data();
+  const auto written =
+      std::to_chars(begin, begin + text.size(), magnitude, std::chars_format::scientific);
+  const char* const e = std::find(begin, written.ptr, 'e');
+  ShortestDigits shortest;
+  std::from_chars(e[1] == '+' ? e + 2 : e + 1, written.ptr, shortest.exponent);
+  shortest.digits = static_cast<std::uint64_t>(*begin - '0');
+  for (const char* digit = begin + 2; digit < e; ++digit) {
+    shortest.digits = shortest.digits * 10 + static_cast<std::uint64_t>(*digit - '0');
+    --shortest.exponent;
+  }
+  return shortest;
 }
 
 }  // namespace
@@ -196,19 +264,17 @@ char* WriteScientific4(char* out, double value) {
 }
 
 char* WritePlain(char* out, double value) {
-  value = MadeFinite(value);
-  if (value < 0) *out++ = '-';
-  const double magnitude = std::fabs(value);
-  // "d.ddde-xx", of which the digits are taken.
-  std::array<char, kLongestPlain> text;
-  const auto written = std::to_chars(text.data(), text.data() + text.size(), magnitude,
-                                     std::chars_format::scientific);
-  const char* const e = written.ptr[-4] == 'e' ? written.ptr - 4 : written.ptr - 5;
-  int exponent = 0;
-  std::from_chars(e + 2, written.ptr, exponent);
-  if (e[1] == '-') exponent = -exponent;
-  const std::ptrdiff_t decimals = e - text.data() > 2 ? e - text.data() - 2 : 0;
-  return WriteGeneral(out, text[0], text.data() + 2, decimals, exponent);
+  double magnitude = std::fabs(value);
+  ShortestDigits shortest;
+  if (magnitude >= kLeastShortest && magnitude < kBeyondShortest) {
+    shortest = ShortestDigitsOf(magnitude);
+  } else {
+    magnitude = MadeFinite(magnitude);
+    if (magnitude == 0) return std::fill_n(out, 1, '0');
+    shortest = ShortestDigitsByLibrary(magnitude);
+  }
+  *out = '-';
+  return WriteGeneral(out + (value < 0 ? 1 : 0), DigitsOf(shortest));
 }
 
 }  // namespace zento

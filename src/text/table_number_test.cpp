@@ -46,6 +46,22 @@ TEST(TableNumber, WritesWhatTheGeneralFormsWrite) {
   }
 }
 
+// Powers of two, below which the doubles lie closer, their neighbours, and numbers with all digits.
+TEST(TableNumber, WritesTheShortestNumberWhereNothingIsRoundAboutIt) {
+  std::mt19937_64 random(2);
+  for (int exponent = -125; exponent < 56; ++exponent) {
+    const double power = std::ldexp(1.0, exponent);
+    for (const double value : {power, std::nextafter(power, 0), std::nextafter(power, 2 * power),
+                               std::nextafter(std::nextafter(power, 0), 0)}) {
+      ASSERT_EQ(Plain(value), PlainNumber(value));
+    }
+    for (int i = 0; i < 1000; ++i) {
+      const double value = power * (1 + std::ldexp(static_cast<double>(random() >> 12U), -52));
+      ASSERT_EQ(Plain(-value), PlainNumber(-value));
+    }
+  }
+}
+
 TEST(TableNumber, ATableHoldsNumbersOnly) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   EXPECT_EQ(Plain(std::nan("")), "0");
