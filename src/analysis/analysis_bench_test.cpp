@@ -14,8 +14,8 @@
 
 #include "analysis/analysis_forms.h"
 #include "analysis/fft_form.h"
+#include "analysis/fft_spectrum.h"
 #include "analysis/oxygen_form.h"
-#include "analysis/spectrum.h"
 #include "analysis/tafel_form.h"
 #include "analysis/track_points.h"
 #include "measure/rde_form.h"

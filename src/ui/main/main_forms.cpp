@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "ui/main/basic_operations_form.h"
+#include "ui/main/clipboard_special_copy_form.h"
 #include "ui/main/control_panel.h"
 #include "ui/main/edit_a_track_form.h"
 #include "ui/main/edit_tracks_form.h"
@@ -12,7 +13,6 @@
 #include "ui/main/replace_title_form.h"
 #include "ui/main/search_form.h"
 #include "ui/main/settings_form.h"
-#include "ui/main/special_copy_form.h"
 
 namespace zento {
 

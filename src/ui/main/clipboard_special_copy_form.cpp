@@ -1,4 +1,4 @@
-#include "ui/main/special_copy_form.h"
+#include "ui/main/clipboard_special_copy_form.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "analysis/spectrum.h"
+#include "analysis/fft_spectrum.h"
 
 #include <algorithm>
 #include <bit>
