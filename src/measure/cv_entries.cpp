@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "measure/cv_form.h"
-#include "measure/entries.h"
 #include "text/number.h"
 
 namespace zento {
@@ -37,40 +36,30 @@ void frmMeasureCV::StepPreset(int direction) {
   SelectPreset(workstation().settings.CVNum + direction);
 }
 
+SettingBoxes frmMeasureCV::Boxes() {
+  CVPreset& preset = CurrentPreset();
+  return {{&txtXScale, &preset.CVXScale},     {&txtYScale, &preset.CVYScale},
+          {&txtVoltSetting[0], &preset.CVV0}, {&txtVoltSetting[1], &preset.CVV1},
+          {&txtVoltSetting[2], &preset.CVV2}, {&txtScanrate, &preset.CVScanrate},
+          {&txtCycleNum, &preset.CVCyclenum}, {&txtRetainTime, &preset.CVRetainTime},
+          {&txtRPM, &preset.CVRPM},           {&txtSamplingrate, &preset.CVSamplingRate},
+          {&txtAccum, &preset.CVAccum}};
+}
+
 void frmMeasureCV::ShowSettings() {
   const CVPreset& preset = CurrentPreset();
   txtCVNum.SetText(PlainNumber(settings().CVNum));
   txtCVTitle.SetText(preset.CVTitle);
-  txtXScale.SetText(PlainNumber(preset.CVXScale));
-  txtYScale.SetText(PlainNumber(preset.CVYScale));
-  txtVoltSetting[0].SetText(PlainNumber(preset.CVV0));
-  txtVoltSetting[1].SetText(PlainNumber(preset.CVV1));
-  txtVoltSetting[2].SetText(PlainNumber(preset.CVV2));
-  txtScanrate.SetText(PlainNumber(preset.CVScanrate));
-  txtCycleNum.SetText(PlainNumber(preset.CVCyclenum));
-  txtRetainTime.SetText(PlainNumber(preset.CVRetainTime));
+  ShowBoxes(Boxes());
   cbxReference.Select(preset.CVRef);
-  txtRPM.SetText(PlainNumber(preset.CVRPM));
-  txtSamplingrate.SetText(PlainNumber(preset.CVSamplingRate));
-  txtAccum.SetText(PlainNumber(preset.CVAccum));
 }
 
 void frmMeasureCV::StoreSettings() {
   CVPreset& preset = CurrentPreset();
   preset.CVTitle = txtCVTitle.text();
-  preset.CVXScale = NumberIn(txtXScale);
-  preset.CVYScale = NumberIn(txtYScale);
-  preset.CVV0 = NumberIn(txtVoltSetting[0]);
-  preset.CVV1 = NumberIn(txtVoltSetting[1]);
-  preset.CVV2 = NumberIn(txtVoltSetting[2]);
-  preset.CVScanrate = NumberIn(txtScanrate);
-  preset.CVCyclenum = ToLong(NumberIn(txtCycleNum));
-  preset.CVRetainTime = ToLong(NumberIn(txtRetainTime));
+  StoreBoxes(Boxes());
   // An index from a file that stands for nothing shows as no choice, and is kept.
   if (cbxReference.selected() >= 0) preset.CVRef = cbxReference.selected();
-  preset.CVRPM = ToLong(NumberIn(txtRPM));
-  preset.CVSamplingRate = NumberIn(txtSamplingrate);
-  preset.CVAccum = NumberIn(txtAccum);
 }
 
 std::int32_t frmMeasureCV::CompletePlan(SweepPlan& plan) {

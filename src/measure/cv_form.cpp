@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "core/palette.h"
-#include "measure/entries.h"
 #include "text/format.h"
 #include "text/number.h"
 
@@ -46,8 +45,9 @@ frmMeasureCV::frmMeasureCV(Workstation& workstation, Host& host, Instruments& in
       monitor_(picVMon, QBColor(kCurveColour)),
       plot_(host.desktop, "Graph1") {
   AttachSweep(CVTimer, OpnCVMeas);
-  WireBoxes({&txtCVTitle, &txtXScale, &txtYScale});
-  OnCommit({&txtCVNum}, [this] { SettingNum(txtCVNum.text()); });
+  OnCommit(Boxes(), [this] { LeaveBox(); });
+  OnCommit(txtCVTitle, [this] { LeaveBox(); });
+  OnCommit(txtCVNum, [this] { SettingNum(txtCVNum.text()); });
   UpDown2.on_up = [this] { StepPreset(1); };
   UpDown2.on_down = [this] { StepPreset(-1); };
   cmdClearVMon.on_click = [this] {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "graph/graph_view.h"
+#include "measure/entries.h"
 #include "measure/live_plot.h"
 #include "measure/sweep_form.h"
 #include "measure/voltage_monitor.h"
@@ -63,6 +64,8 @@ class frmMeasureCV : public SweepForm {
   void MonitorTick() override;
   void FinishRun() override;
 
+  // Those of the setting that is chosen.
+  SettingBoxes Boxes();
   void ShowSettings() override;
   void StoreSettings() override;
   void LimitEntries() override;

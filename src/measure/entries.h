@@ -3,9 +3,11 @@
 // What the boxes of the measurement windows have in common: how they are read, when an entry
 // counts, and how entries out of range are put right, silently.
 
+#include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <string>
+#include <variant>
+#include <vector>
 
 #include "host/controls.h"
 #include "text/number.h"
@@ -20,15 +22,43 @@ inline void ShowNumber(TextBox& box, double value) {
   box.SetText(PlainNumber(value));
 }
 
-// Calls `committed` when a person leaves one of the boxes or presses Enter in it.
-inline void OnCommit(std::initializer_list<TextBox*> boxes,
-                     const std::function<void()>& committed) {
-  for (TextBox* box : boxes) {
-    box->on_lost_focus = committed;
-    box->on_key = [committed](Key key) {
-      if (key.code == KeyCode::kEnter) committed();
-    };
+// Calls `committed` when a person leaves the box or presses Enter in it.
+inline void OnCommit(TextBox& box, const std::function<void()>& committed) {
+  box.on_lost_focus = committed;
+  box.on_key = [committed](Key key) {
+    if (key.code == KeyCode::kEnter) committed();
+  };
+}
+
+// A box and the number of the settings that it holds. A window lists them once, and shows, stores
+// and watches what it listed.
+struct SettingBox {
+  TextBox* box;
+  std::variant<double*, std::int32_t*> setting;
+};
+using SettingBoxes = std::vector<SettingBox>;
+
+inline void ShowBoxes(const SettingBoxes& boxes) {
+  for (const SettingBox& entry : boxes) {
+    std::visit([&](const auto* setting) { ShowNumber(*entry.box, *setting); }, entry.setting);
   }
+}
+
+inline void StoreNumber(double number, double& setting) {
+  setting = number;
+}
+inline void StoreNumber(double number, std::int32_t& setting) {
+  setting = ToLong(number);
+}
+
+inline void StoreBoxes(const SettingBoxes& boxes) {
+  for (const SettingBox& entry : boxes) {
+    std::visit([&](auto* setting) { StoreNumber(NumberIn(*entry.box), *setting); }, entry.setting);
+  }
+}
+
+inline void OnCommit(const SettingBoxes& boxes, const std::function<void()>& committed) {
+  for (const SettingBox& entry : boxes) OnCommit(*entry.box, committed);
 }
 
 // Readings averaged a point, cycles: below 1 becomes 1.

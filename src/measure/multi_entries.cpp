@@ -3,15 +3,12 @@
 
 #include <algorithm>
 
+#include "measure/entries.h"
 #include "measure/multi_form.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
-
-double NumberIn(const TextBox& box) {
-  return ParseLenient(box.text());
-}
 
 std::vector<std::string> InputNames() {
   std::vector<std::string> names;
@@ -26,23 +23,15 @@ bool IsInput(int input) {
   return input >= 0 && input < AnalogInput::kChannels;
 }
 
-// On leaving the box, and on Enter.
-void OnEntered(TextBox& box, const std::function<void()>& take) {
-  box.on_lost_focus = take;
-  box.on_key = [take](Key key) {
-    if (key.code == KeyCode::kEnter) take();
-  };
-}
-
 }  // namespace
 
 void frmMultipotentiostat::WireBoxes() {
   for (std::size_t channel = 0; channel < kChannels; ++channel) {
     cbxADCh[channel].on_select = [this, channel](int input) { MapInput(channel, input); };
-    OnEntered(txtScale[channel], [this, channel] { TakeScale(channel); });
+    OnCommit(txtScale[channel], [this, channel] { TakeScale(channel); });
   }
-  for (TextBox* box : {&txtAccum, &txtMaxTime}) OnEntered(*box, [this] { StoreEntries(); });
-  OnEntered(txtSamplingrate, [this] { LeaveSamplingRate(); });
+  for (TextBox* box : {&txtAccum, &txtMaxTime}) OnCommit(*box, [this] { StoreEntries(); });
+  OnCommit(txtSamplingrate, [this] { LeaveSamplingRate(); });
 }
 
 void frmMultipotentiostat::RestoreEntries() {
@@ -68,7 +57,7 @@ void frmMultipotentiostat::RestoreEntries() {
 
 void frmMultipotentiostat::StoreEntries() {
   Settings& settings = workstation().settings;
-  if (NumberIn(txtSamplingrate) <= 0) txtSamplingrate.SetText("0.1");
+  LimitToSomeRate(txtSamplingrate);
   settings.MMSamplingRate = NumberIn(txtSamplingrate);
   settings.MMAccum = NumberIn(txtAccum);
   settings.MMMaxTime = NumberIn(txtMaxTime);

@@ -1,7 +1,6 @@
 // What stands in the ring-disk window's boxes: its settings, the limits, the operations that macros
 // call, and the layout.
 
-#include "measure/entries.h"
 #include "measure/rde_form.h"
 #include "text/number.h"
 
@@ -13,41 +12,33 @@ void frmMeasureRDE::LimitEntries() {
   LimitToSomeRate(txtSamplingrate);
 }
 
+SettingBoxes frmMeasureRDE::Boxes() {
+  Settings& s = workstation().settings;
+  return {{&txtDiskXScale, &s.DiskXScale},
+          {&txtDiskYScale, &s.DiskYScale},
+          {&txtRingXScale, &s.RingXScale},
+          {&txtRingYScale, &s.RingYScale},
+          {&txtRPMScale, &s.RPMScale},
+          {&txtVoltSetting[0], &s.RDEV0},
+          {&txtVoltSetting[1], &s.RDEV1},
+          {&txtVoltSetting[2], &s.RDEV2},
+          {&txtScanrate, &s.RDEScanrate},
+          {&txtCycleNum, &s.RDECycleNum},
+          {&txtSamplingrate, &s.RDESamplingRate},
+          {&txtAccum, &s.RDEAccum},
+          {&txtRetainTime, &s.RDERetainTime},
+          {&txtRPM, &s.RDERPM}};
+}
+
 void frmMeasureRDE::ShowSettings() {
-  const Settings& s = settings();
-  ShowNumber(txtDiskXScale, s.DiskXScale);
-  ShowNumber(txtDiskYScale, s.DiskYScale);
-  ShowNumber(txtRingXScale, s.RingXScale);
-  ShowNumber(txtRingYScale, s.RingYScale);
-  ShowNumber(txtRPMScale, s.RPMScale);
-  ShowVoltages(s.RDEV0, s.RDEV1, s.RDEV2);
-  ShowNumber(txtScanrate, s.RDEScanrate);
-  ShowNumber(txtCycleNum, s.RDECycleNum);
-  ShowNumber(txtSamplingrate, s.RDESamplingRate);
-  ShowNumber(txtAccum, s.RDEAccum);
-  cbxReference.Select(s.RDERef);
-  ShowNumber(txtRetainTime, s.RDERetainTime);
-  ShowNumber(txtRPM, s.RDERPM);
+  ShowBoxes(Boxes());
+  cbxReference.Select(settings().RDERef);
 }
 
 void frmMeasureRDE::StoreSettings() {
-  Settings& s = workstation().settings;
-  s.DiskXScale = NumberIn(txtDiskXScale);
-  s.DiskYScale = NumberIn(txtDiskYScale);
-  s.RingXScale = NumberIn(txtRingXScale);
-  s.RingYScale = NumberIn(txtRingYScale);
-  s.RPMScale = NumberIn(txtRPMScale);
-  s.RDEV0 = NumberIn(txtVoltSetting[0]);
-  s.RDEV1 = NumberIn(txtVoltSetting[1]);
-  s.RDEV2 = NumberIn(txtVoltSetting[2]);
-  s.RDEScanrate = NumberIn(txtScanrate);
-  s.RDECycleNum = NumberIn(txtCycleNum);
-  s.RDESamplingRate = NumberIn(txtSamplingrate);
-  s.RDEAccum = NumberIn(txtAccum);
+  StoreBoxes(Boxes());
   // An index from a file that stands for nothing shows as no choice, and is kept.
-  if (cbxReference.selected() >= 0) s.RDERef = cbxReference.selected();
-  s.RDERetainTime = ToLong(NumberIn(txtRetainTime));
-  s.RDERPM = ToLong(NumberIn(txtRPM));
+  if (cbxReference.selected() >= 0) workstation().settings.RDERef = cbxReference.selected();
 }
 
 std::int32_t frmMeasureRDE::CompletePlan(SweepPlan& plan) {

@@ -54,7 +54,7 @@ frmMeasureRDE::frmMeasureRDE(Workstation& workstation, Host& host, Instruments& 
       disk_plot_(host.desktop, "Graph1"),
       ring_plot_(host.desktop, "Graph2") {
   AttachSweep(RDETimer, opnRDEMeas);
-  WireBoxes({&txtDiskXScale, &txtDiskYScale, &txtRingXScale, &txtRingYScale, &txtRPMScale});
+  OnCommit(Boxes(), [this] { LeaveBox(); });
   cmdClearMon.on_click = [this] {
     if (Measuring()) return;
     disk_monitor_.Clear();

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "graph/graph_view.h"
+#include "measure/entries.h"
 #include "measure/live_plot.h"
 #include "measure/sweep_form.h"
 #include "measure/voltage_monitor.h"
@@ -67,6 +68,7 @@ class frmMeasureRDE : public SweepForm {
   void MonitorTick() override;
   void FinishRun() override;
 
+  SettingBoxes Boxes();
   void ShowSettings() override;
   void StoreSettings() override;
   void LimitEntries() override;

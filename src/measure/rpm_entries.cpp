@@ -3,21 +3,24 @@
 
 #include <algorithm>
 
-#include "measure/entries.h"
 #include "measure/rpm_form.h"
 #include "text/number.h"
 
 namespace zento {
 
-void frmMeasureRPMvsj::WireBoxes() {
-  OnCommit({&txtXScale, &txtYScale, &txtRPMScale, &txtDiskXValue, &txtLimitRPM, &txtStartRPM,
-            &txtEndRPM, &txtSpeed, &txtRetainTime, &txtSamplingrate, &txtAccum},
-           [this] { LeaveBox(); });
+SettingBoxes frmMeasureRPMvsj::Boxes() {
+  Settings& s = workstation().settings;
+  return {{&txtXScale, &s.RPjXScale},        {&txtYScale, &s.RPjYScale},
+          {&txtRPMScale, &s.RPjRPMScale},    {&txtDiskXValue, &s.RPjDiskPotential},
+          {&txtLimitRPM, &s.RPjRPMLimit},    {&txtSamplingrate, &s.RPjSamplingRate},
+          {&txtAccum, &s.RPjAccum},          {&txtStartRPM, &s.RPjStartRPM},
+          {&txtEndRPM, &s.RPjEndRPM},        {&txtSpeed, &s.RPjSpeed},
+          {&txtRetainTime, &s.RPjRetainTime}};
 }
 
 void frmMeasureRPMvsj::LeaveBox() {
   LimitEntries();
-  StoreSettings();
+  StoreBoxes(Boxes());
   if (!Measuring()) RPjTimer.SetInterval(PeriodRounded(NumberIn(txtSamplingrate)));
 }
 
@@ -27,41 +30,15 @@ void frmMeasureRPMvsj::LimitEntries() {
 }
 
 void frmMeasureRPMvsj::ShowSettings() {
-  const Settings& s = settings();
-  ShowNumber(txtXScale, s.RPjXScale);
-  ShowNumber(txtYScale, s.RPjYScale);
-  ShowNumber(txtRPMScale, s.RPjRPMScale);
-  ShowNumber(txtDiskXValue, s.RPjDiskPotential);
-  ShowNumber(txtLimitRPM, s.RPjRPMLimit);
-  ShowNumber(txtSamplingrate, s.RPjSamplingRate);
-  ShowNumber(txtAccum, s.RPjAccum);
-  ShowNumber(txtStartRPM, s.RPjStartRPM);
-  ShowNumber(txtEndRPM, s.RPjEndRPM);
-  ShowNumber(txtSpeed, s.RPjSpeed);
-  ShowNumber(txtRetainTime, s.RPjRetainTime);
+  ShowBoxes(Boxes());
   // A settings file may hold anything, or nothing.
   LimitEntries();
-}
-
-void frmMeasureRPMvsj::StoreSettings() {
-  Settings& s = workstation().settings;
-  s.RPjXScale = NumberIn(txtXScale);
-  s.RPjYScale = NumberIn(txtYScale);
-  s.RPjRPMScale = NumberIn(txtRPMScale);
-  s.RPjDiskPotential = NumberIn(txtDiskXValue);
-  s.RPjRPMLimit = NumberIn(txtLimitRPM);
-  s.RPjSamplingRate = NumberIn(txtSamplingrate);
-  s.RPjAccum = NumberIn(txtAccum);
-  s.RPjStartRPM = NumberIn(txtStartRPM);
-  s.RPjEndRPM = NumberIn(txtEndRPM);
-  s.RPjSpeed = NumberIn(txtSpeed);
-  s.RPjRetainTime = NumberIn(txtRetainTime);
 }
 
 void frmMeasureRPMvsj::MakePlan() {
   target_.Commit();
   LimitEntries();
-  StoreSettings();
+  StoreBoxes(Boxes());
   const Settings& s = settings();
   plan_.mode = std::max(opnRPMvsj.selected(), 0);
   plan_.x_scale = s.RPjXScale;

@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "core/palette.h"
-#include "measure/entries.h"
 #include "text/format.h"
 #include "text/number.h"
 
@@ -77,7 +76,7 @@ frmMeasureRPMvsj::frmMeasureRPMvsj(Workstation& workstation, Host& host, Instrum
       monitor_(picVMon, QBColor(kCurveColour)),
       plot_(host.desktop, "Graph1") {
   Attach(RPjTimer, cmdStart);
-  WireBoxes();
+  OnCommit(Boxes(), [this] { LeaveBox(); });
   cmdStart.on_click = [this] { StartMeasurement(); };
   cmdStop.on_click = [this] { RequestStop(); };
   cmdClearVMon.on_click = [this] {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "graph/graph_view.h"
+#include "measure/entries.h"
 #include "measure/live_plot.h"
 #include "measure/run.h"
 #include "measure/voltage_monitor.h"
@@ -112,11 +113,10 @@ class frmMeasureRPMvsj : public MeasureForm {
   };
 
   // The entries, in rpm_entries.cpp.
-  void WireBoxes();
+  SettingBoxes Boxes();
   void LeaveBox();
   void LimitEntries();
   void ShowSettings();
-  void StoreSettings();
   void MakePlan();
 
   void Programme();

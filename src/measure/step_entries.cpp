@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "measure/entries.h"
 #include "measure/step_form.h"
 #include "text/number.h"
 
@@ -15,12 +14,20 @@ constexpr std::int32_t kLongestRetainTime = 999;
 
 }  // namespace
 
-void frmPotentialStep::WireBoxes() {
-  OnCommit(
-      {&txtXScale, &txtYScale, &txtRPMScale, &txtVoltSetting[0], &txtVoltSetting[1], &txtRetainTime,
-       &txtMaxTime, &txtCoulomb, &txtSamplingDivision, &txtAccum, &txtRPM, &txtInitSamplingRate},
-      [this] { LeaveBox(); });
-  chkGraphOn.on_click = [this](int) { StoreSettings(); };
+SettingBoxes frmPotentialStep::Boxes() {
+  Settings& s = workstation().settings;
+  return {{&txtXScale, &s.PSXScale},
+          {&txtYScale, &s.PSYScale},
+          {&txtRPMScale, &s.PSRPMScale},
+          {&txtVoltSetting[0], &s.PSV0},
+          {&txtVoltSetting[1], &s.PSV1},
+          {&txtRetainTime, &s.PSRetainTime},
+          {&txtMaxTime, &s.PSMaxTime},
+          {&txtCoulomb, &s.PSCoulomb},
+          {&txtInitSamplingRate, &s.PSInitSamplingRate},
+          {&txtSamplingDivision, &s.PSSamplinDivision},
+          {&txtAccum, &s.PSAccum},
+          {&txtRPM, &s.PSRPM}};
 }
 
 void frmPotentialStep::LeaveBox() {
@@ -35,39 +42,15 @@ void frmPotentialStep::LimitEntries() {
 }
 
 void frmPotentialStep::ShowSettings() {
-  const Settings& s = settings();
-  ShowNumber(txtXScale, s.PSXScale);
-  ShowNumber(txtYScale, s.PSYScale);
-  ShowNumber(txtRPMScale, s.PSRPMScale);
-  ShowNumber(txtVoltSetting[0], s.PSV0);
-  ShowNumber(txtVoltSetting[1], s.PSV1);
-  ShowNumber(txtRetainTime, s.PSRetainTime);
-  ShowNumber(txtMaxTime, s.PSMaxTime);
-  ShowNumber(txtCoulomb, s.PSCoulomb);
-  ShowNumber(txtInitSamplingRate, s.PSInitSamplingRate);
-  ShowNumber(txtSamplingDivision, s.PSSamplinDivision);
-  ShowNumber(txtAccum, s.PSAccum);
-  ShowNumber(txtRPM, s.PSRPM);
-  chkGraphOn.SetValue(s.PSGraphOn != 0 ? 1 : 0);
+  ShowBoxes(Boxes());
+  chkGraphOn.SetValue(settings().PSGraphOn != 0 ? 1 : 0);
   // A settings file may hold anything, or nothing.
   LimitEntries();
 }
 
 void frmPotentialStep::StoreSettings() {
-  Settings& s = workstation().settings;
-  s.PSXScale = NumberIn(txtXScale);
-  s.PSYScale = NumberIn(txtYScale);
-  s.PSRPMScale = NumberIn(txtRPMScale);
-  s.PSV0 = NumberIn(txtVoltSetting[0]);
-  s.PSV1 = NumberIn(txtVoltSetting[1]);
-  s.PSRetainTime = NumberIn(txtRetainTime);
-  s.PSMaxTime = NumberIn(txtMaxTime);
-  s.PSCoulomb = NumberIn(txtCoulomb);
-  s.PSInitSamplingRate = NumberIn(txtInitSamplingRate);
-  s.PSSamplinDivision = NumberIn(txtSamplingDivision);
-  s.PSAccum = NumberIn(txtAccum);
-  s.PSRPM = ToLong(NumberIn(txtRPM));
-  s.PSGraphOn = chkGraphOn.value() != 0 ? 1 : 0;
+  StoreBoxes(Boxes());
+  workstation().settings.PSGraphOn = chkGraphOn.value() != 0 ? 1 : 0;
 }
 
 void frmPotentialStep::MakePlan() {

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "core/palette.h"
-#include "measure/entries.h"
 #include "text/format.h"
 #include "text/number.h"
 
@@ -66,7 +65,8 @@ frmPotentialStep::frmPotentialStep(Workstation& workstation, Host& host, Instrum
       monitor_(picVMon, QBColor(kCurveColour)),
       plot_(host.desktop, "Graph1") {
   Attach(PSTimer, cmdStart);
-  WireBoxes();
+  OnCommit(Boxes(), [this] { LeaveBox(); });
+  chkGraphOn.on_click = [this](int) { StoreSettings(); };
   cmdStart.on_click = [this] { StartMeasurement(); };
   cmdStop.on_click = [this] { RequestStop(); };
   cmdClearVMon.on_click = [this] {

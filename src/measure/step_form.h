@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "graph/graph_view.h"
+#include "measure/entries.h"
 #include "measure/live_plot.h"
 #include "measure/run.h"
 #include "measure/voltage_monitor.h"
@@ -107,7 +108,7 @@ class frmPotentialStep : public MeasureForm {
   };
 
   // The entries, in step_entries.cpp.
-  void WireBoxes();
+  SettingBoxes Boxes();
   void LeaveBox();
   void LimitEntries();
   void ShowSettings();

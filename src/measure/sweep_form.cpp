@@ -60,14 +60,6 @@ void SweepForm::AttachSweep(Timer& timer, const OptionGroup& method) {
   cbxReference.on_select = [this](int) { StoreSettings(); };
 }
 
-void SweepForm::WireBoxes(std::initializer_list<TextBox*> own) {
-  const auto leave = [this] { LeaveBox(); };
-  OnCommit({&txtVoltSetting[0], &txtVoltSetting[1], &txtVoltSetting[2], &txtScanrate, &txtCycleNum,
-            &txtRetainTime, &txtRPM, &txtSamplingrate, &txtAccum},
-           leave);
-  OnCommit(own, leave);
-}
-
 // What is in the boxes belongs to the settings as soon as one of them is left.
 void SweepForm::LeaveBox() {
   LimitEntries();

@@ -84,8 +84,6 @@ class SweepForm : public MeasureForm {
   // What every sweep is started with, for the log.
   std::vector<RunParameter> SweepParameters() const;
 
-  // The boxes that a person leaves with an entry, beyond those of all sweeps.
-  void WireBoxes(std::initializer_list<TextBox*> own);
   // Puts entries out of range right and makes the entries the settings.
   void LeaveBox();
 
