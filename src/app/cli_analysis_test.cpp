@@ -6,14 +6,12 @@
 #include <cmath>
 #include <filesystem>
 #include <nlohmann/json.hpp>
-#include <random>
 #include <string>
 #include <vector>
 
-#include "app/cli.h"
 #include "core/track_file.h"
 #include "host/native/native_files.h"
-#include "host/path_text.h"
+#include "support/cli_fixture.h"
 
 namespace zento {
 namespace {
@@ -59,35 +57,10 @@ std::string SomeTracks() {
   return FormatTracks(tracks);
 }
 
-class CliAnalysisTest : public testing::Test {
+class CliAnalysisTest : public CliFixture {
  protected:
-  void SetUp() override {
-    folder_ =
-        fs::path(testing::TempDir()) / ("zento-analysis-" + std::to_string(std::random_device()()));
-    fs::create_directories(folder_);
-    Write("some.znt", SomeTracks());
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  int Run(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "zento-cli");
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    const int status = RunCli(arguments);
-    std::fflush(stdout);
-    out_ = testing::internal::GetCapturedStdout();
-    err_ = testing::internal::GetCapturedStderr();
-    return status;
-  }
-  std::string In(const char* name) const { return TextFromPath(folder_ / PathFromText(name)); }
-  void Write(const char* name, const std::string& text) {
-    ASSERT_TRUE(NativeFiles().Replace(In(name), text).ok());
-  }
+  CliAnalysisTest() { Write("some.znt", SomeTracks()); }
   json Json() const { return json::parse(out_); }
-
-  fs::path folder_;
-  std::string out_;
-  std::string err_;
 };
 
 TEST_F(CliAnalysisTest, PrintsTheReportAndNothingElse) {

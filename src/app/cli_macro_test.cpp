@@ -6,15 +6,12 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "app/cli.h"
 #include "core/track_file.h"
-#include "host/native/native_files.h"
-#include "host/path_text.h"
+#include "support/cli_fixture.h"
 
 namespace zento {
 namespace {
@@ -28,32 +25,11 @@ constexpr char kShortCV[] =
     "CV.RecordTrack 3\r\nCV.Title couple\r\nCV.Voltage -0.1 0.6 -0.1\r\nCV.RetainTime 1\r\n"
     "CV.Scanrate 200\r\nCV.Repeat 1\r\nCV.SamplingRate 5\r\nCV.Accumlation 5\r\nCV.Start\r\n";
 
-class CliMacroTest : public testing::Test {
+class CliMacroTest : public CliFixture {
  protected:
-  void SetUp() override {
-    folder_ =
-        fs::path(testing::TempDir()) / ("zento-macro-" + std::to_string(std::random_device()()));
-    fs::create_directories(folder_);
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  std::string In(const char* name) const { return TextFromPath(folder_ / PathFromText(name)); }
-  void Write(const char* name, const std::string& text) {
-    ASSERT_TRUE(NativeFiles().Replace(In(name), text).ok());
-  }
-  std::string Text(const char* name) const {
-    const auto text = NativeFiles().Read(folder_ / PathFromText(name));
-    return text.ok() ? text.value() : "";
-  }
   int Cli(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {"zento-cli", "--home", In("home")});
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    const int status = RunCli(arguments);
-    std::fflush(stdout);
-    out_ = testing::internal::GetCapturedStdout();
-    err_ = testing::internal::GetCapturedStderr();
-    return status;
+    arguments.insert(arguments.begin(), {"--home", In("home")});
+    return CliFixture::Run(arguments);
   }
   // Runs a macro with this text on the bench.
   int Run(const std::string& macro, std::vector<std::string> more = {}) {
@@ -63,13 +39,9 @@ class CliMacroTest : public testing::Test {
   }
   TrackStore Tracks(const char* name) const {
     TrackStore tracks;
-    EXPECT_TRUE(ReadTracks(Text(name), tracks).complete()) << name;
+    EXPECT_TRUE(ReadTracks(Bytes(name), tracks).complete()) << name;
     return tracks;
   }
-
-  fs::path folder_;
-  std::string out_;
-  std::string err_;
 };
 
 TEST_F(CliMacroTest, SavesTracksCopiesTheLogAndTellsItsProgress) {
@@ -82,8 +54,8 @@ TEST_F(CliMacroTest, SavesTracksCopiesTheLogAndTellsItsProgress) {
   EXPECT_THAT(err_, HasSubstr("line 9: Cyclic voltammetry ended: the planned time is over; "));
   EXPECT_THAT(err_, HasSubstr("line 11: mail kept: in virtual time none is sent"));
   EXPECT_THAT(err_, EndsWith("zento-cli: Finished\n"));
-  EXPECT_THAT(Text("log.txt"), HasSubstr("Mail to a@example.org sent"));
-  EXPECT_EQ(Text("log.txt"), Text("home/Run log.txt"));
+  EXPECT_THAT(Bytes("log.txt"), HasSubstr("Mail to a@example.org sent"));
+  EXPECT_EQ(Bytes("log.txt"), Bytes("home/Run log.txt"));
   EXPECT_FALSE(fs::exists(folder_ / "home" / "Rescued tracks 1.znt"));
 }
 
@@ -168,7 +140,7 @@ TEST_F(CliMacroTest, TheExampleNightRecordsWhatTheCellDoes) {
   EXPECT_EQ(tracks.Record(6).Mode, kModeRPMvsj);
   EXPECT_GT(tracks.Record(6).pnum, 80);
 
-  const std::string log = Text("home/Run log.txt");
+  const std::string log = Bytes("home/Run log.txt");
   EXPECT_THAT(log, HasSubstr("BEGIN Macro night.zmc"));
   EXPECT_THAT(log, HasSubstr("Mail to ann@example.org sent"));
   EXPECT_THAT(log, HasSubstr("END Macro night.zmc: Finished"));

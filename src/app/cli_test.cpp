@@ -4,15 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "core/settings_table.h"
 #include "core/track_file.h"
 #include "host/native/home_lock.h"
-#include "host/native/native_files.h"
 #include "host/path_text.h"
+#include "support/cli_fixture.h"
 #include "text/lines.h"
 
 namespace zento {
@@ -22,34 +21,7 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-class CliTest : public testing::Test {
- protected:
-  void SetUp() override {
-    folder_ =
-        fs::path(testing::TempDir()) / ("zento-cli-" + std::to_string(std::random_device()()));
-    fs::create_directories(folder_);
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  int Run(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "zento-cli");
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    const int status = RunCli(arguments);
-    std::fflush(stdout);
-    out_ = testing::internal::GetCapturedStdout();
-    err_ = testing::internal::GetCapturedStderr();
-    return status;
-  }
-  std::string In(const char* name) const { return TextFromPath(folder_ / PathFromText(name)); }
-  void Write(const char* name, const std::string& text) {
-    ASSERT_TRUE(NativeFiles().Replace(In(name), text).ok());
-  }
-
-  fs::path folder_;
-  std::string out_;
-  std::string err_;
-};
+using CliTest = CliFixture;
 
 TEST_F(CliTest, AScriptMustSayWhatItRunsOnAndNeverGetsADifferentBench) {
   Write("s.zsc", "open frmPower\n");

@@ -8,16 +8,14 @@
 #include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <random>
 #include <string>
 #include <vector>
 
 #include "analysis/savitzky_golay.h"
-#include "app/cli.h"
 #include "app/home_setup.h"
 #include "core/track_file.h"
 #include "host/native/native_files.h"
-#include "host/path_text.h"
+#include "support/cli_fixture.h"
 #include "text/number.h"
 
 namespace zento {
@@ -28,17 +26,14 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-class CliTracksTest : public testing::Test {
+class CliTracksTest : public CliFixture {
  protected:
-  void SetUp() override {
-    folder_ =
-        fs::path(testing::TempDir()) / ("zento-tracks-" + std::to_string(std::random_device()()));
+  CliTracksTest() {
     fs::create_directories(folder_ / "below");
     WriteTrack("a.znt", 3, "Pt in 0.1M HClO4", kModeCV, 0, 50);
     WriteTrack("b.znt", 7, "Pt/C, rotating", kModeRDE, 1600, 10);
     WriteTrack("below/c.znt", 0, "Pt below", kModeCV, 0, 100);
   }
-  void TearDown() override { fs::remove_all(folder_); }
 
   void WriteTrack(const char* name, int track, const char* title, Mode mode, double rpm,
                   double scan_rate) {
@@ -55,29 +50,12 @@ class CliTracksTest : public testing::Test {
       tracks.SetValue(1, track, i, 1e-6 / (i + 3));
       tracks.SetValue(2, track, i, 1e-7 * i);
     }
-    ASSERT_TRUE(NativeFiles().Replace(folder_ / name, FormatTracks(tracks)).ok());
+    Write(name, FormatTracks(tracks));
   }
-  int Run(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "zento-cli");
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    const int status = RunCli(arguments);
-    std::fflush(stdout);
-    out_ = testing::internal::GetCapturedStdout();
-    err_ = testing::internal::GetCapturedStderr();
-    return status;
-  }
-  std::string In(const char* name) const { return TextFromPath(folder_ / PathFromText(name)); }
-  std::string Bytes(const char* name) const { return NativeFiles().Read(In(name)).value(); }
-  bool IsThere(const char* name) const { return fs::exists(folder_ / name); }
   std::string Table(const std::string& file, const char* track) {
     EXPECT_EQ(Run({"table", file, "--track", track, "--headings"}), kExitOk) << err_;
     return out_;
   }
-
-  fs::path folder_;
-  std::string out_;
-  std::string err_;
 };
 
 TEST_F(CliTracksTest, CsvHasUnits) {
