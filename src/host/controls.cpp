@@ -153,22 +153,30 @@ Status Button::UserClick() {
   return Status::Ok();
 }
 
-void OptionGroup::Select(int index) {
-  if (index < 0 || index >= static_cast<int>(captions_.size())) index = -1;
+bool Choice::Holds(int index) const {
+  return index >= 0 && index < static_cast<int>(items_.size());
+}
+
+void Choice::SetItems(std::vector<std::string> items) {
+  items_ = std::move(items);
+  if (!Holds(selected_)) selected_ = -1;
+  Changed();
+}
+
+void Choice::Select(int index) {
+  if (!Holds(index)) index = -1;
   if (index == selected_) return;
   selected_ = index;
   Changed();
 }
 
-Status OptionGroup::UserSet(const std::string& index) {
+Status Choice::UserSet(const std::string& index) {
   const auto chosen = Index(index);
   return chosen ? UserChoose(*chosen) : BadIndex(*this, index);
 }
 
-Status OptionGroup::UserChoose(int index) {
-  if (index < 0 || index >= static_cast<int>(captions_.size())) {
-    return BadIndex(*this, std::to_string(index));
-  }
+Status Choice::UserChoose(int index) {
+  if (!Holds(index)) return BadIndex(*this, std::to_string(index));
   Select(index);
   if (on_select) on_select(index);
   return Status::Ok();
@@ -199,33 +207,6 @@ Status CheckBox::UserSet(const std::string& value) {
 
 Status CheckBox::UserClick() {
   return UserSet(value_ == 0 ? "1" : "0");
-}
-
-void ComboBox::SetItems(std::vector<std::string> items) {
-  items_ = std::move(items);
-  if (selected_ >= static_cast<int>(items_.size())) selected_ = -1;
-  Changed();
-}
-
-void ComboBox::Select(int index) {
-  if (index < 0 || index >= static_cast<int>(items_.size())) index = -1;
-  if (index == selected_) return;
-  selected_ = index;
-  Changed();
-}
-
-Status ComboBox::UserSet(const std::string& index) {
-  const auto chosen = Index(index);
-  return chosen ? UserChoose(*chosen) : BadIndex(*this, index);
-}
-
-Status ComboBox::UserChoose(int index) {
-  if (index < 0 || index >= static_cast<int>(items_.size())) {
-    return BadIndex(*this, std::to_string(index));
-  }
-  Select(index);
-  if (on_select) on_select(index);
-  return Status::Ok();
 }
 
 Status UpDown::UserStep(int direction) {
@@ -324,39 +305,12 @@ Status MenuEntry::UserClick() {
   return Status::Ok();
 }
 
-void ListBox::SetItems(std::vector<std::string> items) {
-  items_ = std::move(items);
-  if (selected_ >= static_cast<int>(items_.size())) selected_ = -1;
-  Changed();
-}
-
-void ListBox::Select(int index) {
-  if (index < 0 || index >= static_cast<int>(items_.size())) index = -1;
-  if (index == selected_) return;
-  selected_ = index;
-  Changed();
-}
-
 std::string ListBox::Value() const {
-  return selected_ < 0 ? std::string() : items_[static_cast<std::size_t>(selected_)];
-}
-
-Status ListBox::UserSet(const std::string& index) {
-  const auto chosen = Index(index);
-  return chosen ? UserChoose(*chosen) : BadIndex(*this, index);
+  return selected() < 0 ? std::string() : items()[static_cast<std::size_t>(selected())];
 }
 
 Status ListBox::UserKey(Key key) {
-  if (key.code == KeyCode::kEnter && selected_ >= 0) return UserOpen(selected_);
-  return Status::Ok();
-}
-
-Status ListBox::UserChoose(int index) {
-  if (index < 0 || index >= static_cast<int>(items_.size())) {
-    return BadIndex(*this, std::to_string(index));
-  }
-  Select(index);
-  if (on_select) on_select(index);
+  if (key.code == KeyCode::kEnter && selected() >= 0) return UserOpen(selected());
   return Status::Ok();
 }
 

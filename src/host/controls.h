@@ -125,26 +125,40 @@ class Button : public Control {
   std::string caption_;
 };
 
-// Option buttons of which one is chosen; the index is the stored value, -1 while none is.
-class OptionGroup : public Control {
+// Texts of which one is chosen; the index is the stored value, -1 while none is.
+class Choice : public Control {
  public:
-  OptionGroup(Form& form, std::string name, std::vector<std::string> captions, int selected = -1)
-      : Control(form, std::move(name)), captions_(std::move(captions)), selected_(selected) {}
-  ControlKind Kind() const override { return ControlKind::kOptionGroup; }
-  const std::vector<std::string>& captions() const { return captions_; }
+  const std::vector<std::string>& items() const { return items_; }
   int selected() const { return selected_; }
-  // An index outside the captions selects none. Runs no handler.
+  // An index outside the items selects none. Runs no handler.
   void Select(int index);
   std::string Value() const override { return std::to_string(selected_); }
 
   std::function<void(int)> on_select;
-  // Choosing the option that is already chosen runs the handler too, as a click does.
+  // Choosing what is already chosen runs the handler too, as a click does.
   Status UserSet(const std::string& index) override;
   Status UserChoose(int index);
 
+ protected:
+  // Keeps the choice where the new items have its index.
+  void SetItems(std::vector<std::string> items);
+
+  Choice(Form& form, std::string name, int index, std::vector<std::string> items = {},
+         int selected = -1)
+      : Control(form, std::move(name), index), items_(std::move(items)), selected_(selected) {}
+
  private:
-  std::vector<std::string> captions_;
+  bool Holds(int index) const;
+  std::vector<std::string> items_;
   int selected_;
+};
+
+// Option buttons; the items are their captions.
+class OptionGroup : public Choice {
+ public:
+  OptionGroup(Form& form, std::string name, std::vector<std::string> captions, int selected = -1)
+      : Choice(form, std::move(name), -1, std::move(captions), selected) {}
+  ControlKind Kind() const override { return ControlKind::kOptionGroup; }
 };
 
 // 0 = clear, 1 = checked, 2 = greyed.
@@ -170,25 +184,12 @@ class CheckBox : public Control {
   int value_ = 0;
 };
 
-class ComboBox : public Control {
+class ComboBox : public Choice {
  public:
   explicit ComboBox(Form& form, std::string name, int index = -1)
-      : Control(form, std::move(name), index) {}
+      : Choice(form, std::move(name), index) {}
   ControlKind Kind() const override { return ControlKind::kComboBox; }
-  const std::vector<std::string>& items() const { return items_; }
-  void SetItems(std::vector<std::string> items);
-  int selected() const { return selected_; }
-  // An index outside the items selects none. Runs no handler.
-  void Select(int index);
-  std::string Value() const override { return std::to_string(selected_); }
-
-  std::function<void(int)> on_select;
-  Status UserSet(const std::string& index) override;
-  Status UserChoose(int index);
-
- private:
-  std::vector<std::string> items_;
-  int selected_ = -1;
+  using Choice::SetItems;
 };
 
 // A pair of arrows; the form decides what a step means and shows it in another control.
@@ -269,26 +270,17 @@ class MenuEntry : public Control {
 };
 
 // One choice out of a list, by row.
-class ListBox : public Control {
+class ListBox : public Choice {
  public:
-  ListBox(Form& form, std::string name) : Control(form, std::move(name)) {}
+  ListBox(Form& form, std::string name) : Choice(form, std::move(name), -1) {}
   ControlKind Kind() const override { return ControlKind::kListBox; }
-  const std::vector<std::string>& items() const { return items_; }
-  void SetItems(std::vector<std::string> items);
-  int selected() const { return selected_; }
-  void Select(int index);
+  using Choice::SetItems;
+  // The chosen text; empty while none is.
   std::string Value() const override;
 
-  std::function<void(int)> on_select;
   std::function<void(int)> on_open;  // double click, or Enter on the chosen row
-  Status UserSet(const std::string& index) override;
   Status UserKey(Key key) override;
-  Status UserChoose(int index);
   Status UserOpen(int index);
-
- private:
-  std::vector<std::string> items_;
-  int selected_ = -1;
 };
 
 class ProgressBar : public Control {

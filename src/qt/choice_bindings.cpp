@@ -50,7 +50,7 @@ OptionBinding::OptionBinding(OptionGroup& group, BindingContext& context)
   auto* rows = new QVBoxLayout(box_);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(4);
-  for (const std::string& caption : group.captions()) {
+  for (const std::string& caption : group.items()) {
     const int index = static_cast<int>(radios_.size());
     auto* radio = new QRadioButton(PlainCaption(caption));
     const QString name = ToQt(group.Address()) + QStringLiteral("(%1)").arg(index);
