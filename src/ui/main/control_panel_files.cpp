@@ -8,10 +8,11 @@
 namespace zento {
 namespace {
 
-FileQuestion TrackFileQuestion(bool save, std::string title) {
+FileQuestion TrackFileQuestion(bool save, std::string title, std::filesystem::path folder) {
   FileQuestion question;
   question.save = save;
   question.title = std::move(title);
+  question.folder = std::move(folder);
   question.description = "Track files";
   question.pattern = "*.znt";
   return question;
@@ -31,7 +32,7 @@ std::string Notice(const TrackFileLoad& load, const std::filesystem::path& path)
 
 void frmControlPanel::AskToOpen() {
   host().dialogs.AskFile(
-      TrackFileQuestion(false, "Open"),
+      TrackFileQuestion(false, "Open", recent_.Folder()),
       [&desktop = host().desktop](const std::optional<std::filesystem::path>& path) {
         frmControlPanel* panel = path ? In(desktop) : nullptr;
         if (panel != nullptr) panel->OpenFile(*path);
@@ -64,7 +65,7 @@ TrackFileLoad frmControlPanel::OpenFile(const std::filesystem::path& path) {
 }
 
 void frmControlPanel::AskToSave() {
-  FileQuestion question = TrackFileQuestion(true, "Save as");
+  FileQuestion question = TrackFileQuestion(true, "Save as", recent_.Folder());
   question.suggested = workstation_.FileTitle;
   host().dialogs.AskFile(
       question, [&desktop = host().desktop](const std::optional<std::filesystem::path>& path) {

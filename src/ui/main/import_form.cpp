@@ -9,6 +9,7 @@
 #include "host/path_text.h"
 #include "text/number.h"
 #include "ui/main/file_track_preview.h"
+#include "ui/main/recent_files.h"
 
 namespace zento {
 namespace {
@@ -23,7 +24,7 @@ constexpr int kDigits = 15;
 
 frmImportTrack::frmImportTrack(Workstation& workstation, Host& host, LastFolder last)
     : Form(host, kName, "Import Track"),
-      lists(*this, std::move(last), workstation.home),
+      lists(*this, std::move(last), TrackFolder(host.files, workstation.home)),
       fgcDataSheet(*this, "fgcDataSheet", kRows, kColumnCount),
       PrevGraph(*this, "PrevGraph"),
       lblNotice(*this, "lblNotice"),

@@ -63,10 +63,19 @@ Status RecentFiles::Remove(const std::filesystem::path& path) {
   return Write();
 }
 
+std::filesystem::path RecentFiles::Folder() const {
+  return paths_.empty() ? std::filesystem::path() : paths_.front().parent_path();
+}
+
 Status RecentFiles::Write() const {
   std::string text;
   for (const std::filesystem::path& path : paths_) text += TextFromPath(path) + "\r\n";
   return files_.Replace(file_, EncodeText(text)).Within("remember the last files");
+}
+
+std::filesystem::path TrackFolder(Files& files, const std::filesystem::path& home) {
+  const std::filesystem::path folder = RecentFiles(files, home).Folder();
+  return !folder.empty() && files.ListFolder(folder).ok() ? folder : home;
 }
 
 std::string RecentCaption(std::size_t place, const std::filesystem::path& path) {

@@ -21,6 +21,8 @@ class RecentFiles {
   RecentFiles(Files& files, const std::filesystem::path& home);
 
   const std::vector<std::filesystem::path>& paths() const { return paths_; }
+  // Where the first one lies; empty when there is none.
+  std::filesystem::path Folder() const;
   // Makes a file the first one. A relative path counts from the current folder. What fails is the
   // remembering: the list itself has changed all the same.
   Status Add(const std::filesystem::path& path);
@@ -33,6 +35,10 @@ class RecentFiles {
   std::filesystem::path file_;
   std::vector<std::filesystem::path> paths_;
 };
+
+// Where a window that looks for track files begins: in the folder of the file opened or saved last,
+// else in the home.
+std::filesystem::path TrackFolder(Files& files, const std::filesystem::path& home);
 
 // "1 name - folder" for the file at a place from 0 on; of a long folder the end, behind "...".
 std::string RecentCaption(std::size_t place, const std::filesystem::path& path);

@@ -11,6 +11,7 @@
 #include "host/path_text.h"
 #include "text/number.h"
 #include "ui/main/file_track_preview.h"
+#include "ui/main/recent_files.h"
 
 namespace zento {
 namespace {
@@ -53,7 +54,7 @@ std::string Counted(std::size_t count, const char* what) {
 
 frmSearchTrack::frmSearchTrack(Workstation& workstation, Host& host, LastFolder last)
     : Form(host, kName, "Search Track"),
-      lists(*this, std::move(last), workstation.home),
+      lists(*this, std::move(last), TrackFolder(host.files, workstation.home)),
       chkSubfolders(*this, "chkSubfolders", "Include subfolders"),
       opnTitle(*this, "opnTitle", "Title"),
       KeyWords(*this, "KeyWords"),

@@ -64,6 +64,15 @@ class SearchFormTest : public testing::Test {
   MainRig rig_;
 };
 
+TEST_F(SearchFormTest, LooksFirstWhereTheLastTrackFileLies) {
+  rig_.Panel().OpenFile("/data/sub/deep.znt");
+  EXPECT_EQ(Window().lists.folder(), "/data/sub");
+  ASSERT_TRUE(rig_.Click("mnuSaveAs").ok());
+  ASSERT_EQ(rig_.machine.dialogs.file_questions.size(), 1u);
+  EXPECT_EQ(rig_.machine.dialogs.file_questions[0].folder, "/data/sub");
+  EXPECT_EQ(rig_.machine.dialogs.file_questions[0].suggested, "deep.znt");
+}
+
 TEST_F(SearchFormTest, WithoutCriteriaEveryTrackOfEveryTrackFileInTheFolderIsFound) {
   frmSearchTrack& window = Window();
   EXPECT_EQ(window.lists.File1.items(),
