@@ -22,9 +22,13 @@ std::size_t Mix(std::size_t hash, std::string_view bytes) {
   return (hash ^ std::hash<std::string_view>()(bytes)) * 0x9E3779B97F4A7C15U;
 }
 
+// -0.0 and 0.0 differ, and a NaN is the same as itself: these are bits that are put back.
+std::string_view BitsOf(const std::vector<double>& values) {
+  return {reinterpret_cast<const char*>(values.data()), values.size() * sizeof(double)};
+}
+
 template <typename Number>
 std::size_t Mix(std::size_t hash, const Number& number) {
-  // -0.0 and 0.0 differ, as they should: these are bits that are put back.
   return Mix(hash, std::string_view(reinterpret_cast<const char*>(&number), sizeof number));
 }
 
@@ -60,9 +64,7 @@ TrackHistory::Slot TrackHistory::Copy(const TrackStore& tracks, int track) {
 std::size_t TrackHistory::Fingerprint(const TrackStore& tracks, int track) {
   std::size_t hash = FingerprintOf(tracks.Record(track));
   for (int column = 0; column < kTrackColumns; ++column) {
-    const std::vector<double>& values = tracks.Column(column, track);
-    hash = Mix(hash, std::string_view(reinterpret_cast<const char*>(values.data()),
-                                      values.size() * sizeof(double)));
+    hash = Mix(hash, BitsOf(tracks.Column(column, track)));
   }
   return hash;
 }
@@ -80,9 +82,12 @@ std::size_t TrackHistory::BytesOf(const Steps& steps) {
 }
 
 bool TrackHistory::Differs(const Slot& slot, const TrackStore& tracks, int track) {
-  if (slot.record != tracks.Record(track)) return true;
+  if (FingerprintOf(slot.record) != FingerprintOf(tracks.Record(track))) return true;
   for (int column = 0; column < kTrackColumns; ++column) {
-    if (slot.columns[static_cast<std::size_t>(column)] != tracks.Column(column, track)) return true;
+    if (BitsOf(slot.columns[static_cast<std::size_t>(column)]) !=
+        BitsOf(tracks.Column(column, track))) {
+      return true;
+    }
   }
   return false;
 }

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+#include <limits>
 #include <string>
 
 #include "core/track_file.h"
@@ -65,6 +67,16 @@ TEST_F(TrackHistoryTest, WhatChangesNothingIsNoStep) {
   Fill(0, 1);
   Step("Edit", 0, 1);
   EXPECT_EQ(ws.history.UndoName(), "");
+  ws.tracks.SetValue(1, 0, 0, std::numeric_limits<double>::quiet_NaN());
+  Step("Edit", 0, std::numeric_limits<double>::quiet_NaN());
+  EXPECT_EQ(ws.history.UndoName(), "");
+}
+
+TEST_F(TrackHistoryTest, TheSignOfAZeroIsPutBack) {
+  Fill(0, 0);
+  Step("Basic operation", 0, -0.0);
+  EXPECT_TRUE(Undo());
+  EXPECT_FALSE(std::signbit(First(0)));
 }
 
 TEST_F(TrackHistoryTest, ChangesWithinAChangeAreOneStep) {
