@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 
 #include "core/rescue.h"
@@ -43,6 +44,48 @@ TEST_F(MainProgramTest, FurnishesAFreshHomeSoThatEveryDeviceOfTheBenchWorks) {
     EXPECT_NE(machine_.desktop.Show(form), nullptr) << form;
   }
   EXPECT_TRUE(machine_.dialogs.messages.empty());
+}
+
+// Macros, scripts and accessibility tools know nothing of a control but its name.
+TEST_F(MainProgramTest, EveryControlOfEveryWindowIsFoundByItsName) {
+  MainProgram program(machine_.host, Simulated());
+  ASSERT_TRUE(program.Start().ok());
+  for (const char* name : {"frmControlPanel",
+                           "frmImportTrack",
+                           "frmSearchTrack",
+                           "frmReplaceTitle",
+                           "frmSpecialCopy",
+                           "frmEditTracks",
+                           "frmEditATrack",
+                           "frmBasicOperations",
+                           "frmMeasureCV",
+                           "frmMeasureRDE",
+                           "frmPotentialStep",
+                           "frmMeasureRPMvsj",
+                           "frmFFTFilter",
+                           "frmSmoothing",
+                           "frmCalculation",
+                           "frmKoutecky_Levich",
+                           "frmO2Reduction",
+                           "frmCottrellEquation",
+                           "frmCoulombCalculator",
+                           "frmTafelAnalyzer",
+                           "frmPower",
+                           "frmMacro",
+                           "frmAdjustRPM",
+                           "frmSettings",
+                           "frmMultipotentiostat"}) {
+    const Form* const form = machine_.desktop.Show(name);
+    ASSERT_NE(form, nullptr) << name;
+    std::map<std::string, int> of_name;
+    for (const Control* control : form->controls()) ++of_name[control->name()];
+    for (const Control* control : form->controls()) {
+      EXPECT_EQ(form->Find(control->name(), control->index()), control)
+          << name << "." << control->Address() << " twice";
+      EXPECT_TRUE(of_name[control->name()] > 1 || control->index() < 0)
+          << name << "." << control->Address();
+    }
+  }
 }
 
 TEST_F(MainProgramTest, LeavesAFurnishedHomeAsItIs) {

@@ -59,7 +59,7 @@ frmEditATrack::frmEditATrack(Workstation& workstation, Host& host)
       mnuDelete(*this, "mnuDelete", "Edit", "Delete"),
       mnuBasicOperations(*this, "mnuBasicOperations", "Edit", "Basic Operations"),
       lblTrack(*this, "lblTrack"),
-      cbxCycleNum(*this, "cbxCycleNum", {}),
+      cbxCycleNum(*this, "cbxCycleNum"),
       txtEdit(*this, "txtEdit"),
       DataGrid(*this, "DataGrid", txtEdit),
       PrevGraph(*this, "PrevGraph", {480, 400}),
