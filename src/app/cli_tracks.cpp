@@ -19,6 +19,7 @@
 #include "app/transform_job.h"
 #include "core/tables.h"
 #include "host/path_text.h"
+#include "text/codepage.h"
 #include "text/number.h"
 
 namespace zento {
@@ -66,7 +67,7 @@ int Paste(const Call& call, const ProgramOptions& options) {
   auto text = call.from == "-" ? ReadStandardInput() : files.Read(PathFromText(call.from));
   if (!text.ok()) return FailWith(text.status());
   return Tell(PasteIntoFile(
-      {PathFromText(call.file), options.home(), std::move(text.value()), call.track, SaveOf(call)},
+      {PathFromText(call.file), options.home(), DecodeFile(text.value()), call.track, SaveOf(call)},
       files));
 }
 

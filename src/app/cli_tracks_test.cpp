@@ -24,6 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 class CliTracksTest : public CliFixture {
@@ -132,6 +133,8 @@ TEST_F(CliTracksTest, SearchRefusesWhatMakesNoSense) {
   EXPECT_THAT(out_, IsEmpty());
   EXPECT_EQ(Run({"search", In(""), "--rpm", "fast"}), kExitFailure);
   EXPECT_THAT(err_, HasSubstr("--rpm: 'fast' is not a number"));
+  EXPECT_EQ(Run({"search", In("a.znt")}), kExitFailure);
+  EXPECT_THAT(err_, Not(HasSubstr("o such file"))) << "it is there, but no folder";
   EXPECT_EQ(Run({"search", In(""), "--mode", "cv"}), kExitFailure);
   EXPECT_THAT(err_, HasSubstr("is not one of CV RDE PS"));
   EXPECT_EQ(Run({"search", In("none")}), kExitFailure);
@@ -281,7 +284,7 @@ TEST_F(CliTransformTest, TableAsTheEditMenuCopiesIt) {
 
 TEST_F(CliTransformTest, WhatTableCopiesPastePutsBack) {
   EXPECT_EQ(Run({"table", In("hum.znt"), "--track", "4", "--as", "all"}), kExitOk);
-  ASSERT_TRUE(NativeFiles().Replace(folder_ / "copy.txt", out_).ok());
+  Write("copy.txt", "\xEF\xBB\xBF" + out_);  // as spreadsheets begin a file
   EXPECT_EQ(Run({"paste", In("hum.znt"), "--track", "11", "--from", In("copy.txt"), "--save",
                  In("out.znt")}),
             kExitOk)
@@ -290,7 +293,7 @@ TEST_F(CliTransformTest, WhatTableCopiesPastePutsBack) {
   const std::string again = out_;
   EXPECT_EQ(Run({"table", In("hum.znt"), "--track", "4", "--as", "data"}), kExitOk);
   EXPECT_EQ(again, out_);
-  ASSERT_TRUE(NativeFiles().Replace(folder_ / "copy.txt", "1\t2\r\n").ok());
+  Write("copy.txt", "1\t2\r\n");
   EXPECT_EQ(Run({"paste", In("hum.znt"), "--track", "11", "--from", In("copy.txt"), "--save",
                  In("none.znt")}),
             kExitFailure);

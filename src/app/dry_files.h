@@ -50,7 +50,8 @@ class DryFiles : public Files {
   Result<std::vector<FolderEntry>> ListFolder(const std::filesystem::path& path) override {
     auto kept = kept_.ListFolder(path);
     auto real = real_.ListFolder(path);
-    if (!kept.ok() || !real.ok()) return real.ok() ? std::move(real) : std::move(kept);
+    if (!kept.ok()) return real;
+    if (!real.ok()) return kept;
     for (FolderEntry& entry : real.value()) {
       const auto same = [&](const FolderEntry& other) { return other.name == entry.name; };
       if (std::none_of(kept->begin(), kept->end(), same)) kept->push_back(std::move(entry));

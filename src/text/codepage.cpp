@@ -101,8 +101,13 @@ void AppendUtf8(std::string& out, char32_t c) {
   } else if (c < 0x800) {
     out += static_cast<char>(0xC0 | c >> 6);
     out += static_cast<char>(0x80 | (c & 0x3F));
-  } else {  // the code page reaches no further than U+FFFF
+  } else if (c < 0x10000) {
     out += static_cast<char>(0xE0 | c >> 12);
+    out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else {
+    out += static_cast<char>(0xF0 | c >> 18);
+    out += static_cast<char>(0x80 | (c >> 12 & 0x3F));
     out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
     out += static_cast<char>(0x80 | (c & 0x3F));
   }
@@ -161,6 +166,31 @@ bool IsUtf8Line(std::string_view line) {
   return whole && (good == line.size() || !ended) && IsPlainlyUtf8(line.substr(0, good));
 }
 
+// As spreadsheets save "Unicode text". A lone surrogate becomes U+FFFD, a last odd byte as well.
+std::string DecodeUtf16(std::string_view bytes, bool low_byte_first) {
+  const auto unit = [&](std::size_t at) -> char32_t {
+    const unsigned first = ByteAt(bytes, at), second = ByteAt(bytes, at + 1);
+    return low_byte_first ? second << 8 | first : first << 8 | second;
+  };
+  std::string out;
+  out.reserve(bytes.size() / 2 + bytes.size() / 8);
+  std::size_t at = 0;
+  for (; at + 1 < bytes.size(); at += 2) {
+    char32_t c = unit(at);
+    const bool high = c >= 0xD800 && c < 0xDC00;
+    const char32_t low = high && at + 3 < bytes.size() ? unit(at + 2) : 0;
+    if (low >= 0xDC00 && low < 0xE000) {
+      c = 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
+      at += 2;
+    } else if (c >= 0xD800 && c < 0xE000) {
+      c = kReplacement;
+    }
+    AppendUtf8(out, c);
+  }
+  if (at < bytes.size()) out += kReplacementUtf8;
+  return out;
+}
+
 }  // namespace
 
 bool IsValidUtf8(std::string_view bytes) {
@@ -201,6 +231,8 @@ std::string DecodeMixed(std::string_view bytes) {
 }
 
 std::string DecodeFile(std::string_view bytes) {
+  if (bytes.starts_with("\xFF\xFE")) return DecodeUtf16(bytes.substr(2), true);
+  if (bytes.starts_with("\xFE\xFF")) return DecodeUtf16(bytes.substr(2), false);
   if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
   return IsValidUtf8(bytes) ? std::string(bytes) : DecodeMixed(bytes);
 }

@@ -19,9 +19,10 @@ std::string MakeValidUtf8(std::string_view bytes);
 // begins no character becomes U+FFFD; nothing else is swallowed with it.
 std::string DecodeCodePage932(std::string_view bytes);
 
-// The bytes of a file as text. A file that is valid UTF-8 is UTF-8 (a byte order mark is dropped),
-// any other one is code page 932. In such a file a line that is plainly UTF-8 is still read as
-// UTF-8, so that a cut-off tail or one damaged byte does not garble the titles elsewhere in it.
+// The bytes of a file as text. A file that is valid UTF-8 is UTF-8, one that begins with the byte
+// order mark of UTF-16 is that (the mark is dropped in both), any other one is code page 932. In
+// such a file a line that is plainly UTF-8 is still read as UTF-8, so that a cut-off tail or one
+// damaged byte does not garble the titles elsewhere in it.
 std::string DecodeFile(std::string_view bytes);
 
 // What DecodeFile does with bytes that are not valid UTF-8 as a whole, for callers who know that

@@ -65,6 +65,23 @@ TEST(DecodeFile, TellsUtf8FromTheCodePage) {
   EXPECT_EQ(DecodeFile("a\0b"s), "a\0b"s);
 }
 
+TEST(DecodeFile, ReadsWhatSpreadsheetsCallUnicodeText) {
+  EXPECT_EQ(DecodeFile("\xFF\xFE"
+                       "0\0\t\0\x78\x91\x3E\xD8\xEA\xDD"s),
+            "0\t酸\U0001F9EA");
+  EXPECT_EQ(DecodeFile("\xFE\xFF"
+                       "\0"
+                       "0\x91\x78\xD8\x3E\xDD\xEA"s),
+            "0酸\U0001F9EA");
+  // Half a pair, at the end and before something else, and half a unit.
+  EXPECT_EQ(DecodeFile("\xFF\xFE\x3E\xD8"
+                       "a\0\xEA\xDD\x3E\xD8"s),
+            kReplacement + "a"s + kReplacement + kReplacement);
+  EXPECT_EQ(DecodeFile("\xFF\xFE"
+                       "a\0b"s),
+            "a" + std::string(kReplacement));
+}
+
 TEST(DecodeFile, KeepsTitlesReadableBesideDamage) {
   // A file in UTF-8 that was cut off in the middle of a character, and one with a bad byte.
   EXPECT_EQ(DecodeFile("Title=酸素\r\nTitle=還\xE5\x85"), "Title=酸素\r\nTitle=還"s + kReplacement);
