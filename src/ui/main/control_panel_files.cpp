@@ -56,6 +56,9 @@ TrackFileLoad frmControlPanel::OpenFile(const std::filesystem::path& path) {
   }
   std::string notice = Notice(load, path);
   if (rescued.value()) notice += " - unsaved before: " + TextFromPath(*rescued.value());
+  if (workstation_.running_flag != 0 || workstation_.macro_active) {
+    notice += " - what runs now will be stored among these tracks";
+  }
   lblNotice.SetText(std::move(notice));
   if (!load.complete()) return load;
   ShowCaption();

@@ -62,6 +62,13 @@ TEST_F(RecentAndDropped, TheLatestFileComesFirstAndOncePerFile) {
   EXPECT_EQ(Captions().size(), 3u);
 }
 
+TEST_F(RecentAndDropped, SaysWhereARunGoesThatOutlivesItsTracks) {
+  Write("/data/a.znt", "a");
+  ws.running_flag = -1;
+  Panel().FilesDropped({"/data/a.znt"});
+  EXPECT_THAT(Panel().lblNotice.text(), HasSubstr("what runs now will be stored among these"));
+}
+
 TEST_F(RecentAndDropped, TenAreKeptUntilTheNextStart) {
   for (int i = 0; i < 12; ++i) {
     const std::string path = "/data/" + std::to_string(i) + ".znt";
