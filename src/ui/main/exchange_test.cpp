@@ -207,6 +207,14 @@ TEST(PasteText, CellsThatAreNoNumbersAre0AndFurtherOnesAreDropped) {
   EXPECT_THAT(paste[2], ElementsAre(0, 0, 5, 6, 0));
 }
 
+TEST(PasteText, HasRoomForTheShortestLinesThereAre) {
+  std::string text = "7\t";
+  for (int i = 1; i < 1000; ++i) text += "\n7\t";
+  PasteOf paste(text);
+  EXPECT_EQ(paste.pasted.points, 1000);
+  EXPECT_GE(paste.tracks.Column(2, 3).size(), 1000u);
+}
+
 TEST(PasteText, FieldsKeepTheirValuesUntilALineReplacesThem) {
   TrackRecord before;
   before.Mode = kModePS;

@@ -111,7 +111,7 @@ class Paste {
   Paste(TrackStore& tracks, int track, std::size_t text_size) : record_(tracks.Record(track)) {
     record_.V.fill(0);
     record_.pnum = 0;
-    constexpr std::size_t kShortestLine = 4;  // two digits, a tab and an end
+    constexpr std::size_t kShortestLine = 3;  // a digit, a tab and an end; the last has none
     const std::size_t most =
         std::min(text_size / kShortestLine + 1, static_cast<std::size_t>(kMaxPoints));
     for (std::size_t column = 0; column < kCells; ++column) {
