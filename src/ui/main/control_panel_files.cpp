@@ -56,7 +56,8 @@ TrackFileLoad frmControlPanel::OpenFile(const std::filesystem::path& path) {
   }
   std::string notice = Notice(load, path);
   if (rescued.value()) notice += " - unsaved before: " + TextFromPath(*rescued.value());
-  if (workstation_.running_flag != 0 || workstation_.macro_active) {
+  const bool running = workstation_.running_flag != 0 || workstation_.macro_active;
+  if (running && load.outcome != TrackFileLoad::Outcome::kUnreadable) {
     notice += " - what runs now will be stored among these tracks";
   }
   lblNotice.SetText(std::move(notice));

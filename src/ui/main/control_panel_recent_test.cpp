@@ -11,6 +11,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 class RecentAndDropped : public ::testing::Test, protected MainRig {
  protected:
@@ -67,6 +68,8 @@ TEST_F(RecentAndDropped, SaysWhereARunGoesThatOutlivesItsTracks) {
   ws.running_flag = -1;
   Panel().FilesDropped({"/data/a.znt"});
   EXPECT_THAT(Panel().lblNotice.text(), HasSubstr("what runs now will be stored among these"));
+  Panel().OpenFile("/data/none.znt");
+  EXPECT_THAT(Panel().lblNotice.text(), Not(HasSubstr("what runs now")));
 }
 
 TEST_F(RecentAndDropped, TenAreKeptUntilTheNextStart) {
