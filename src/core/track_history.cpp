@@ -1,6 +1,7 @@
 #include "core/track_history.h"
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <numeric>
 #include <string_view>
@@ -22,9 +23,13 @@ std::size_t Mix(std::size_t hash, std::string_view bytes) {
   return (hash ^ std::hash<std::string_view>()(bytes)) * 0x9E3779B97F4A7C15U;
 }
 
-// -0.0 and 0.0 differ, and a NaN is the same as itself: these are bits that are put back.
-std::string_view BitsOf(const std::vector<double>& values) {
-  return {reinterpret_cast<const char*>(values.data()), values.size() * sizeof(double)};
+// What a column says of a track's points. -0.0 and 0.0 differ, and a NaN is the same as itself:
+// these are bits that are put back. Zeros at the end do not count, as a column that is too short is
+// filled up with them when somebody reads it.
+std::string_view BitsOf(const std::vector<double>& values, std::int32_t points) {
+  auto size = std::min(values.size(), static_cast<std::size_t>(std::max(points, 0)));
+  while (size > 0 && values[size - 1] == 0 && !std::signbit(values[size - 1])) --size;
+  return {reinterpret_cast<const char*>(values.data()), size * sizeof(double)};
 }
 
 template <typename Number>
@@ -64,7 +69,7 @@ TrackHistory::Slot TrackHistory::Copy(const TrackStore& tracks, int track) {
 std::size_t TrackHistory::Fingerprint(const TrackStore& tracks, int track) {
   std::size_t hash = FingerprintOf(tracks.Record(track));
   for (int column = 0; column < kTrackColumns; ++column) {
-    hash = Mix(hash, BitsOf(tracks.Column(column, track)));
+    hash = Mix(hash, BitsOf(tracks.Column(column, track), tracks.Record(track).pnum));
   }
   return hash;
 }
@@ -84,8 +89,8 @@ std::size_t TrackHistory::BytesOf(const Steps& steps) {
 bool TrackHistory::Differs(const Slot& slot, const TrackStore& tracks, int track) {
   if (FingerprintOf(slot.record) != FingerprintOf(tracks.Record(track))) return true;
   for (int column = 0; column < kTrackColumns; ++column) {
-    if (BitsOf(slot.columns[static_cast<std::size_t>(column)]) !=
-        BitsOf(tracks.Column(column, track))) {
+    if (BitsOf(slot.columns[static_cast<std::size_t>(column)], slot.record.pnum) !=
+        BitsOf(tracks.Column(column, track), slot.record.pnum)) {
       return true;
     }
   }

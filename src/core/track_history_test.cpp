@@ -72,6 +72,21 @@ TEST_F(TrackHistoryTest, WhatChangesNothingIsNoStep) {
   EXPECT_EQ(ws.history.UndoName(), "");
 }
 
+TEST_F(TrackHistoryTest, ReadingATrackIsNoChange) {
+  Fill(0, 1);
+  Step("Edit", 0, 5);
+  {
+    const TrackChange change(ws, "Look", {0});
+    ws.tracks.Points(2, 0);  // fills the column up
+  }
+  EXPECT_EQ(ws.history.UndoName(), "Edit");
+  EXPECT_TRUE(Undo());
+  EXPECT_EQ(First(0), 1);
+  ws.tracks.Points(2, 0);
+  EXPECT_TRUE(Redo());
+  EXPECT_EQ(First(0), 5);
+}
+
 TEST_F(TrackHistoryTest, TheSignOfAZeroIsPutBack) {
   Fill(0, 0);
   Step("Basic operation", 0, -0.0);
@@ -126,6 +141,7 @@ TEST_F(TrackHistoryTest, TwentyOfTheLargestStepsAreKept) {
     ws.tracks.Column(column, 4).assign(kMaxPoints, 1.0);
     ws.tracks.Column(column, 6).assign(kMaxPoints, 1.0);
   }
+  ws.tracks.Record(4).pnum = ws.tracks.Record(6).pnum = kMaxPoints;
   Fill(1, 0);
   // More bytes than are kept otherwise.
   for (int i = 0; i < 120; ++i) {
