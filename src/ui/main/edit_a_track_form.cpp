@@ -91,7 +91,7 @@ bool frmEditATrack::Load() {
 
 void frmEditATrack::Activate() {
   const bool another = track_ != workstation_.shown_track;
-  if (!another && generation_ == workstation_.DataGeneration && !Outdated()) return;
+  if (!another && generation_ == workstation_.DataGeneration && !Outdated()) return ShowTitle();
   Reload(another ? 0 : std::max(cbxCycleNum.selected(), 0));
 }
 
@@ -100,12 +100,14 @@ void frmEditATrack::Unload() {
 }
 
 void frmEditATrack::Reload(int cycle) {
+  ++reloads_;
   CloseEditor();
   ForgetOperation();
   track_ = workstation_.shown_track;
   generation_ = workstation_.DataGeneration;
   const TrackRecord& record = tracks().Record(track_);
   mode_ = record.Mode;
+  vertices_ = record.V;
   for (int c = 0; c < kTrackColumns; ++c) {
     const std::span<const double> points = tracks().Points(c, track_);
     points_[static_cast<std::size_t>(c)].assign(points.begin(), points.end());
@@ -123,11 +125,15 @@ void frmEditATrack::Reload(int cycle) {
   cbxCycleNum.SetEnabled(!names.empty());
   cbxCycleNum.SetItems(std::move(names));
   cbxCycleNum.Select(chosen);
-  lblTrack.SetText("Track " + PlainNumber(track_) +
-                   (mode_ == kModeNone
-                        ? " is empty"
-                        : ": " + std::string(EntryOf(ModeName, mode_)) + " " + record.Title));
+  ShowTitle();
   FillGrid();
+}
+
+void frmEditATrack::ShowTitle() {
+  lblTrack.SetText("Track " + PlainNumber(track_) +
+                   (mode_ == kModeNone ? " is empty"
+                                       : ": " + std::string(EntryOf(ModeName, mode_)) + " " +
+                                             tracks().Record(track_).Title));
 }
 
 std::int32_t frmEditATrack::FirstPoint() const {
@@ -263,13 +269,12 @@ void frmEditATrack::AskToDelete() {
   }
   host().dialogs.Ask(
       "Would you like to delete selected points?", Buttons::kYesNo,
-      [&desktop = host().desktop, rows = DataGrid.selected_rows(), track = track_,
+      [&desktop = host().desktop, rows = DataGrid.selected_rows(), asked = reloads_,
        cycle = cbxCycleNum.selected()](bool yes) {
         auto* const form = yes ? desktop.FindAs<frmEditATrack>(kName) : nullptr;
-        if (form == nullptr || form->track_ != track || form->cbxCycleNum.selected() != cycle) {
-          return;
-        }
-        form->DeletePoints(rows);
+        if (form == nullptr || form->cbxCycleNum.selected() != cycle) return;
+        if (form->reloads_ == asked) return form->DeletePoints(rows);
+        form->lblNote.SetText("Other points are shown than were asked about; none was deleted.");
       });
 }
 
@@ -295,7 +300,7 @@ void frmEditATrack::DeletePoints(const std::vector<int>& rows) {
 }
 
 bool frmEditATrack::Outdated() const {
-  if (tracks().Record(track_).Mode != mode_) return true;
+  if (tracks().Record(track_).Mode != mode_ || tracks().Record(track_).V != vertices_) return true;
   for (int c = 0; c < kTrackColumns; ++c) {
     const std::span<const double> now = tracks().Points(c, track_);
     const std::vector<double>& then = points_[static_cast<std::size_t>(c)];

@@ -69,6 +69,7 @@ class frmEditATrack : public Form {
   void Reload(int cycle);
   void FillGrid();
   void ShowCell(int row, int column);
+  void ShowTitle();
   void ShowPoint();
   void DrawPreview();
   PreviewRange PreviewedRange() const;
@@ -81,7 +82,7 @@ class frmEditATrack : public Form {
   void StoreEdited();
   void AskToDelete();
   void DeletePoints(const std::vector<int>& rows);
-  // The track's points or mode are no longer those that are shown.
+  // The track's points, mode or vertices are no longer those that are shown.
   bool Outdated() const;
   // The same, said and shown.
   bool ChangedMeanwhile();
@@ -97,8 +98,10 @@ class frmEditATrack : public Form {
   Workstation& workstation_;
   int track_ = -1;
   std::int32_t generation_ = 0;
+  int reloads_ = 0;        // rows that a question was asked about are those of one of them
   std::int32_t mode_ = 0;  // of the track as it is shown
   PointColumns points_;    // likewise
+  std::array<double, 3> vertices_{};  // V, likewise
   std::vector<std::int32_t> boundaries_;
   std::optional<Operation> shown_operation_;
   bool editing_ = false;

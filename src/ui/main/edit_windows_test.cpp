@@ -290,6 +290,27 @@ TEST_F(EditATrack, NothingIsDoneToATrackThatWasChangedMeanwhile) {
   EXPECT_EQ(form->DataGrid.rows(), 50);
 }
 
+TEST_F(EditATrack, AQuestionIsAboutThePointsThatWereShownThen) {
+  EXPECT_TRUE(form->DataGrid.UserSet("150").ok());
+  machine.dialogs.Answer("yes");
+  EXPECT_TRUE(form->mnuDelete.UserClick().ok());
+  ws.tracks.Record(2).pnum = 10;
+  form->Activate();
+  EXPECT_EQ(form->DataGrid.rows(), 10);
+  machine.Settle();
+  EXPECT_EQ(ws.tracks.Record(2).pnum, 10);
+  EXPECT_THAT(form->lblNote.text(), HasSubstr("none was deleted"));
+}
+
+TEST_F(EditATrack, FollowsTheHeader) {
+  const auto cycles = form->cbxCycleNum.items().size();
+  ws.tracks.Record(2).V = {0, 3, 0};
+  ws.tracks.Record(2).Title = "renamed";
+  form->Activate();
+  EXPECT_NE(form->cbxCycleNum.items().size(), cycles);
+  EXPECT_THAT(form->lblTrack.text(), HasSubstr("renamed"));
+}
+
 TEST_F(EditATrack, BasicOperationsConcernTheCycleThatIsShown) {
   EXPECT_TRUE(form->cbxCycleNum.UserSet("1").ok());
   EXPECT_TRUE(form->mnuBasicOperations.UserClick().ok());
