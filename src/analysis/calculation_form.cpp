@@ -8,6 +8,7 @@
 #include "analysis/track_points.h"
 #include "core/axis_step.h"
 #include "core/palette.h"
+#include "core/same_values.h"
 #include "core/tables.h"
 #include "graph/track_preview.h"
 #include "text/number.h"
@@ -123,9 +124,36 @@ bool frmCalculation::Load() {
 }
 
 void frmCalculation::Activate() {
-  if (generation_ == workstation_.DataGeneration) return;
+  if (generation_ == workstation_.DataGeneration && !OperandsChanged()) return;
   generation_ = workstation_.DataGeneration;
   ShowTracks();
+}
+
+frmCalculation::Operand frmCalculation::Take(int track) const {
+  Operand operand{tracks().Record(track), {}};
+  for (int c = 0; c < kTrackColumns; ++c) {
+    const std::span<const double> points = tracks().Points(c, track);
+    operand.columns[static_cast<std::size_t>(c)].assign(points.begin(), points.end());
+  }
+  return operand;
+}
+
+bool frmCalculation::IsStill(const Operand& operand, int track) const {
+  if (operand.record != tracks().Record(track)) return false;
+  for (int c = 0; c < kTrackColumns; ++c) {
+    const std::vector<double>& then = operand.columns[static_cast<std::size_t>(c)];
+    if (!SameValues(tracks().Points(c, track), then)) return false;
+  }
+  return true;
+}
+
+bool frmCalculation::OperandsChanged() const {
+  return !IsStill(seen_a_, a_.track()) || !IsStill(seen_b_, b_.track());
+}
+
+void frmCalculation::RememberOperands() {
+  seen_a_ = Take(a_.track());
+  seen_b_ = Take(b_.track());
 }
 
 TrackSumTerms frmCalculation::Terms() const {
@@ -145,6 +173,7 @@ void frmCalculation::ShowTracks() {
   show(a_.track(), lblAmode, txtOpeATitle, txtOpeARPM, txtOpeAScanrate);
   show(b_.track(), lblBmode, txtOpeBTitle, txtOpeBRPM, txtOpeBScanrate);
   Forget();
+  RememberOperands();
   ShowC();
   PrepareB();
   DrawTracks();
@@ -217,6 +246,7 @@ void frmCalculation::Calculate() {
     removed_a = RemoveEqualAbscissae(tracks(), a_.track());
   }
   const std::int32_t removed_b = RemoveEqualAbscissae(tracks(), kShiftedSlot);
+  RememberOperands();
   sum_ = Compute(terms);
   KeepResult();
   ready_ = true;
@@ -281,6 +311,10 @@ void frmCalculation::ShowMatches() {
 
 void frmCalculation::UpdateTrack() {
   if (!ready_) return;
+  if (OperandsChanged()) {
+    ShowTracks();
+    return lblNote.SetText("Track A or B was changed meanwhile; nothing was written.");
+  }
   const int target = c_.track();
   {
     const TrackChange change(workstation_, "Calculation into track " + PlainNumber(target),

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "analysis/track_selector.h"
 #include "analysis/track_sum.h"
@@ -57,7 +59,17 @@ class frmCalculation : public Form {
   void UpdateTrack();
 
  private:
+  struct Operand {
+    TrackRecord record;
+    std::array<std::vector<double>, kTrackColumns> columns;
+  };
+
   void WireControls();
+  Operand Take(int track) const;
+  bool IsStill(const Operand& operand, int track) const;
+  // A or B is no longer what it was when it was shown or computed with.
+  bool OperandsChanged() const;
+  void RememberOperands();
   TrackSumTerms Terms() const;
   void ShowTracks();
   void ShowC();
@@ -81,7 +93,7 @@ class frmCalculation : public Form {
   std::int32_t generation_ = 0;  // of the track files
   bool ready_ = false;           // there is a result that fits what is chosen
   TrackSum sum_;                 // the result; the scratch slots are other windows' too
-  TrackRecord record_;           // its header
+  Operand seen_a_, seen_b_;      // what it was computed from
   WorldWindow whole_;            // of the preview
   double magnification_ = 1;
 };

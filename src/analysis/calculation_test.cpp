@@ -215,6 +215,16 @@ TEST_F(CalculationForm, WritesOnlyAResultOfWhatIsChosenAndNotAnotherToolsScratch
   EXPECT_LT(Worst(1, 2.5), 1e-12);
 }
 
+TEST_F(CalculationForm, WritesNothingOnceAnOperandHasChanged) {
+  frmCalculation& form = Open();
+  EXPECT_TRUE(form.cmdCalc.UserClick().ok());
+  ws.tracks.ClearTrack(0);
+  EXPECT_TRUE(form.cmdUpdate.UserClick().ok());
+  EXPECT_EQ(ws.tracks.Record(20).pnum, 0);
+  EXPECT_NE(form.lblNote.text().find("changed meanwhile"), std::string::npos);
+  EXPECT_FALSE(form.cmdUpdate.enabled());
+}
+
 TEST_F(CalculationForm, MagnifiesThePictureAndStaysInside) {
   frmCalculation& form = Open();
   const WorldWindow whole = form.PrevGraph.shown();
