@@ -190,14 +190,18 @@ TEST_F(FftForm, SaysWhyATrackHasNoSpectrum) {
   EXPECT_EQ(form->lblNote.text(), "Track 3 has no points.");
 }
 
-TEST_F(FftForm, KeepsTheTimesOfARotationSweep) {
+TEST_F(FftForm, KeepsTheTimesOfTheThirdColumn) {
   TrackRecord& record = ws.tracks.Record(0);
-  record.Mode = kModeRPMvsj;
   record.TimeRecording = 1;
-  form->Calculate();
-  form->RecordAnotherTrack();
-  EXPECT_EQ(ws.tracks.Record(10).TimeRecording, 1);
-  EXPECT_EQ(ws.tracks.Column(2, 10), ws.tracks.Column(2, 0));
+  for (const std::int32_t mode : {kModeRPMvsj, kModeSSVAll}) {
+    record.Mode = mode;
+    ws.tracks.Column(2, 10).assign(10, 5e-6);  // another track's ring
+    form->Activate();
+    form->Calculate();
+    form->RecordAnotherTrack();
+    EXPECT_EQ(ws.tracks.Record(10).TimeRecording, 1);
+    EXPECT_EQ(ws.tracks.Column(2, 10), ws.tracks.Column(2, 0));
+  }
 }
 
 }  // namespace

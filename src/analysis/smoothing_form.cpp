@@ -236,6 +236,7 @@ void frmSmoothing::UpdateData() {
     }
   }
   AfterWriting(written);
+  Forget();  // also where the track that is shown was not among them
   lblNote.SetText("Written into " + Tracks(written) + "; Undo gives back what was there.");
 }
 

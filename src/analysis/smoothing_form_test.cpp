@@ -103,6 +103,18 @@ TEST_F(SmoothingForm, AllTracksMeansThoseThatAreSmoothed) {
   EXPECT_EQ(FormatTracks(ws.tracks), file);
 }
 
+TEST_F(SmoothingForm, NobodySmoothsTwiceByPressingTwice) {
+  ws.tracks.Record(0).Mode = kModeSSVAll;  // shown, but not smoothed
+  form->Activate();
+  EXPECT_TRUE(form->chkApplyAllTrack.UserSet("1").ok());
+  EXPECT_TRUE(form->cmdCalc.UserClick().ok());
+  EXPECT_TRUE(form->cmdUpdate.UserClick().ok());
+  EXPECT_FALSE(form->cmdUpdate.enabled());
+  const std::string once = FormatTracks(ws.tracks);
+  form->UpdateData();
+  EXPECT_EQ(FormatTracks(ws.tracks), once);
+}
+
 TEST_F(SmoothingForm, RecordsIntoAnotherTrackUnderTheTitleShown) {
   EXPECT_TRUE(form->opnYFilter.UserSet("2").ok());
   EXPECT_TRUE(form->cmdCalc.UserClick().ok());

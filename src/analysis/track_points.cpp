@@ -96,7 +96,8 @@ bool HoldsTrack(const TrackStore& tracks, int track) {
 
 void CopyTimeColumn(TrackStore& tracks, int from, int to) {
   const std::int32_t mode = tracks.Record(from).Mode;
-  if ((mode != kModeRPMvsj && mode != kModeMulti) || from == to) return;
+  const bool has_times = mode == kModeRPMvsj || mode == kModeMulti || mode == kModeSSVAll;
+  if (!has_times || from == to) return;
   if (mode == kModeRPMvsj) tracks.Record(to).TimeRecording = tracks.Record(from).TimeRecording;
   const std::span<const double> time = tracks.Points(2, from);
   std::vector<double>& target = tracks.Column(2, to);

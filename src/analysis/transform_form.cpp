@@ -55,18 +55,22 @@ bool TransformForm::Load() {
 
 void TransformForm::Activate() {
   ShowDestination();
-  if (generation_ == workstation_.DataGeneration && !SourceChanged()) return;
+  if (generation_ == workstation_.DataGeneration && !SourceChanged()) return ShowHeader();
   generation_ = workstation_.DataGeneration;
   ShowSource();
 }
 
 void TransformForm::ShowSource() {
+  ShowHeader();
+  TakeSource();
+}
+
+void TransformForm::ShowHeader() {
   const TrackRecord& record = tracks().Record(Source());
   const bool holds = HoldsTrack(tracks(), Source());
   lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
   txtTitle.SetText(holds ? record.Title : std::string());
   txtRPM.SetText(holds ? PlainNumber(record.RPM) : std::string());
-  TakeSource();
 }
 
 void TransformForm::ShowDestination() {

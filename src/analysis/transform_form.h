@@ -53,6 +53,8 @@ class TransformForm : public Form {
   virtual bool SourceChanged() const = 0;
 
   void ShowSource();
+  // Mode, title and rotation rate of the source.
+  void ShowHeader();
   void ShowDestination();
   void EnableWriting(bool update, bool record);
   // Shows what the tracks have become, here and in the main window.
