@@ -23,6 +23,7 @@ constexpr int kLightRed = 12;
 constexpr double kLeastMaximum = 1e-6;  // of the frequency graph
 constexpr double kLeastFrequency = 0.1;
 constexpr int kDigits = 4;
+constexpr double kTimesAgree = 0.2;  // of the recorded time
 
 // Columns that are transformed: x and one or two currents.
 int TransformedColumns(std::int32_t mode) {
@@ -131,10 +132,16 @@ void frmFFTFilter::Transform() {
   const double dt = time_ / tracks().PointCount(track) / 1000;
   df_ = 1 / (length * dt);
   const bool recorded = tracks().Record(track).MaxTime > 0;
+  const double by_x = TrackTimeByX(tracks(), track);
   lblNote.SetText(PlainNumber(tracks().PointCount(track)) + " points, one every " +
                   PlainNumber(dt, kDigits) + " s" + (recorded ? "" : " by x and scan rate") +
                   ": frequencies up to " + Hertz(length * df_ / 2) + " in steps of " + Hertz(df_) +
                   ".");
+  if (by_x > 0 && std::fabs(by_x - time_) > kTimesAgree * time_) {
+    lblNote.SetText(lblNote.text() + " CHECK THE TIME: the record says " +
+                    PlainNumber(time_ / 1000, kDigits) + " s, its x and scan rate " +
+                    PlainNumber(by_x / 1000, kDigits) + " s. Was it stopped early?");
+  }
 }
 
 bool frmFFTFilter::SourceChanged() const {

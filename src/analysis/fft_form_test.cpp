@@ -190,6 +190,17 @@ TEST_F(FftForm, SaysWhyATrackHasNoSpectrum) {
   EXPECT_EQ(form->lblNote.text(), "Track 3 has no points.");
 }
 
+// The header of a sweep has its planned time.
+TEST_F(FftForm, SaysWhenTheTimeIsNotThatOfThePoints) {
+  TrackRecord& record = ws.tracks.Record(0);
+  record.Scanrate = 2000;  // 2 mV a point, 1 ms each
+  for (const double planned : {450.0, 500.0, 5000.0}) {
+    record.MaxTime = planned;
+    form->Activate();
+    EXPECT_EQ(form->lblNote.text().find("stopped early") != std::string::npos, planned > 1000);
+  }
+}
+
 TEST_F(FftForm, KeepsTheTimesOfTheThirdColumn) {
   TrackRecord& record = ws.tracks.Record(0);
   record.TimeRecording = 1;

@@ -44,8 +44,12 @@ double WayOf(std::span<const double> x) {
 }  // namespace
 
 double TrackTime(TrackStore& tracks, int track) {
+  const double recorded = tracks.Record(track).MaxTime;
+  return recorded > 0 ? recorded : TrackTimeByX(tracks, track);
+}
+
+double TrackTimeByX(TrackStore& tracks, int track) {
   const TrackRecord& record = tracks.Record(track);
-  if (record.MaxTime > 0) return record.MaxTime;
   const std::span<const double> x = tracks.Points(0, track);
   if (x.size() < 2) return 0;
   const auto points = static_cast<double>(x.size());

@@ -22,6 +22,9 @@ bool HoldsTrack(const TrackStore& tracks, int track);
 // came through the clipboard or from elsewhere have none: sweeps went their way at the scan rate,
 // and potential steps have the time as x.
 double TrackTime(TrackStore& tracks, int track);
+// The same by x alone, whatever MaxTime says: that of a sweep is the planned one, also when it was
+// stopped before.
+double TrackTimeByX(TrackStore& tracks, int track);
 
 // For a multichannel track and a rotation-rate sweep, whose time column neither CopyTrackHeader nor
 // CopyTrackData copies: copies that column, and whether there is one, so that the target does not
