@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "measure/test_rig.h"
+#include "measure/test_runs.h"
 
 namespace zento {
 namespace {
@@ -74,21 +74,6 @@ TEST(VoltageMonitor, KeepsTheLastPairsAndForgetsTheOldOnes) {
   EXPECT_EQ(monitor.Slot(0)[0], VoltageMonitor::kEmpty);
 }
 
-// A short programme: 0 V, 0.5 V, -0.1 V once, at 100 mV/s: 12 s after a retain time of 2 s.
-frmMeasureCV& ShortRun(TestRig& rig) {
-  frmMeasureCV& cv = rig.CV();
-  cv.SetVoltage(0, 0.5, -0.1);
-  cv.scanrate(100);
-  cv.Repeat(1);
-  cv.RetainTime(2);
-  cv.SamplingRate(10);
-  cv.Accumlation(3);
-  cv.rpm("1000");
-  cv.Title("Ferricyanide");
-  cv.SelTrack(3);
-  return cv;
-}
-
 TEST(CVForm, MonitorsTheInputsWhileIdle) {
   TestRig rig;
   rig.volts = [](int channel) { return channel == 0 ? 0.25 : -0.05; };
@@ -103,55 +88,31 @@ TEST(CVForm, MonitorsTheInputsWhileIdle) {
   EXPECT_THAT(rig.machine.dialogs.messages, IsEmpty());
 }
 
-TEST(CVForm, SaysWhichDeviceKeepsItFromLoading) {
-  const auto message_when = [](auto fault) {
-    TestRig rig;
-    fault(rig);
-    EXPECT_EQ(rig.machine.desktop.Show("frmMeasureCV"), nullptr);
-    EXPECT_EQ(rig.machine.desktop.Find("frmMeasureCV"), nullptr);
-    return rig.machine.dialogs.messages;
-  };
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.card_status = -1; }),
-              ElementsAre("AD Board Trouble!"));
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.bus_status = 80; }),
-              ElementsAre("GPIB Trouble!"));
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.output_status = -1; }),
-              ElementsAre("DA Board Trouble!"));
-}
-
 TEST(CVForm, CorrectsEntriesSilently) {
   TestRig rig;
   frmMeasureCV& cv = rig.CV();
-  const auto leave = [](TextBox& box, const char* text) {
-    EXPECT_TRUE(box.UserSet(text).ok());
-    return box.text();
-  };
-  EXPECT_EQ(leave(cv.txtAccum, "0"), "1");
-  EXPECT_EQ(leave(cv.txtAccum, "250"), "250");
-  EXPECT_EQ(leave(cv.txtSamplingrate, "1001"), "1000");
-  EXPECT_EQ(leave(cv.txtSamplingrate, "none"), "0.1");
-  EXPECT_EQ(leave(cv.txtScanrate, "-20"), "0.01");
-  EXPECT_EQ(leave(cv.txtCycleNum, "0.4"), "1");
-  EXPECT_EQ(leave(cv.txtDataNum, "77"), "20");
+  EXPECT_EQ(Typed(cv.txtAccum, "0"), "1");
+  EXPECT_EQ(Typed(cv.txtAccum, "250"), "250");
+  EXPECT_EQ(Typed(cv.txtSamplingrate, "1001"), "1000");
+  EXPECT_EQ(Typed(cv.txtSamplingrate, "none"), "0.1");
+  EXPECT_EQ(Typed(cv.txtScanrate, "-20"), "0.01");
+  EXPECT_EQ(Typed(cv.txtCycleNum, "0.4"), "1");
+  EXPECT_EQ(Typed(cv.txtDataNum, "77"), "20");
 
-  cv.SelTrack(-4);
-  EXPECT_EQ(cv.txtDataNum.text(), "0");
   cv.rpm("10001");
   EXPECT_EQ(cv.txtRPM.text(), "10000");
+  cv.SelTrack(-4);
   cv.rpm("-1");
-  EXPECT_EQ(cv.txtRPM.text(), "0");
   cv.DiskScale(0);
-  EXPECT_EQ(cv.txtYScale.text(), "1E-05");
   cv.scanrate(-1);
-  EXPECT_EQ(cv.txtScanrate.text(), "0.001");
   cv.Repeat(0);
-  EXPECT_EQ(cv.txtCycleNum.text(), "1");
   cv.RetainTime(-3);
-  EXPECT_EQ(cv.txtRetainTime.text(), "0");
   cv.SamplingRate(5000);
-  EXPECT_EQ(cv.txtSamplingrate.text(), "1000");
   cv.Accumlation(-5);
-  EXPECT_EQ(cv.txtAccum.text(), "1");
+  EXPECT_THAT((std::vector{cv.txtDataNum.text(), cv.txtRPM.text(), cv.txtYScale.text(),
+                           cv.txtScanrate.text(), cv.txtCycleNum.text(), cv.txtRetainTime.text(),
+                           cv.txtSamplingrate.text(), cv.txtAccum.text()}),
+              ElementsAre("0", "0", "1E-05", "0.001", "1", "0", "1000", "1"));
   EXPECT_THAT(rig.machine.dialogs.messages, IsEmpty());
 }
 
@@ -179,7 +140,7 @@ TEST(CVForm, KeepsSixSettings) {
 TEST(CVForm, RecordsASweepFromTheEndOfTheRetainTimeAndStoresIt) {
   TestRig rig;
   rig.volts = [&rig](int channel) { return channel == 0 ? rig.Seconds() / 10 : 0.5; };
-  frmMeasureCV& cv = ShortRun(rig);
+  frmMeasureCV& cv = ShortSweep(rig.CV());
   rig.RunFor(1);
   ASSERT_TRUE(cv.cmdStart.UserClick().ok());
   EXPECT_EQ(rig.ws.running_flag, -1);
@@ -230,53 +191,12 @@ TEST(CVForm, RecordsASweepFromTheEndOfTheRetainTimeAndStoresIt) {
   EXPECT_EQ(cv.txtDataNum.text(), "4");
   EXPECT_TRUE(cv.cmdStart.enabled());
   EXPECT_EQ(rig.ws.end_active_run, nullptr);
-  EXPECT_EQ(dynamic_cast<Graph*>(rig.machine.desktop.Find("Graph1"))->Picture1.ItemCount(), 122u);
-}
-
-TEST(CVForm, WithoutAGeneratorWaitsUntilThePotentialLeavesItsStep) {
-  TestRig rig;
-  rig.ws.settings.GPIBControl = 0;
-  double potential = 0.1001;
-  rig.volts = [&](int channel) { return channel == 0 ? potential : 0.0; };
-  frmMeasureCV& cv = ShortRun(rig);
-  cv.StartMeasurement();
-  rig.RunFor(60);
-  potential = 0.1024;  // the same 2.5 mV step
-  rig.RunFor(60);
-  EXPECT_EQ(cv.lblMode.text(), "Waiting for the sweep");
-  potential = 0.1026;
-  rig.RunFor(0.1);
-  EXPECT_EQ(cv.lblMode.text(), "Recording");
-  ASSERT_TRUE(rig.RunUntilIdle());
-  EXPECT_EQ(rig.Record(3).pnum, 122);
-  EXPECT_NEAR(rig.ws.tracks.Value(0, 3, 0), 0.1026, 1e-12);
-  EXPECT_THAT(rig.sent, IsEmpty());
-}
-
-TEST(CVForm, AStopBeforeTheSweepBeginsLeavesTheTrackAsItWas) {
-  TestRig rig;
-  frmMeasureCV& cv = ShortRun(rig);
-  rig.ws.tracks.Record(3).Title = "last week's";
-  rig.ws.tracks.Record(3).pnum = 1;
-  rig.ws.tracks.SetValue(0, 3, 0, 0.7);
-  cv.StartMeasurement();
-  rig.RunFor(1.5);
-  ASSERT_TRUE(cv.cmdStop.UserClick().ok());
-  EXPECT_EQ(rig.ws.running_flag, -1) << "the next tick ends the run";
-  rig.RunFor(0.1);
-  EXPECT_EQ(rig.ws.running_flag, 0);
-  EXPECT_EQ(rig.Record(3).Title, "last week's");
-  EXPECT_EQ(rig.ws.tracks.Value(0, 3, 0), 0.7);
-  EXPECT_EQ(cv.txtDataNum.text(), "3");
-  EXPECT_EQ(rig.sent.back(), "A0");
-  EXPECT_FALSE(rig.MotorOn());
-  EXPECT_THAT(rig.shown_tracks, IsEmpty());
-  EXPECT_THAT(rig.machine.sound.played, IsEmpty());
+  EXPECT_EQ(rig.Picture("Graph1").ItemCount(), 122u);
 }
 
 TEST(CVForm, InButtonModeRunsUntilStopAndStoresTheElapsedTime) {
   TestRig rig;
-  frmMeasureCV& cv = ShortRun(rig);
+  frmMeasureCV& cv = ShortSweep(rig.CV());
   ASSERT_TRUE(cv.OpnCVMeas.UserChoose(1).ok());
   cv.SelTrack(20);
   cv.StartMeasurement();
@@ -291,68 +211,10 @@ TEST(CVForm, InButtonModeRunsUntilStopAndStoresTheElapsedTime) {
   EXPECT_EQ(cv.txtDataNum.text(), "20");
 }
 
-TEST(CVForm, RefusesASecondMeasurementAndChangesNothing) {
-  TestRig rig;
-  frmMeasureCV& cv = ShortRun(rig);
-  rig.ws.running_flag = -1;  // a macro waits
-  cv.StartMeasurement();
-  EXPECT_THAT(rig.machine.dialogs.TakeMessages(),
-              ElementsAre("Please terminate other mesurement!"));
-  EXPECT_TRUE(cv.cmdStart.enabled());
-  EXPECT_THAT(rig.sent, IsEmpty());
-  EXPECT_EQ(rig.ws.settings.CV[0].CVCyclenum, 2) << "the entries are not stored either";
-  rig.ws.running_flag = 0;
-  cv.StartMeasurement();
-  cv.StartMeasurement();
-  EXPECT_EQ(rig.machine.dialogs.messages.size(), 1u);
-  EXPECT_TRUE(rig.RunUntilIdle());
-}
-
-TEST(CVForm, AFullBufferEndsTheRunThoughNobodyAnswers) {
-  TestRig rig;
-  rig.machine.dialogs.HoldMessages(true);
-  rig.volts = [](int channel) { return channel == 0 ? 0.1 : 0.2; };
-  frmMeasureCV& cv = ShortRun(rig);
-  cv.SamplingRate(1000);
-  cv.Accumlation(1);
-  ASSERT_TRUE(cv.OpnCVMeas.UserChoose(1).ok());
-  cv.StartMeasurement();
-  ASSERT_TRUE(rig.RunUntilIdle(60));
-  EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre("Buffer overflow!"));
-  EXPECT_EQ(rig.Record(3).pnum, 20001);
-  EXPECT_EQ(rig.ws.tracks.Column(1, 3).size(), 20001u);
-  EXPECT_DOUBLE_EQ(rig.ws.tracks.Value(1, 3, 20000), 2e-4);
-  EXPECT_EQ(rig.sent.back(), "A0");
-  EXPECT_FALSE(rig.MotorOn());
-}
-
-// However the program takes the window away, the run comes to its safe end first.
-TEST(CVForm, EndsARunSafelyWhenItGoes) {
-  const auto check = [](auto end) {
-    TestRig rig;
-    frmMeasureCV& cv = ShortRun(rig);
-    cv.StartMeasurement();
-    rig.RunFor(5);
-    end(rig);
-    EXPECT_EQ(rig.ws.running_flag, 0);
-    EXPECT_EQ(rig.Record(3).pnum, 30);
-    EXPECT_EQ(rig.sent.back(), "A0");
-    EXPECT_FALSE(rig.MotorOn());
-    EXPECT_EQ(rig.ws.end_active_run, nullptr);
-    const long reads = rig.reads;
-    rig.machine.Settle();
-    rig.RunFor(10);
-    return rig.reads - reads;
-  };
-  EXPECT_EQ(check([](TestRig& rig) { rig.machine.desktop.RequestClose("frmMeasureCV"); }), 0);
-  EXPECT_EQ(check([](TestRig& rig) { rig.CV().QuitCVMeasurement(); }), 0);
-  EXPECT_GT(check([](TestRig& rig) { rig.ws.end_active_run(); }), 0) << "the monitor goes on";
-}
-
 TEST(CVForm, WorksWithTheValuesItWasStartedWith) {
   TestRig rig;
   rig.volts = [](int) { return 0.5; };
-  frmMeasureCV& cv = ShortRun(rig);
+  frmMeasureCV& cv = ShortSweep(rig.CV());
   cv.StartMeasurement();
   rig.RunFor(5);
   ASSERT_TRUE(cv.txtYScale.UserSet("1").ok());
@@ -370,7 +232,7 @@ TEST(CVForm, WorksWithTheValuesItWasStartedWith) {
 
 TEST(CVForm, ABoardThatFailsForAMomentLeavesAGap) {
   TestRig rig;
-  frmMeasureCV& cv = ShortRun(rig);
+  frmMeasureCV& cv = ShortSweep(rig.CV());
   cv.StartMeasurement();
   rig.RunFor(5);
   rig.instruments.analog_input.Close();
@@ -382,26 +244,10 @@ TEST(CVForm, ABoardThatFailsForAMomentLeavesAGap) {
   EXPECT_EQ(rig.Record(3).MaxTime, 12'000);
 }
 
-TEST(CVForm, ABoardThatStaysSilentEndsTheRunSafely) {
-  TestRig rig;
-  rig.machine.dialogs.HoldMessages(true);
-  frmMeasureCV& cv = ShortRun(rig);
-  cv.StartMeasurement();
-  rig.RunFor(5);
-  rig.instruments.analog_input.Close();
-  rig.RunFor(3);
-  EXPECT_EQ(rig.ws.running_flag, 0);
-  ASSERT_EQ(rig.machine.dialogs.messages.size(), 1u);
-  EXPECT_THAT(rig.machine.dialogs.messages[0], testing::StartsWith("AD Board Trouble!"));
-  EXPECT_EQ(rig.Record(3).pnum, 30);
-  EXPECT_EQ(rig.sent.back(), "A0");
-  EXPECT_FALSE(rig.MotorOn());
-}
-
 TEST(CVForm, ValuesBeyondAnyNumberAreNotRecorded) {
   TestRig rig;
   rig.volts = [](int) { return 2.0; };
-  frmMeasureCV& cv = ShortRun(rig);
+  frmMeasureCV& cv = ShortSweep(rig.CV());
   ASSERT_TRUE(cv.txtYScale.UserSet("1e308").ok());
   cv.StartMeasurement();
   ASSERT_TRUE(rig.RunUntilIdle(10));
@@ -412,11 +258,11 @@ TEST(CVForm, ValuesBeyondAnyNumberAreNotRecorded) {
 
 TEST(CVForm, DrawsNothingWhileItRecordsFast) {
   TestRig rig;
-  frmMeasureCV& cv = ShortRun(rig);
+  frmMeasureCV& cv = ShortSweep(rig.CV());
   cv.SamplingRate(20);
   cv.StartMeasurement();
   rig.RunFor(10);
-  const auto& picture = dynamic_cast<Graph*>(rig.machine.desktop.Find("Graph1"))->Picture1;
+  const auto& picture = rig.Picture("Graph1");
   EXPECT_EQ(picture.ItemCount(), 0u);
   ASSERT_TRUE(rig.RunUntilIdle());
   EXPECT_EQ(picture.ItemCount(), static_cast<std::size_t>(rig.Record(3).pnum));
@@ -424,7 +270,7 @@ TEST(CVForm, DrawsNothingWhileItRecordsFast) {
 
 TEST(CVForm, WaitsNoLongerThanTheGeneratorCanHold) {
   TestRig rig;
-  frmMeasureCV& cv = ShortRun(rig);
+  frmMeasureCV& cv = ShortSweep(rig.CV());
   cv.RetainTime(5000);
   cv.StartMeasurement();
   EXPECT_THAT(rig.sent, Contains("HT999E0"));
@@ -435,7 +281,7 @@ TEST(CVForm, WaitsNoLongerThanTheGeneratorCanHold) {
 
 TEST(CVForm, ClearsItsMonitorOnlyWhileIdle) {
   TestRig rig;
-  frmMeasureCV& cv = ShortRun(rig);
+  frmMeasureCV& cv = ShortSweep(rig.CV());
   rig.RunFor(0.1);
   EXPECT_GT(cv.picVMon.ItemCount(), 0u);
   cv.StartMeasurement();
@@ -448,7 +294,7 @@ TEST(CVForm, ClearsItsMonitorOnlyWhileIdle) {
 
 TEST(CVForm, GoesOnWhenItsGraphIsClosedAndComesBackToIt) {
   TestRig rig;
-  frmMeasureCV& cv = ShortRun(rig);
+  frmMeasureCV& cv = ShortSweep(rig.CV());
   cv.StartMeasurement();
   rig.RunFor(5);
   rig.machine.desktop.RequestClose("Graph1");

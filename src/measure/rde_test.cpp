@@ -1,10 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <vector>
 
 #include "core/track_file.h"
-#include "measure/test_rig.h"
+#include "measure/test_runs.h"
 
 namespace zento {
 namespace {
@@ -30,33 +31,14 @@ TEST(PlannedRotatingSweep, ReturnsToTheFirstPotentialOnlyInASingleCycle) {
 struct RingDiskRig : TestRig {
   RingDiskRig() {
     volts = [this](int channel) {
-      switch (channel) {
-        case 0:
-          return Seconds() / 10;
-        case 1:
-          return -0.5;
-        case 2:
-          return 1.2;
-        case 3:
-          return 2.0;
-        default:
-          return rotation;
-      }
+      const std::array inputs = {Seconds() / 10, -0.5, 1.2, 2.0, rotation};
+      return inputs.at(static_cast<std::size_t>(channel));
     };
     ws.run_log.Attach(machine.host, "home");
   }
 
   frmMeasureRDE& ShortRun() {
-    frmMeasureRDE& rde = RDE();
-    rde.SetVoltage(0, 0.5, -0.1);
-    rde.scanrate(100);
-    rde.Repeat(1);
-    rde.RetainTime(2);
-    rde.SamplingRate(10);
-    rde.Accumlation(3);
-    rde.rpm("1000");
-    rde.Title("Pt in O2");
-    rde.SelTrack(3);
+    frmMeasureRDE& rde = ShortSweep(RDE());
     rde.DiskScale(1e-3);
     rde.RingScale(1e-5);
     return rde;
@@ -64,7 +46,7 @@ struct RingDiskRig : TestRig {
   // Lets a run that records take some more points.
   void Take(int points) { RunFor(points / 10.0); }
 
-  std::string Log() { return machine.files.Read(RunLogPath("home")).value(); }
+  std::string Log() { return ReadLog(*this); }
 
   double rotation = 1.0;  // V on channel 4
 };
@@ -88,20 +70,6 @@ TEST(RDEForm, MonitorsFiveInputsWhileIdle) {
   EXPECT_THAT(rig.machine.dialogs.messages, IsEmpty());
 }
 
-TEST(RDEForm, SaysWhichDeviceKeepsItFromLoading) {
-  const auto message_when = [](auto fault) {
-    TestRig rig;
-    fault(rig);
-    EXPECT_EQ(rig.machine.desktop.Show("frmMeasureRDE"), nullptr);
-    return rig.machine.dialogs.messages;
-  };
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.card_status = -1; }),
-              ElementsAre("AD Board不良です"));
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.bus_status = 80; }), ElementsAre("GPIB不良"));
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.output_status = -1; }),
-              ElementsAre("DA Board Trouble!"));
-}
-
 TEST(RDEForm, CorrectsEntriesSilentlyAndKeepsThemAsSettings) {
   TestRig rig;
   rig.ws.settings.RDERPM = 1600;
@@ -111,16 +79,12 @@ TEST(RDEForm, CorrectsEntriesSilentlyAndKeepsThemAsSettings) {
   EXPECT_EQ(rde.txtRPM.text(), "1600");
   EXPECT_EQ(rde.cbxReference.selected(), 4);
   EXPECT_EQ(rde.txtAccum.text(), "1") << "a settings file may hold anything";
-  const auto leave = [](TextBox& box, const char* text) {
-    EXPECT_TRUE(box.UserSet(text).ok());
-    return box.text();
-  };
-  EXPECT_EQ(leave(rde.txtAccum, "0.5"), "1");
-  EXPECT_EQ(leave(rde.txtRPMScale, "0.9"), "1");
-  EXPECT_EQ(leave(rde.txtSamplingrate, "0"), "0.1");
-  EXPECT_EQ(leave(rde.txtSamplingrate, "5000"), "5000");
-  EXPECT_EQ(leave(rde.txtRingXScale, "2"), "2");
-  EXPECT_EQ(leave(rde.txtCycleNum, "1.5"), "1.5");
+  EXPECT_EQ(Typed(rde.txtAccum, "0.5"), "1");
+  EXPECT_EQ(Typed(rde.txtRPMScale, "0.9"), "1");
+  EXPECT_EQ(Typed(rde.txtSamplingrate, "0"), "0.1");
+  EXPECT_EQ(Typed(rde.txtSamplingrate, "5000"), "5000");
+  EXPECT_EQ(Typed(rde.txtRingXScale, "2"), "2");
+  EXPECT_EQ(Typed(rde.txtCycleNum, "1.5"), "1.5");
   ASSERT_TRUE(rde.cbxReference.UserChoose(2).ok());
   const Settings& s = rig.ws.settings;
   EXPECT_THAT((std::vector{s.RDEAccum, s.RPMScale, s.RDESamplingRate, s.RingXScale, s.RDECycleNum}),
@@ -175,7 +139,7 @@ TEST(RDEForm, RecordsDiskAndRingAndStoresThem) {
   ASSERT_TRUE(OpenTracks(another_day, rig.machine.files, "run.znt").complete());
   const TrackRecord& record = another_day.tracks.Record(3);
   EXPECT_EQ(record.Mode, kModeRDE);
-  EXPECT_EQ(record.Title, "Pt in O2");
+  EXPECT_EQ(record.Title, "Ferricyanide");
   EXPECT_EQ(record.MeasTime, "2026/01/01 09:00:15");
   EXPECT_EQ(record.pnum, 122);
   EXPECT_EQ(record.Scanrate, 100);
@@ -192,23 +156,6 @@ TEST(RDEForm, RecordsDiskAndRingAndStoresThem) {
   EXPECT_NEAR(another_day.tracks.Points(0, 3).back(), 1.42, 1e-6);
   EXPECT_THAT(another_day.tracks.Points(1, 3), Each(-5e-4));
   EXPECT_THAT(another_day.tracks.Points(2, 3), Each(2e-5));
-}
-
-TEST(RDEForm, WithoutAGeneratorWaitsUntilThePotentialLeavesItsStep) {
-  RingDiskRig rig;
-  rig.ws.settings.GPIBControl = 0;
-  double potential = 0.1001;
-  rig.volts = [&](int channel) { return channel == 0 ? potential : 0.0; };
-  frmMeasureRDE& rde = rig.ShortRun();
-  rde.StartMeasurement();
-  rig.RunFor(60);
-  potential = 0.1019;  // the same 2 mV step
-  rig.RunFor(60);
-  EXPECT_EQ(rde.lblMode.text(), "Waiting for the sweep");
-  potential = 0.1021;
-  rig.RunFor(0.1);
-  EXPECT_EQ(rde.lblMode.text(), "Recording");
-  EXPECT_THAT(rig.sent, IsEmpty());
 }
 
 TEST(RDEForm, SteersTheRotationIntoItsBand) {
@@ -287,25 +234,6 @@ TEST(RDEForm, LeavesTheMotorAloneWithoutRotationControl) {
   EXPECT_EQ(rig.Record(3).pnum, 122);
 }
 
-TEST(RDEForm, AStopBeforeTheSweepBeginsLeavesTheTrackAsItWas) {
-  RingDiskRig rig;
-  frmMeasureRDE& rde = rig.ShortRun();
-  rig.ws.tracks.Record(3).Title = "last week's";
-  rde.StartMeasurement();
-  rde.StartMeasurement();
-  EXPECT_THAT(rig.machine.dialogs.TakeMessages(),
-              ElementsAre("Please terminate other mesurement!"));
-  rig.RunFor(1.5);
-  ASSERT_TRUE(rde.cmdStop.UserClick().ok());
-  rig.RunFor(0.1);
-  EXPECT_EQ(rig.ws.running_flag, 0);
-  EXPECT_EQ(rig.Record(3).Title, "last week's");
-  EXPECT_EQ(rde.txtDataNum.text(), "3");
-  EXPECT_EQ(rig.sent.back(), "A0");
-  EXPECT_FALSE(rig.MotorOn());
-  EXPECT_THAT(rig.Log(), Not(HasSubstr("Rotation measured")));
-}
-
 TEST(RDEForm, ByTheButtonStoresTheElapsedTime) {
   RingDiskRig rig;
   frmMeasureRDE& rde = rig.ShortRun();
@@ -318,36 +246,6 @@ TEST(RDEForm, ByTheButtonStoresTheElapsedTime) {
   EXPECT_EQ(rig.Record(3).pnum, 301);
   EXPECT_EQ(rig.Record(3).Vxmin, -0.1);
   EXPECT_EQ(rde.lblTimeRemain.text(), "");
-}
-
-TEST(RDEForm, EndsARunSafelyHoweverItGoes) {
-  const auto check = [](auto end) {
-    RingDiskRig rig;
-    rig.ShortRun().StartMeasurement();
-    rig.RunFor(5);
-    end(rig);
-    EXPECT_EQ(rig.ws.running_flag, 0);
-    EXPECT_EQ(rig.Record(3).pnum, 30);
-    EXPECT_EQ(rig.ws.tracks.Points(2, 3).size(), 30u);
-    EXPECT_EQ(rig.sent.back(), "A0");
-    EXPECT_FALSE(rig.MotorOn());
-    EXPECT_EQ(rig.ws.end_active_run, nullptr);
-    const long reads = rig.reads;
-    rig.machine.Settle();
-    rig.RunFor(10);
-    return rig.reads - reads;
-  };
-  EXPECT_EQ(check([](TestRig& rig) { rig.machine.desktop.RequestClose("frmMeasureRDE"); }), 0);
-  EXPECT_EQ(check([](TestRig& rig) { rig.RDE().QuitRDEMeasurement(); }), 0);
-  EXPECT_GT(check([](TestRig& rig) { rig.ws.end_active_run(); }), 0) << "the monitor goes on";
-  EXPECT_GT(check([](TestRig& rig) {
-              rig.machine.dialogs.HoldMessages(true);
-              rig.instruments.analog_input.Close();
-              rig.RunFor(3);
-              EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre(HasSubstr("AD Board不良です")));
-              EXPECT_EQ(rig.instruments.analog_input.Open(), 0);
-            }),
-            0);
 }
 
 TEST(RDEForm, DrawsWhileItRecordsBelowFiftyPointsASecond) {

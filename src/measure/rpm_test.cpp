@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "measure/test_rig.h"
+#include "measure/test_runs.h"
 
 namespace zento {
 namespace {
@@ -33,45 +33,6 @@ TEST(RotationRamp, WithoutSpeedNeverEndsUnlessItIsThere) {
   const RotationRamp there{500, 500, 0};
   EXPECT_EQ(there.DurationMillis(), 0);
   EXPECT_TRUE(there.Reached(there.At(0)));
-}
-
-// The rig's motor follows its voltage at once, 1000 rpm a volt, and its current is 0.1 V per
-// 1000 rpm.
-void FollowMotor(TestRig& rig) {
-  rig.volts = [&rig](int channel) {
-    const double rpm_volts = rig.MotorOn() ? rig.motor_volts : 0.0;
-    return channel == 4 ? rpm_volts : channel == 1 ? rpm_volts / 10 : -0.1;
-  };
-}
-
-// 3 s at 200 rpm, then up to 700 rpm in 5 s, at 10 Hz.
-frmMeasureRPMvsj& ShortRamp(TestRig& rig) {
-  FollowMotor(rig);
-  frmMeasureRPMvsj& sweep = rig.Sweep();
-  sweep.SelTrack(6);
-  sweep.Title("Oxygen");
-  sweep.Potential(-0.25);
-  sweep.AppliedMeasuremode(2);
-  sweep.SetRPMParameters(200, 700, 100);
-  sweep.RetainTime(3);
-  sweep.SamplingRate(10);
-  sweep.Accumlation(4);
-  return sweep;
-}
-
-TEST(RotationSweepForm, SaysWhichDeviceKeepsItFromLoading) {
-  const auto message_when = [](auto fault) {
-    TestRig rig;
-    fault(rig);
-    EXPECT_EQ(rig.machine.desktop.Show("frmMeasureRPMvsj"), nullptr);
-    return rig.machine.dialogs.messages;
-  };
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.card_status = -1; }),
-              ElementsAre("AD Board不良です"));
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.bus_status = 80; }),
-              ElementsAre("GPIB Trouble!"));
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.output_status = -1; }),
-              ElementsAre("DA Board Trouble!"));
 }
 
 TEST(RotationSweepForm, KeepsItsEntriesInTheSettingsAndMonitors) {
@@ -105,7 +66,7 @@ TEST(RotationSweepForm, RampsAfterTheRetainTimeAndStoresRateCurrentAndTime) {
     TestRig rig;
     if (!generator) rig.ws.settings.GPIBControl = 0;
     frmMeasureRPMvsj& sweep = ShortRamp(rig);
-    rig.ws.tracks.Record(6).RPM = 1600;
+    rig.ws.tracks.Record(3).RPM = 1600;
     ASSERT_TRUE(sweep.chkRecordTime.UserClick().ok());
     ASSERT_TRUE(sweep.cmdStart.UserClick().ok());
     if (generator) {
@@ -121,13 +82,13 @@ TEST(RotationSweepForm, RampsAfterTheRetainTimeAndStoresRateCurrentAndTime) {
     ASSERT_TRUE(rig.RunUntilIdle(60));
 
     // A tick reads what the tick before it commanded; the one at 5 s commands the end.
-    const TrackRecord& record = rig.Record(6);
+    const TrackRecord& record = rig.Record(3);
     EXPECT_EQ(record.Mode, kModeRPMvsj);
     EXPECT_EQ(record.pnum, 51);
-    EXPECT_EQ(rig.ws.tracks.Value(2, 6, 0), 0);
-    EXPECT_DOUBLE_EQ(rig.ws.tracks.Value(2, 6, 50), 5000);
-    EXPECT_NEAR(rig.ws.tracks.Value(0, 6, 50), 690, 1e-9);
-    EXPECT_NEAR(rig.ws.tracks.Value(1, 6, 50), 6.9e-5, 1e-12);
+    EXPECT_EQ(rig.ws.tracks.Value(2, 3, 0), 0);
+    EXPECT_DOUBLE_EQ(rig.ws.tracks.Value(2, 3, 50), 5000);
+    EXPECT_NEAR(rig.ws.tracks.Value(0, 3, 50), 690, 1e-9);
+    EXPECT_NEAR(rig.ws.tracks.Value(1, 3, 50), 6.9e-5, 1e-12);
     EXPECT_EQ(record.V, (std::array<double, 3>{-0.25, 0, 0}));
     EXPECT_EQ(record.Vxmin, 200);
     EXPECT_EQ(record.Vxmax, 700);
@@ -138,7 +99,7 @@ TEST(RotationSweepForm, RampsAfterTheRetainTimeAndStoresRateCurrentAndTime) {
     EXPECT_EQ(rig.sent.empty() ? "A0" : rig.sent.back(), "A0");
     EXPECT_FALSE(rig.MotorOn());
     EXPECT_EQ(rig.machine.sound.played.size(), 1u);
-    EXPECT_THAT(rig.shown_tracks, ElementsAre(6));
+    EXPECT_THAT(rig.shown_tracks, ElementsAre(3));
   }
 }
 
@@ -153,7 +114,7 @@ TEST(RotationSweepForm, CommandsNoRateAbove5000AndStillEnds) {
   rig.RunFor(0.1);
   EXPECT_FALSE(rig.MotorOn());
   ASSERT_TRUE(rig.RunUntilIdle(60));
-  EXPECT_EQ(rig.Record(6).MaxTime, 10'000);
+  EXPECT_EQ(rig.Record(3).MaxTime, 10'000);
   // And downwards the motor comes on where the ramp may be commanded.
   sweep.SetRPMParameters(5500, 4500, 100);
   sweep.StartMeasurement();
@@ -162,7 +123,7 @@ TEST(RotationSweepForm, CommandsNoRateAbove5000AndStillEnds) {
   rig.RunFor(0.2);
   EXPECT_TRUE(rig.MotorOn());
   EXPECT_TRUE(rig.RunUntilIdle(60));
-  EXPECT_EQ(rig.Record(6).pnum, 101);
+  EXPECT_EQ(rig.Record(3).pnum, 101);
 }
 
 TEST(RotationSweepForm, ByTheLimitRecordsFromTheFirstChangeToTheLimit) {
@@ -184,12 +145,12 @@ TEST(RotationSweepForm, ByTheLimitRecordsFromTheFirstChangeToTheLimit) {
   EXPECT_EQ(rig.ws.running_flag, -1);
   rpm = 1000.5;
   ASSERT_TRUE(rig.RunUntilIdle(1));
-  EXPECT_EQ(rig.Record(6).pnum, 302);
-  EXPECT_EQ(rig.Record(6).MaxTime, 30'100);
-  EXPECT_EQ(rig.Record(6).Vxmin, 0);
-  EXPECT_DOUBLE_EQ(rig.Record(6).Vxmax, 1000.5);
-  EXPECT_EQ(rig.Record(6).TimeRecording, 0);
-  EXPECT_EQ(rig.ws.tracks.Column(2, 6).size(), 302u);
+  EXPECT_EQ(rig.Record(3).pnum, 302);
+  EXPECT_EQ(rig.Record(3).MaxTime, 30'100);
+  EXPECT_EQ(rig.Record(3).Vxmin, 0);
+  EXPECT_DOUBLE_EQ(rig.Record(3).Vxmax, 1000.5);
+  EXPECT_EQ(rig.Record(3).TimeRecording, 0);
+  EXPECT_EQ(rig.ws.tracks.Column(2, 3).size(), 302u);
   EXPECT_EQ(rig.sent.back(), "A0");
 }
 
@@ -199,13 +160,13 @@ TEST(RotationSweepForm, ByTheButtonRecordsUntilStopAndNothingWhereNothingMoved) 
   sweep.AppliedMeasuremode(1);
   double rpm = 500;
   rig.volts = [&rpm](int channel) { return channel == 4 ? rpm / 1000 : 0.1; };
-  rig.ws.tracks.Record(6).Title = "last week's";
+  rig.ws.tracks.Record(3).Title = "last week's";
   sweep.StartMeasurement();
   rig.RunFor(600);
   ASSERT_TRUE(sweep.cmdStop.UserClick().ok());
   rig.RunFor(0.1);
   EXPECT_EQ(rig.ws.running_flag, 0);
-  EXPECT_EQ(rig.Record(6).Title, "last week's");
+  EXPECT_EQ(rig.Record(3).Title, "last week's");
   EXPECT_THAT(rig.shown_tracks, IsEmpty());
 
   sweep.StartMeasurement();
@@ -217,8 +178,8 @@ TEST(RotationSweepForm, ByTheButtonRecordsUntilStopAndNothingWhereNothingMoved) 
   EXPECT_DOUBLE_EQ(rig.motor_volts, 0.2);
   ASSERT_TRUE(sweep.cmdStop.UserClick().ok());
   rig.RunFor(0.1);
-  EXPECT_EQ(rig.Record(6).pnum, 6010);
-  EXPECT_EQ(rig.Record(6).Vxmin, -0.1);
+  EXPECT_EQ(rig.Record(3).pnum, 6010);
+  EXPECT_EQ(rig.Record(3).Vxmin, -0.1);
   EXPECT_THAT(rig.machine.sound.played, IsEmpty());
 }
 
@@ -232,51 +193,8 @@ TEST(RotationSweepForm, TheRampGoesOnThroughAGapInTheReadings) {
   EXPECT_NEAR(rig.motor_volts, 0.5, 1e-9);
   FollowMotor(rig);
   ASSERT_TRUE(rig.RunUntilIdle(60));
-  EXPECT_EQ(rig.Record(6).pnum, 41);
-  EXPECT_EQ(rig.Record(6).MaxTime, 5000);
-}
-
-// Whatever ends it, generator and motor are off and the points are kept.
-TEST(RotationSweepForm, EndsARunSafely) {
-  const auto check = [](auto end) {
-    TestRig rig;
-    rig.machine.dialogs.HoldMessages(true);
-    frmMeasureRPMvsj& sweep = ShortRamp(rig);
-    sweep.StartMeasurement();
-    sweep.StartMeasurement();
-    EXPECT_THAT(rig.machine.dialogs.TakeMessages(),
-                ElementsAre("Please terminate other mesurement!"));
-    rig.RunFor(3.1 + 1.05);
-    end(rig);
-    EXPECT_EQ(rig.ws.running_flag, 0);
-    EXPECT_EQ(rig.Record(6).pnum, 11);
-    EXPECT_EQ(rig.sent.back(), "A0");
-    EXPECT_FALSE(rig.MotorOn());
-    EXPECT_EQ(rig.ws.end_active_run, nullptr);
-    rig.RunFor(10);
-    EXPECT_FALSE(rig.MotorOn());
-  };
-  check([](TestRig& rig) { rig.machine.desktop.RequestClose("frmMeasureRPMvsj"); });
-  check([](TestRig& rig) { rig.Sweep().QuitRPMvsjMeasurement(); });
-  check([](TestRig& rig) { rig.ws.end_active_run(); });
-  check([](TestRig& rig) {
-    rig.instruments.analog_input.Close();
-    rig.RunFor(3);
-    EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre(testing::StartsWith("AD Board不良です")));
-  });
-}
-
-TEST(RotationSweepForm, AFullBufferEndsASweepThatStandsStill) {
-  TestRig rig;
-  frmMeasureRPMvsj& sweep = ShortRamp(rig);
-  sweep.SetRPMParameters(300, 700, 0);
-  sweep.SamplingRate(1000);
-  sweep.Accumlation(1);
-  sweep.StartMeasurement();
-  ASSERT_TRUE(rig.RunUntilIdle(60));
-  EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre("Buffer overflow!"));
-  EXPECT_EQ(rig.Record(6).pnum, 20001);
-  EXPECT_FALSE(rig.MotorOn());
+  EXPECT_EQ(rig.Record(3).pnum, 41);
+  EXPECT_EQ(rig.Record(3).MaxTime, 5000);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "measure/test_rig.h"
+#include "measure/test_runs.h"
 
 namespace zento {
 namespace {
@@ -17,25 +17,13 @@ using Operation = MemoryFiles::Operation;
 struct LogRig : TestRig {
   LogRig() { ws.run_log.Attach(machine.host, "home"); }
 
+  // As it is on the disk now.
   std::string Log() {
     std::string text = machine.files.Read(RunLogPath("home")).value();
     std::erase(text, '\r');
     return text;
   }
-  // 12 s at 100 mV/s after a retain time of 2 s.
-  frmMeasureCV& Sweep() {
-    frmMeasureCV& cv = CV();
-    cv.SetVoltage(0, 0.5, -0.1);
-    cv.scanrate(100);
-    cv.Repeat(1);
-    cv.RetainTime(2);
-    cv.SamplingRate(10);
-    cv.Accumlation(3);
-    cv.rpm("1000");
-    cv.Title("Ferricyanide");
-    cv.SelTrack(3);
-    return cv;
-  }
+  frmMeasureCV& Sweep() { return ShortSweep(CV()); }
 };
 
 TEST(RunLog, TellsAWholeRun) {

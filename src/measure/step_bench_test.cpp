@@ -9,7 +9,6 @@
 #include <numbers>
 #include <string>
 
-#include "core/track_file.h"
 #include "measure/step_form.h"
 #include "measure/test_bench.h"
 #include "text/number.h"
@@ -35,7 +34,7 @@ TEST(StepOnTheBench, CurrentFollowsTheSquareRootLaw) {
     SCOPED_TRACE(std::string(sampling.rate) + " Hz, " + sampling.accumulation + " readings");
     const sim::Parameters p = Quiet();
     Laboratory lab(p);
-    auto& step = *dynamic_cast<frmPotentialStep*>(lab.machine.desktop.Show("frmPotentialStep"));
+    auto& step = lab.Open<frmPotentialStep>("frmPotentialStep");
     step.SelTrack(5);
     step.SetVoltage(-0.2, 0.7);
     step.RetainTime(3);
@@ -82,7 +81,7 @@ TEST(StepOnTheBench, CurrentFollowsTheSquareRootLaw) {
 TEST(StepOnTheBench, EndsByChargeWhenTheLawSays) {
   const sim::Parameters p = Quiet();
   Laboratory lab(p);
-  auto& step = *dynamic_cast<frmPotentialStep*>(lab.machine.desktop.Show("frmPotentialStep"));
+  auto& step = lab.Open<frmPotentialStep>("frmPotentialStep");
   step.SelTrack(5);
   step.SetVoltage(-0.2, 0.7);
   step.RetainTime(1);
@@ -90,13 +89,8 @@ TEST(StepOnTheBench, EndsByChargeWhenTheLawSays) {
   step.Accumlation(1);
   step.CoulombNumber(5e-4);
   step.MeasMode(2);
-  step.StartMeasurement();
-  ASSERT_TRUE(lab.RunUntilIdle());
-  ASSERT_TRUE(SaveTracksAs(lab.ws, lab.machine.files, "charge").ok());
-  Workstation another_day;
-  ASSERT_TRUE(OpenTracks(another_day, lab.machine.files, "charge.znt").complete());
-  EXPECT_EQ(another_day.tracks.Record(5), lab.ws.tracks.Record(5));
-  const double end = another_day.tracks.Points(0, 5).back();
+  lab.Measure(step.cmdStart);
+  const double end = lab.ReadBack(0).back();
   // What flowed before the first point, where the board is at its limit too, is not in the charge.
   const double charge = 2 * Cottrell(p, 1) * (std::sqrt(end) - std::sqrt(0.006));
   EXPECT_NEAR(charge / 5e-4, 1, 0.05);

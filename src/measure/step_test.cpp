@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "measure/test_rig.h"
+#include "measure/test_runs.h"
 
 namespace zento {
 namespace {
@@ -13,30 +13,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-// A cell that rests at `first` and steps to `second` `after` seconds from now; its current is
-// 0.5 V on channel 1.
-void StepAfter(TestRig& rig, double after, double first = 0.1, double second = 0.8) {
-  rig.volts = [&rig, at = rig.Seconds() + after, first, second](int channel) {
-    if (channel == 0) return rig.Seconds() < at ? first : second;
-    return channel == 1 ? 0.5 : 0.0;
-  };
-}
-
-// 2 s at 0.1 V, then 0.8 V for 10 s, at 10 Hz.
-frmPotentialStep& ShortRun(TestRig& rig) {
-  frmPotentialStep& step = rig.Step();
-  step.SetVoltage(0.1, 0.8);
-  step.RetainTime(2);
-  step.MeasureTime(10);
-  step.InitSamplingRate(10);
-  step.Accumlation(3);
-  step.rpm("1000");
-  step.Title("Ferricyanide");
-  step.SelTrack(3);
-  StepAfter(rig, 2.05);
-  return step;
-}
-
 std::vector<double> Intervals(TestRig& rig, int track) {
   std::vector<double> intervals;
   const auto times = rig.ws.tracks.Points(0, track);
@@ -44,20 +20,6 @@ std::vector<double> Intervals(TestRig& rig, int track) {
     intervals.push_back(std::round((times[i] - times[i - 1]) * 1000));
   }
   return intervals;
-}
-
-TEST(StepForm, SaysWhichDeviceKeepsItFromLoading) {
-  const auto message_when = [](auto fault) {
-    TestRig rig;
-    fault(rig);
-    EXPECT_EQ(rig.machine.desktop.Show("frmPotentialStep"), nullptr);
-    return rig.machine.dialogs.messages;
-  };
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.card_status = -1; }),
-              ElementsAre("AD Board不良です"));
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.bus_status = 80; }), ElementsAre("GPIB不良"));
-  EXPECT_THAT(message_when([](TestRig& rig) { rig.output_status = -1; }),
-              ElementsAre("DA Board Trouble!"));
 }
 
 TEST(StepForm, KeepsItsEntriesInTheSettingsAndCorrectsThemSilently) {
@@ -99,7 +61,7 @@ TEST(StepForm, KeepsItsEntriesInTheSettingsAndCorrectsThemSilently) {
 
 TEST(StepForm, RecordsFromTheStepOnAndEndsByTime) {
   TestRig rig;
-  frmPotentialStep& step = ShortRun(rig);
+  frmPotentialStep& step = ShortStep(rig);
   rig.ws.tracks.Record(3).Scanrate = 50;
   ASSERT_TRUE(step.cmdStart.UserClick().ok());
   EXPECT_EQ(rig.sent, (std::vector<std::string>{"SR0", "F1ED1", "VF+0100", "RT10E9", "STEP",
@@ -142,7 +104,7 @@ TEST(StepForm, RecordsFromTheStepOnAndEndsByTime) {
 
 TEST(StepForm, WithoutAStepWaitsUntilStopAndLeavesTheTrackAsItWas) {
   TestRig rig;
-  frmPotentialStep& step = ShortRun(rig);
+  frmPotentialStep& step = ShortStep(rig);
   StepAfter(rig, 1e9);
   rig.ws.tracks.Record(3).Title = "last week's";
   step.StartMeasurement();
@@ -163,7 +125,7 @@ TEST(StepForm, WithoutAStepWaitsUntilStopAndLeavesTheTrackAsItWas) {
 
 TEST(StepForm, EndsByChargeOnlyInItsDirection) {
   TestRig rig;
-  frmPotentialStep& step = ShortRun(rig);
+  frmPotentialStep& step = ShortStep(rig);
   step.MeasMode(2);
   step.CoulombNumber(0.00101);
   step.StartMeasurement();
@@ -186,7 +148,7 @@ TEST(StepForm, EndsByChargeOnlyInItsDirection) {
 TEST(StepForm, StopStoresTheTimeThatWasMeasured) {
   for (const int mode : {0, 1, 2}) {
     TestRig rig;
-    frmPotentialStep& step = ShortRun(rig);
+    frmPotentialStep& step = ShortStep(rig);
     step.MeasureTime(100);
     step.MeasMode(static_cast<std::int16_t>(mode));
     step.StartMeasurement();
@@ -202,7 +164,7 @@ TEST(StepForm, StopStoresTheTimeThatWasMeasured) {
 
 TEST(StepForm, VariableSamplingKeepsItsOwnCadence) {
   TestRig rig;
-  frmPotentialStep& step = ShortRun(rig);
+  frmPotentialStep& step = ShortStep(rig);
   ASSERT_TRUE(step.txtSamplingDivision.UserSet("1.1").ok());
   ASSERT_TRUE(step.opnSamplingMode.UserChoose(1).ok());
   step.MeasureTime(600);
@@ -224,7 +186,7 @@ TEST(StepForm, VariableSamplingKeepsItsOwnCadence) {
 TEST(StepForm, ADivisionThatMultipliesIsSafe) {
   const auto intervals = [](const char* division) {
     TestRig rig;
-    frmPotentialStep& step = ShortRun(rig);
+    frmPotentialStep& step = ShortStep(rig);
     EXPECT_TRUE(step.txtSamplingDivision.UserSet(division).ok());
     EXPECT_TRUE(step.opnSamplingMode.UserChoose(1).ok());
     step.MeasureTime(2);
@@ -245,7 +207,7 @@ TEST(StepForm, ADivisionThatMultipliesIsSafe) {
 // However slow the tail has become, Stop is Stop.
 TEST(StepForm, StopTakesEffectWithinASecond) {
   TestRig rig;
-  frmPotentialStep& step = ShortRun(rig);
+  frmPotentialStep& step = ShortStep(rig);
   ASSERT_TRUE(step.txtSamplingDivision.UserSet("30").ok());
   ASSERT_TRUE(step.opnSamplingMode.UserChoose(1).ok());
   step.MeasMode(1);
@@ -261,14 +223,12 @@ TEST(StepForm, StopTakesEffectWithinASecond) {
 
 TEST(StepForm, DrawsWhileTheRateIsBelow50HzAndItIsAskedTo) {
   TestRig rig;
-  frmPotentialStep& step = ShortRun(rig);
+  frmPotentialStep& step = ShortStep(rig);
   step.InitSamplingRate(100);
   ASSERT_TRUE(step.opnSamplingMode.UserChoose(1).ok());
   ASSERT_TRUE(step.txtSamplingDivision.UserSet("1.05").ok());
   step.StartMeasurement();
-  const auto drawn = [&rig] {
-    return dynamic_cast<Graph*>(rig.machine.desktop.Find("Graph1"))->Picture1.ItemCount();
-  };
+  const auto drawn = [&rig] { return rig.Picture("Graph1").ItemCount(); };
   rig.RunFor(2.15);
   EXPECT_EQ(drawn(), 0u);
   EXPECT_EQ(step.lblStatus.text(), "Recording");
@@ -285,7 +245,7 @@ TEST(StepForm, DrawsWhileTheRateIsBelow50HzAndItIsAskedTo) {
 TEST(StepForm, APotentialBetweenTenthsOfAVoltIsTakenForAStepAndTheLogSaysSo) {
   TestRig rig;
   rig.ws.run_log.Attach(rig.machine.host, "home");
-  frmPotentialStep& step = ShortRun(rig);
+  frmPotentialStep& step = ShortStep(rig);
   StepAfter(rig, 2, 0.25, 0.8);
   step.StartMeasurement();
   rig.RunFor(0.1);
@@ -295,17 +255,15 @@ TEST(StepForm, APotentialBetweenTenthsOfAVoltIsTakenForAStepAndTheLogSaysSo) {
   StepAfter(rig, 2.05);
   step.StartMeasurement();
   ASSERT_TRUE(rig.RunUntilIdle());
-  rig.ws.run_log.Flush();
-  const auto log = rig.machine.files.Read(RunLogPath("home"));
-  ASSERT_TRUE(log.ok());
-  EXPECT_THAT(log.value(), HasSubstr("recording did not wait for the step"));
-  EXPECT_THAT(log.value(), HasSubstr("The step came at most 100 ms before time 0"));
-  EXPECT_THAT(log.value(), HasSubstr("Potentials: 0.1 V, 0.8 V"));
+  const std::string log = ReadLog(rig);
+  EXPECT_THAT(log, HasSubstr("recording did not wait for the step"));
+  EXPECT_THAT(log, HasSubstr("The step came at most 100 ms before time 0"));
+  EXPECT_THAT(log, HasSubstr("Potentials: 0.1 V, 0.8 V"));
 }
 
 TEST(StepForm, AnotherTargetGetsItAllAndTheFirstIsLeftAsItWas) {
   TestRig rig;
-  frmPotentialStep& step = ShortRun(rig);
+  frmPotentialStep& step = ShortStep(rig);
   rig.ws.tracks.Record(3).V = {-0.3, 1.1, 0.2};
   step.StartMeasurement();
   rig.RunFor(5);
@@ -315,49 +273,6 @@ TEST(StepForm, AnotherTargetGetsItAllAndTheFirstIsLeftAsItWas) {
   EXPECT_EQ(rig.Record(3).V, (std::array<double, 3>{-0.3, 1.1, 0.2}));
   EXPECT_EQ(rig.Record(8).V, (std::array<double, 3>{0.1, 0.8, 0}));
   EXPECT_EQ(rig.Record(8).pnum, 102);
-}
-
-TEST(StepForm, AFullBufferEndsTheRunThoughNobodyAnswers) {
-  TestRig rig;
-  rig.machine.dialogs.HoldMessages(true);
-  frmPotentialStep& step = ShortRun(rig);
-  step.InitSamplingRate(1000);
-  step.Accumlation(1);
-  step.MeasMode(1);
-  step.StartMeasurement();
-  step.StartMeasurement();
-  EXPECT_THAT(rig.machine.dialogs.TakeMessages(),
-              ElementsAre("Please terminate other mesurement!"));
-  ASSERT_TRUE(rig.RunUntilIdle(60));
-  EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre("Buffer overflow!"));
-  EXPECT_EQ(rig.Record(3).pnum, 20001);
-  EXPECT_EQ(rig.sent.back(), "A0");
-}
-
-// Whether the window goes or the board fails, the run comes to its safe end.
-TEST(StepForm, EndsARunSafely) {
-  const auto check = [](auto end) {
-    TestRig rig;
-    rig.machine.dialogs.HoldMessages(true);
-    frmPotentialStep& step = ShortRun(rig);
-    step.StartMeasurement();
-    rig.RunFor(2.1 + 3);
-    end(rig);
-    EXPECT_EQ(rig.ws.running_flag, 0);
-    EXPECT_EQ(rig.Record(3).pnum, 31);
-    EXPECT_EQ(rig.Record(3).MaxTime, 3000);
-    EXPECT_EQ(rig.sent.back(), "A0");
-    EXPECT_FALSE(rig.MotorOn());
-    EXPECT_EQ(rig.ws.end_active_run, nullptr);
-  };
-  check([](TestRig& rig) { rig.machine.desktop.RequestClose("frmPotentialStep"); });
-  check([](TestRig& rig) { rig.Step().QuitPSMeasurement(); });
-  check([](TestRig& rig) { rig.ws.end_active_run(); });
-  check([](TestRig& rig) {
-    rig.instruments.analog_input.Close();
-    rig.RunFor(3);
-    EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre(testing::StartsWith("AD Board不良です")));
-  });
 }
 
 }  // namespace

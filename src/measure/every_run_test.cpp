@@ -1,0 +1,226 @@
+// What holds for every measurement with a generator and a motor, whichever window runs it.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "measure/test_runs.h"
+
+namespace zento {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+// A short run into track 3 of one window.
+struct Window {
+  const char* name;
+  const char* board_message;
+  const char* bus_message;
+  int columns;     // of a stored track
+  double seconds;  // after which it has recorded `points`
+  int points;
+  void (*fill_in)(TestRig&);
+  void (*start)(TestRig&);
+  void (*quit)(TestRig&);
+  // So that only a full buffer ends it, within 60 s.
+  void (*make_endless)(TestRig&);
+
+  zento::Form& Form(TestRig& rig) const { return *rig.machine.desktop.Find(name); }
+};
+
+const Window kWindows[] = {
+    {"frmMeasureCV", "AD Board Trouble!", "GPIB Trouble!", 2, 5, 30,
+     [](TestRig& rig) { ShortSweep(rig.CV()); }, [](TestRig& rig) { rig.CV().StartMeasurement(); },
+     [](TestRig& rig) { rig.CV().QuitCVMeasurement(); },
+     [](TestRig& rig) {
+       rig.CV().SamplingRate(1000);
+       rig.CV().Accumlation(1);
+       EXPECT_TRUE(rig.CV().OpnCVMeas.UserChoose(1).ok());
+     }},
+    {"frmMeasureRDE", "AD Board不良です", "GPIB不良", 3, 5, 30,
+     [](TestRig& rig) { ShortSweep(rig.RDE()); },
+     [](TestRig& rig) { rig.RDE().StartMeasurement(); },
+     [](TestRig& rig) { rig.RDE().QuitRDEMeasurement(); },
+     [](TestRig& rig) {
+       rig.RDE().SamplingRate(1000);
+       rig.RDE().Accumlation(1);
+       EXPECT_TRUE(rig.RDE().opnRDEMeas.UserChoose(1).ok());
+     }},
+    {"frmPotentialStep", "AD Board不良です", "GPIB不良", 2, 2.1 + 3, 31,
+     [](TestRig& rig) { ShortStep(rig); }, [](TestRig& rig) { rig.Step().StartMeasurement(); },
+     [](TestRig& rig) { rig.Step().QuitPSMeasurement(); },
+     [](TestRig& rig) {
+       rig.Step().InitSamplingRate(1000);
+       rig.Step().Accumlation(1);
+       rig.Step().MeasMode(1);
+     }},
+    {"frmMeasureRPMvsj", "AD Board不良です", "GPIB Trouble!", 3, 3.1 + 1.05, 11,
+     [](TestRig& rig) { ShortRamp(rig); }, [](TestRig& rig) { rig.Sweep().StartMeasurement(); },
+     [](TestRig& rig) { rig.Sweep().QuitRPMvsjMeasurement(); },
+     [](TestRig& rig) {
+       rig.Sweep().SetRPMParameters(300, 700, 0);  // stands still
+       rig.Sweep().SamplingRate(1000);
+       rig.Sweep().Accumlation(1);
+     }},
+};
+
+void ExpectAllOff(const TestRig& rig) {
+  EXPECT_EQ(rig.ws.running_flag, 0);
+  EXPECT_EQ(rig.ws.end_active_run, nullptr);
+  EXPECT_EQ(rig.sent.back(), "A0");
+  EXPECT_FALSE(rig.MotorOn());
+}
+
+TEST(EveryRun, ItsWindowSaysWhichDeviceKeepsItFromLoading) {
+  for (const Window& window : kWindows) {
+    SCOPED_TRACE(window.name);
+    const auto message_when = [&](auto fault) {
+      TestRig rig;
+      fault(rig);
+      EXPECT_EQ(rig.machine.desktop.Show(window.name), nullptr);
+      EXPECT_EQ(rig.machine.desktop.Find(window.name), nullptr);
+      return rig.machine.dialogs.messages;
+    };
+    EXPECT_THAT(message_when([](TestRig& rig) { rig.card_status = -1; }),
+                ElementsAre(window.board_message));
+    EXPECT_THAT(message_when([](TestRig& rig) { rig.bus_status = 80; }),
+                ElementsAre(window.bus_message));
+    EXPECT_THAT(message_when([](TestRig& rig) { rig.output_status = -1; }),
+                ElementsAre("DA Board Trouble!"));
+  }
+}
+
+// Whether the window goes, the program ends or the board falls silent: generator and motor are off
+// and the points are kept, though nobody answers a message.
+TEST(EveryRun, EndsSafelyHoweverItEnds) {
+  for (const Window& window : kWindows) {
+    const auto reads_after = [&](const char* how, auto end) {
+      SCOPED_TRACE(std::string(window.name) + ", " + how);
+      TestRig rig;
+      rig.machine.dialogs.HoldMessages(true);
+      window.fill_in(rig);
+      window.start(rig);
+      EXPECT_TRUE(rig.MotorOn());
+      EXPECT_EQ(rig.sent.back(), "A1");
+      rig.RunFor(window.seconds);
+      end(rig);
+      ExpectAllOff(rig);
+      EXPECT_EQ(rig.Record(3).pnum, window.points);
+      for (int column = 0; column < window.columns; ++column) {
+        EXPECT_EQ(rig.ws.tracks.Points(column, 3).size(), static_cast<std::size_t>(window.points));
+      }
+      const long reads = rig.reads;
+      rig.machine.Settle();
+      rig.RunFor(10);
+      ExpectAllOff(rig);
+      return rig.reads - reads;
+    };
+    const auto close = [&](TestRig& rig) { rig.machine.desktop.RequestClose(window.name); };
+    EXPECT_EQ(reads_after("closed", close), 0);
+    EXPECT_EQ(reads_after("quit", window.quit), 0);
+    EXPECT_GT(reads_after("ended", [](TestRig& rig) { rig.ws.end_active_run(); }), 0)
+        << "the monitor goes on";
+    EXPECT_GT(reads_after("silent board",
+                          [&](TestRig& rig) {
+                            rig.instruments.analog_input.Close();
+                            rig.RunFor(3);
+                            EXPECT_THAT(rig.machine.dialogs.messages,
+                                        ElementsAre(StartsWith(window.board_message)));
+                            EXPECT_EQ(rig.instruments.analog_input.Open(), 0);
+                          }),
+              0);
+  }
+}
+
+TEST(EveryRun, AFullBufferEndsItThoughNobodyAnswers) {
+  for (const Window& window : kWindows) {
+    SCOPED_TRACE(window.name);
+    TestRig rig;
+    rig.machine.dialogs.HoldMessages(true);
+    window.fill_in(rig);
+    window.make_endless(rig);
+    window.start(rig);
+    ASSERT_TRUE(rig.RunUntilIdle(60));
+    EXPECT_THAT(rig.machine.dialogs.messages, ElementsAre("Buffer overflow!"));
+    EXPECT_EQ(rig.Record(3).pnum, 20001);
+    EXPECT_EQ(rig.ws.tracks.Column(1, 3).size(), 20001u);
+    ExpectAllOff(rig);
+  }
+}
+
+TEST(EveryRun, AStopBeforeItRecordsLeavesTheTrackAsItWas) {
+  for (const Window& window : kWindows) {
+    SCOPED_TRACE(window.name);
+    TestRig rig;
+    rig.ws.run_log.Attach(rig.machine.host, "home");
+    window.fill_in(rig);
+    rig.ws.tracks.Record(3).Title = "last week's";
+    rig.ws.tracks.Record(3).pnum = 1;
+    rig.ws.tracks.SetValue(0, 3, 0, 0.7);
+    window.start(rig);
+    rig.RunFor(1.5);
+    ASSERT_TRUE(window.Form(rig).Find("cmdStop")->UserClick().ok());
+    EXPECT_EQ(rig.ws.running_flag, -1) << "the next tick ends the run";
+    rig.RunFor(0.1);
+    ExpectAllOff(rig);
+    EXPECT_EQ(rig.Record(3).Title, "last week's");
+    EXPECT_EQ(rig.ws.tracks.Value(0, 3, 0), 0.7);
+    EXPECT_EQ(dynamic_cast<TextBox*>(window.Form(rig).Find("txtDataNum"))->text(), "3");
+    EXPECT_THAT(rig.shown_tracks, IsEmpty());
+    EXPECT_THAT(rig.machine.sound.played, IsEmpty());
+    EXPECT_THAT(ReadLog(rig), Not(testing::HasSubstr("Rotation measured")));
+  }
+}
+
+TEST(EveryRun, RefusesASecondMeasurementAndChangesNothing) {
+  for (const Window& window : kWindows) {
+    SCOPED_TRACE(window.name);
+    TestRig rig;
+    window.fill_in(rig);
+    const Settings settings = rig.ws.settings;
+    rig.ws.running_flag = -1;  // a macro waits
+    window.start(rig);
+    EXPECT_THAT(rig.machine.dialogs.TakeMessages(),
+                ElementsAre("Please terminate other mesurement!"));
+    EXPECT_TRUE(window.Form(rig).Find("cmdStart")->enabled());
+    EXPECT_THAT(rig.sent, IsEmpty());
+    EXPECT_FALSE(rig.MotorOn());
+    EXPECT_EQ(rig.ws.settings, settings) << "the entries are not stored either";
+    rig.ws.running_flag = 0;
+    window.start(rig);
+    window.start(rig);
+    EXPECT_EQ(rig.machine.dialogs.messages.size(), 1u);
+    EXPECT_TRUE(rig.RunUntilIdle(60));
+  }
+}
+
+// The potential is compared in steps of 2.5 mV by one window, of 2 mV by the other.
+TEST(EveryRun, ASweepWithoutAGeneratorWaitsUntilThePotentialLeavesItsStep) {
+  const auto check = [](auto& form, TestRig& rig, double& potential, double same, double left) {
+    SCOPED_TRACE(form.name());
+    ShortSweep(form).StartMeasurement();
+    rig.RunFor(60);
+    potential = same;
+    rig.RunFor(60);
+    EXPECT_EQ(form.lblMode.text(), "Waiting for the sweep");
+    potential = left;
+    rig.RunFor(0.1);
+    EXPECT_EQ(form.lblMode.text(), "Recording");
+    ASSERT_TRUE(rig.RunUntilIdle());
+    EXPECT_EQ(rig.Record(3).pnum, 122);
+    EXPECT_NEAR(rig.ws.tracks.Value(0, 3, 0), left, 1e-12);
+    EXPECT_THAT(rig.sent, IsEmpty());
+  };
+  TestRig rig;
+  rig.ws.settings.GPIBControl = 0;
+  double potential = 0.1001;
+  rig.volts = [&](int channel) { return channel == 0 ? potential : 0.0; };
+  check(rig.CV(), rig, potential, 0.1024, 0.1026);
+  potential = 0.1001;
+  check(rig.RDE(), rig, potential, 0.1019, 0.1021);
+}
+
+}  // namespace
+}  // namespace zento
