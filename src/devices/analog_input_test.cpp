@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <vector>
+
 #include "support/fake_vendor.h"
 
 namespace zento {
@@ -89,12 +92,17 @@ TEST_F(AnalogInputTest, CardIsRegisteredOnceUntilItIsClosed) {
   EXPECT_EQ(bench.workstation.card_handle, 3);
   vendor.volts[2] = 1.5;
   EXPECT_EQ(input.Read(2), 1.5);
+  EXPECT_EQ(input.LastProblem(), "");
+  vendor.read_result = -4;  // is told and changes no value
+  EXPECT_EQ(input.Read(2), 1.5);
+  EXPECT_THAT(input.LastProblem(), HasSubstr("status -4"));
   // Read by the card's number, released by its handle.
   input.Close();
   EXPECT_EQ(bench.workstation.card_handle, -1);
   EXPECT_EQ(input.Read(2), std::nullopt);
   ASSERT_EQ(input.Open(), 0);
-  EXPECT_THAT(vendor.Take(), ElementsAre("AI 1 2 3", "Release_Card 3", "Register_Card 22 1"));
+  EXPECT_THAT(vendor.Take(),
+              ElementsAre("AI 1 2 3", "AI 1 2 3", "Release_Card 3", "Register_Card 22 1"));
 }
 
 TEST_F(AnalogInputTest, CardThatIsNotThereFailsToOpenAndMayComeLater) {
@@ -117,18 +125,17 @@ TEST_F(AnalogInputTest, RangesFollowEachChannelOnItsOwn) {
     EXPECT_EQ(input.Read(static_cast<std::uint8_t>(channel)), volts);
     return vendor.calls.back().back() - '0';
   };
-  EXPECT_EQ(range_of(0, 0), 3);  // climbs to the finest range and stays there
-  EXPECT_EQ(range_of(0, 0), 4);
-  EXPECT_EQ(range_of(0, 0), 5);
-  EXPECT_EQ(range_of(0, 0), 5);
-  EXPECT_EQ(range_of(1, 0.4), 3);  // 16 % of full scale: finer; 32 % there: stays
-  EXPECT_EQ(range_of(1, 0.4), 4);
-  EXPECT_EQ(range_of(1, -1.1), 4);  // 88 %: coarser
-  EXPECT_EQ(range_of(1, -1.1), 3);
-  EXPECT_EQ(range_of(0, 0.625), 5);
-  EXPECT_EQ(range_of(0, 1.25), 4);
-  EXPECT_EQ(range_of(0, 2.5), 3);
-  EXPECT_EQ(range_of(0, 2.5), 3);
+  // A channel's readings one after the other, and the range code of each.
+  const std::tuple<int, std::vector<double>, std::vector<int>> courses[] = {
+      {0, {0, 0, 0, 0}, {3, 4, 5, 5}},            // climbs to the finest range and stays there
+      {1, {0.4, 0.4, -1.1, -1.1}, {3, 4, 4, 3}},  // 16 %: finer; 32 % there: stays; 88 %: coarser
+      {0, {0.625, 1.25, 2.5, 2.5}, {5, 4, 3, 3}},
+  };
+  for (const auto& [channel, volts, ranges] : courses) {
+    for (std::size_t i = 0; i < volts.size(); ++i) {
+      EXPECT_EQ(range_of(channel, volts[i]), ranges[i]) << channel << ", reading " << i;
+    }
+  }
   EXPECT_EQ(range_of(63, 0), 3);
   ASSERT_EQ(input.Open(), 0);  // begins anew
   EXPECT_EQ(range_of(63, 0), 3);
@@ -146,14 +153,6 @@ TEST_F(AnalogInputTest, SumsGoRoundByRound) {
   EXPECT_FALSE(input.ReadSum(kBoth, 2, too_few));
   EXPECT_EQ(input.Read(64), std::nullopt);
   EXPECT_EQ(vendor.calls.size(), 0u);
-}
-
-TEST_F(AnalogInputTest, StatusOfAReadIsToldAndChangesNoValue) {
-  ASSERT_EQ(input.Open(), 0);
-  vendor.read_result = -4;
-  vendor.volts[0] = 0.5;
-  EXPECT_EQ(input.Read(0), 0.5);
-  EXPECT_THAT(input.LastProblem(), HasSubstr("status -4"));
 }
 
 TEST_F(AnalogInputTest, EditedSettingsDoNotMoveAnOpenBoard) {
@@ -177,22 +176,6 @@ TEST_F(AnalogInputTest, UnknownBoardReadsZero) {
   EXPECT_EQ(input.Open(), 0);
   input.Close();
   EXPECT_THAT(vendor.Take(), ElementsAre("out 465 1", "in 464"));
-}
-
-TEST_F(AnalogInputTest, MissingLibraryFailsWithItsCause) {
-  vendor::Libraries none;
-  none.port_io.missing = "no port library";
-  none.aio.missing = "no analog I/O library";
-  none.dask.missing = "no card library";
-  Instruments empty(bench.workstation, bench.machine.host, none);
-  const std::array causes = {none.port_io.missing, none.aio.missing, none.dask.missing};
-  for (int board = 0; board < 3; ++board) {
-    Use(board);
-    EXPECT_NE(empty.analog_input.Open(), 0);
-    EXPECT_EQ(empty.analog_input.LastProblem(), causes[board]);
-    EXPECT_EQ(empty.analog_input.Read(0), std::nullopt);
-    empty.analog_input.Close();
-  }
 }
 
 }  // namespace
