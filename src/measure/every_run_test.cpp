@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/track_file.h"
 #include "measure/test_runs.h"
 
 namespace zento {
@@ -11,6 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
+using testing::Pointwise;
 using testing::StartsWith;
 
 // A short run into track 3 of one window.
@@ -21,6 +23,7 @@ struct Window {
   int columns;     // of a stored track
   double seconds;  // after which it has recorded `points`
   int points;
+  double max_time;  // ms, of the track then
   void (*fill_in)(TestRig&);
   void (*start)(TestRig&);
   void (*quit)(TestRig&);
@@ -31,7 +34,7 @@ struct Window {
 };
 
 const Window kWindows[] = {
-    {"frmMeasureCV", "AD Board Trouble!", "GPIB Trouble!", 2, 5, 30,
+    {"frmMeasureCV", "AD Board Trouble!", "GPIB Trouble!", 2, 5, 30, 12'000,
      [](TestRig& rig) { ShortSweep(rig.CV()); }, [](TestRig& rig) { rig.CV().StartMeasurement(); },
      [](TestRig& rig) { rig.CV().QuitCVMeasurement(); },
      [](TestRig& rig) {
@@ -39,7 +42,7 @@ const Window kWindows[] = {
        rig.CV().Accumlation(1);
        EXPECT_TRUE(rig.CV().OpnCVMeas.UserChoose(1).ok());
      }},
-    {"frmMeasureRDE", "AD Board不良です", "GPIB不良", 3, 5, 30,
+    {"frmMeasureRDE", "AD Board不良です", "GPIB不良", 3, 5, 30, 12'000,
      [](TestRig& rig) { ShortSweep(rig.RDE()); },
      [](TestRig& rig) { rig.RDE().StartMeasurement(); },
      [](TestRig& rig) { rig.RDE().QuitRDEMeasurement(); },
@@ -48,7 +51,7 @@ const Window kWindows[] = {
        rig.RDE().Accumlation(1);
        EXPECT_TRUE(rig.RDE().opnRDEMeas.UserChoose(1).ok());
      }},
-    {"frmPotentialStep", "AD Board不良です", "GPIB不良", 2, 2.1 + 3, 31,
+    {"frmPotentialStep", "AD Board不良です", "GPIB不良", 2, 2.1 + 3, 31, 3000,
      [](TestRig& rig) { ShortStep(rig); }, [](TestRig& rig) { rig.Step().StartMeasurement(); },
      [](TestRig& rig) { rig.Step().QuitPSMeasurement(); },
      [](TestRig& rig) {
@@ -56,8 +59,9 @@ const Window kWindows[] = {
        rig.Step().Accumlation(1);
        rig.Step().MeasMode(1);
      }},
-    {"frmMeasureRPMvsj", "AD Board不良です", "GPIB Trouble!", 3, 3.1 + 1.05, 11,
-     [](TestRig& rig) { ShortRamp(rig); }, [](TestRig& rig) { rig.Sweep().StartMeasurement(); },
+    {"frmMeasureRPMvsj", "AD Board不良です", "GPIB Trouble!", 3, 3.1 + 1.05, 11, 1000,
+     [](TestRig& rig) { EXPECT_TRUE(ShortRamp(rig).chkRecordTime.UserSet("1").ok()); },
+     [](TestRig& rig) { rig.Sweep().StartMeasurement(); },
      [](TestRig& rig) { rig.Sweep().QuitRPMvsjMeasurement(); },
      [](TestRig& rig) {
        rig.Sweep().SetRPMParameters(300, 700, 0);  // stands still
@@ -92,6 +96,37 @@ TEST(EveryRun, ItsWindowSaysWhichDeviceKeepsItFromLoading) {
   }
 }
 
+TEST(EveryRun, EndsByItselfAndIsReadBackFromItsFile) {
+  for (const Window& window : kWindows) {
+    SCOPED_TRACE(window.name);
+    TestRig rig;
+    window.fill_in(rig);
+    Control& start = *window.Form(rig).Find("cmdStart");
+    ASSERT_TRUE(start.UserClick().ok());
+    EXPECT_EQ(rig.ws.running_flag, -1);
+    EXPECT_FALSE(start.enabled());
+    EXPECT_EQ(rig.sent.back(), "A1");
+    EXPECT_TRUE(rig.MotorOn());
+    ASSERT_TRUE(rig.RunUntilIdle(60));
+    ExpectAllOff(rig);
+    EXPECT_TRUE(start.enabled());
+    EXPECT_THAT(rig.machine.sound.played, ElementsAre(rig.ws.settings.SoundFileName));
+    EXPECT_THAT(rig.shown_tracks, ElementsAre(3));
+    EXPECT_GT(rig.Record(3).pnum, 50);
+    EXPECT_EQ(rig.ws.tracks.kl.KLNStart[3], 0);
+    EXPECT_EQ(rig.ws.tracks.kl.KLNEnd[3], rig.Record(3).pnum - 1);
+
+    ASSERT_TRUE(SaveTracksAs(rig.ws, rig.machine.files, "run").ok());
+    Workstation another_day;
+    ASSERT_TRUE(OpenTracks(another_day, rig.machine.files, "run.znt").complete());
+    EXPECT_EQ(Told(another_day.tracks.Record(3)), Told(rig.Record(3)));
+    for (int column = 0; column < window.columns; ++column) {
+      EXPECT_THAT(another_day.tracks.Points(column, 3),
+                  Pointwise(testing::DoubleNear(1e-9), rig.ws.tracks.Points(column, 3)));
+    }
+  }
+}
+
 // Whether the window goes, the program ends or the board falls silent: generator and motor are off
 // and the points are kept, though nobody answers a message.
 TEST(EveryRun, EndsSafelyHoweverItEnds) {
@@ -102,12 +137,11 @@ TEST(EveryRun, EndsSafelyHoweverItEnds) {
       rig.machine.dialogs.HoldMessages(true);
       window.fill_in(rig);
       window.start(rig);
-      EXPECT_TRUE(rig.MotorOn());
-      EXPECT_EQ(rig.sent.back(), "A1");
       rig.RunFor(window.seconds);
       end(rig);
       ExpectAllOff(rig);
       EXPECT_EQ(rig.Record(3).pnum, window.points);
+      EXPECT_EQ(rig.Record(3).MaxTime, window.max_time);
       for (int column = 0; column < window.columns; ++column) {
         EXPECT_EQ(rig.ws.tracks.Points(column, 3).size(), static_cast<std::size_t>(window.points));
       }

@@ -9,7 +9,6 @@
 namespace zento {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -82,20 +81,14 @@ TEST(RotationSweepForm, RampsAfterTheRetainTimeAndStoresRateCurrentAndTime) {
     ASSERT_TRUE(rig.RunUntilIdle(60));
 
     // A tick reads what the tick before it commanded; the one at 5 s commands the end.
-    const TrackRecord& record = rig.Record(3);
-    EXPECT_EQ(record.Mode, kModeRPMvsj);
-    EXPECT_EQ(record.pnum, 51);
+    EXPECT_EQ(Told(rig.Record(3)),
+              "4 Oxygen 2026/01/01 09:00:09; 51 points, 5000 ms; -0.25 0 0 V, 0 mV/s, "
+              "0 rpm; 0.001 0 A/V; x 200 700 y -1E-05 6.9E-05 A");
+    EXPECT_EQ(rig.Record(3).TimeRecording, 1);
     EXPECT_EQ(rig.ws.tracks.Value(2, 3, 0), 0);
     EXPECT_DOUBLE_EQ(rig.ws.tracks.Value(2, 3, 50), 5000);
     EXPECT_NEAR(rig.ws.tracks.Value(0, 3, 50), 690, 1e-9);
     EXPECT_NEAR(rig.ws.tracks.Value(1, 3, 50), 6.9e-5, 1e-12);
-    EXPECT_EQ(record.V, (std::array<double, 3>{-0.25, 0, 0}));
-    EXPECT_EQ(record.Vxmin, 200);
-    EXPECT_EQ(record.Vxmax, 700);
-    EXPECT_EQ(record.DiskYscale, 0.001);
-    EXPECT_EQ(record.RPM, 0);
-    EXPECT_EQ(record.MaxTime, 5000);
-    EXPECT_EQ(record.TimeRecording, 1);
     EXPECT_EQ(rig.sent.empty() ? "A0" : rig.sent.back(), "A0");
     EXPECT_FALSE(rig.MotorOn());
     EXPECT_EQ(rig.machine.sound.played.size(), 1u);

@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
 #include "measure/test_rig.h"
+#include "text/number.h"
 
 namespace zento {
 
@@ -23,6 +25,22 @@ inline std::string ReadLog(TestRig& rig) {
   std::string text = rig.machine.files.Read(RunLogPath("home")).value();
   std::erase(text, '\r');
   return text;
+}
+
+// What a stored track says of its run, numbers to nine digits: points and their time, sweep and
+// rotation, scales of disk and ring, display range.
+inline std::string Told(const TrackRecord& record) {
+  const auto list = [](std::initializer_list<double> numbers, const char* unit) {
+    std::string text;
+    for (const double number : numbers) text += PlainNumber(number, 9) + " ";
+    return text + unit;
+  };
+  const auto& [v0, v1, v2] = record.V;
+  return std::to_string(record.Mode) + " " + record.Title + " " + record.MeasTime + "; " +
+         list({static_cast<double>(record.pnum)}, "points, ") + list({record.MaxTime}, "ms; ") +
+         list({v0, v1, v2}, "V, ") + list({record.Scanrate}, "mV/s, ") +
+         list({record.RPM}, "rpm; ") + list({record.DiskYscale, record.RingYscale}, "A/V; x ") +
+         list({record.Vxmin, record.Vxmax}, "y ") + list({record.Vymin, record.Vymax}, "A");
 }
 
 // 0 V, 0.5 V, -0.1 V once, at 100 mV/s and 10 Hz: 12 s after a retain time of 2 s, at 1000 rpm.
