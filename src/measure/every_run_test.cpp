@@ -230,6 +230,36 @@ TEST(EveryRun, RefusesASecondMeasurementAndChangesNothing) {
   }
 }
 
+TEST(EveryRun, StopStoresTheTimeThatWasMeasuredByTheButton) {
+  const auto check = [](TestRig& rig, Button& stop, double elapsed) {
+    rig.RunFor(2.1 + elapsed);
+    ASSERT_TRUE(stop.UserClick().ok());
+    rig.RunFor(0.1);
+    EXPECT_EQ(rig.ws.running_flag, 0);
+    EXPECT_EQ(rig.Record(3).MaxTime, elapsed * 1000);
+    EXPECT_EQ(rig.Record(3).pnum, elapsed * 10 + 1);
+    EXPECT_THAT(rig.machine.sound.played, IsEmpty());
+  };
+  TestRig rig;
+  frmMeasureCV& cv = ShortSweep(rig.CV());
+  ASSERT_TRUE(cv.OpnCVMeas.UserChoose(1).ok());
+  cv.StartMeasurement();
+  check(rig, cv.cmdStop, 30);
+  frmMeasureRDE& rde = ShortSweep(rig.RDE());
+  ASSERT_TRUE(rde.opnRDEMeas.UserChoose(1).ok());
+  rde.StartMeasurement();
+  check(rig, rde.cmdStop, 25);
+  EXPECT_EQ(rig.Record(3).Vxmin, -0.1);
+  EXPECT_EQ(rde.lblTimeRemain.text(), "");
+  for (const int mode : {0, 1, 2}) {  // a step's time always
+    frmPotentialStep& step = ShortStep(rig);
+    step.MeasureTime(100);
+    step.MeasMode(static_cast<std::int16_t>(mode));
+    step.StartMeasurement();
+    check(rig, step.cmdStop, 7 + mode);
+  }
+}
+
 // The potential is compared in steps of 2.5 mV by one window, of 2 mV by the other.
 TEST(EveryRun, ASweepWithoutAGeneratorWaitsUntilThePotentialLeavesItsStep) {
   const auto check = [](auto& form, TestRig& rig, double& potential, double same, double left) {

@@ -208,20 +208,6 @@ TEST(RDEForm, LeavesTheMotorAloneWithoutRotationControl) {
   EXPECT_EQ(rig.Record(3).pnum, 122);
 }
 
-TEST(RDEForm, ByTheButtonStoresTheElapsedTime) {
-  RingDiskRig rig;
-  frmMeasureRDE& rde = rig.ShortRun();
-  ASSERT_TRUE(rde.opnRDEMeas.UserChoose(1).ok());
-  rde.StartMeasurement();
-  rig.RunFor(2.1 + 30);
-  ASSERT_TRUE(rde.cmdStop.UserClick().ok());
-  rig.RunFor(0.1);
-  EXPECT_EQ(rig.Record(3).MaxTime, 30'000);
-  EXPECT_EQ(rig.Record(3).pnum, 301);
-  EXPECT_EQ(rig.Record(3).Vxmin, -0.1);
-  EXPECT_EQ(rde.lblTimeRemain.text(), "");
-}
-
 TEST(RDEForm, DrawsWhileItRecordsBelowFiftyPointsASecond) {
   for (const double rate : {49.0, 50.0}) {
     RingDiskRig rig;
