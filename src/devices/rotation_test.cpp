@@ -123,16 +123,13 @@ TEST_F(RotationTest, WithoutOutletsTheLowestRateIsAsSlowAsItGets) {
   EXPECT_THAT(Sent(), ElementsAre("AO 3 0 0.2"));
 }
 
-TEST_F(RotationTest, DoesNothingWithoutRotationControl) {
-  settings.DABoard = 0;
-  EXPECT_EQ(Turn(9000), 9000);
-  EXPECT_THAT(vendor.calls, IsEmpty());
-}
-
-TEST_F(RotationTest, WithoutATableTheMotorIsOff) {
+TEST_F(RotationTest, WithoutATableTheMotorIsOffAndWithoutControlNothingIsSent) {
   workstation.rpm_calibration.clear();
   Turn(400);
   EXPECT_THAT(Sent(), ElementsAre("DO 1 0 0"));
+  settings.DABoard = 0;
+  EXPECT_EQ(Turn(9000), 9000);
+  EXPECT_THAT(vendor.calls, IsEmpty());
 }
 
 TEST_F(RotationTest, MotorThatCannotBeSwitchedOffGetsNoVoltage) {
@@ -186,6 +183,9 @@ TEST_F(RotationTest, AdjustingAPointAndSavingIt) {
   EXPECT_EQ(form->txtVoltage.text(), "1.004");
   EXPECT_THAT(Sent(), ElementsAre("AO 3 0 1.002", "AO 3 0 1.004", "AO 3 0 1.006", "AO 3 0 1.004"));
   ASSERT_TRUE(form->cmdUpdate.UserClick().ok());
+  bench.machine.files.FailNext(MemoryFiles::Operation::kReplace);
+  ASSERT_TRUE(form->cmdSave.UserClick().ok());
+  EXPECT_EQ(bench.machine.dialogs.TakeMessages().size(), 1u) << "a failed save is said";
   ASSERT_TRUE(form->cmdSave.UserClick().ok());
   EXPECT_EQ(bench.machine.files.Read("/motor.txt").value(), "0\t0\r\n1000\t1.004\r\n3000\t2.6\r\n");
   ASSERT_TRUE(form->UpdRPM.UserStep(+1).ok());
@@ -268,15 +268,6 @@ TEST_F(RotationTest, AdjustmentWithoutRotationControlTouchesNothing) {
   }
   EXPECT_FALSE(SaveCalibration(workstation, bench.machine.host).ok());
   EXPECT_FALSE(bench.machine.files.Exists("/motor.txt"));
-}
-
-TEST_F(RotationTest, FailedSaveIsSaid) {
-  settings.RPMvsVoltageFile = "/motor.txt";
-  AdjustRpmForm* const form = LoadAdjust();
-  ASSERT_NE(form, nullptr);
-  bench.machine.files.FailNext(MemoryFiles::Operation::kReplace);
-  ASSERT_TRUE(form->cmdSave.UserClick().ok());
-  EXPECT_EQ(bench.machine.dialogs.TakeMessages().size(), 1u);
 }
 
 }  // namespace

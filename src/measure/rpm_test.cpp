@@ -91,8 +91,6 @@ TEST(RotationSweepForm, RampsAfterTheRetainTimeAndStoresRateCurrentAndTime) {
     EXPECT_NEAR(rig.ws.tracks.Value(1, 3, 50), 6.9e-5, 1e-12);
     EXPECT_EQ(rig.sent.empty() ? "A0" : rig.sent.back(), "A0");
     EXPECT_FALSE(rig.MotorOn());
-    EXPECT_EQ(rig.machine.sound.played.size(), 1u);
-    EXPECT_THAT(rig.shown_tracks, ElementsAre(3));
   }
 }
 
