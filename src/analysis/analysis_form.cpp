@@ -12,12 +12,6 @@ namespace zento {
 AnalysisForm::AnalysisForm(Workstation& workstation, Host& host, std::string name,
                            std::string caption)
     : Form(host, std::move(name), std::move(caption)),
-      txtDataNum(*this, "txtDataNum"),
-      UpDown1(*this, "UpDown1"),
-      txtResult(*this, "txtResult"),
-      cmdCopyResult(*this, "cmdCopyResult", "Copy report"),
-      cmdSaveResult(*this, "cmdSaveResult", "Save report..."),
-      lblFit(*this, "lblFit"),
       workstation_(workstation),
       selector_(txtDataNum, UpDown1) {
   selector_.on_change = [this] { ShowTrack(); };

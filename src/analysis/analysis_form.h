@@ -18,12 +18,12 @@ class AnalysisForm : public Form {
  public:
   AnalysisForm(Workstation& workstation, Host& host, std::string name, std::string caption);
 
-  TextBox txtDataNum;
-  UpDown UpDown1;
-  TextBox txtResult;  // the report and nothing else; read only
-  Button cmdCopyResult;
-  Button cmdSaveResult;
-  Label lblFit;  // points, R², standard errors of the last fit; empty without one
+  TextBox txtDataNum{*this, "txtDataNum"};
+  UpDown UpDown1{*this, "UpDown1"};
+  TextBox txtResult{*this, "txtResult"};  // the report and nothing else; read only
+  Button cmdCopyResult{*this, "cmdCopyResult", "Copy report"};
+  Button cmdSaveResult{*this, "cmdSaveResult", "Save report..."};
+  Label lblFit{*this, "lblFit"};  // points, R², standard errors of the last fit; empty without one
 
   // Shows the settings and the first track.
   bool Load() override;

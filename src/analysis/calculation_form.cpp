@@ -19,7 +19,6 @@ namespace {
 constexpr int kLightBlue = 9, kLightGreen = 10, kLightCyan = 11;
 constexpr int kSumSlot = kScratchSlot;
 constexpr int kShiftedSlot = kScratchSlot + 1;
-constexpr int kFirstTarget = 20;
 constexpr double kLargeCurrent = 5e-5;  // A, marked in the list of matches
 constexpr double kMostMagnification = 64;
 
@@ -42,35 +41,6 @@ void Put(std::vector<double>& column, const std::vector<double>& values) {
 
 frmCalculation::frmCalculation(Workstation& workstation, Host& host)
     : Form(host, kName, "aA(x)+c ? bB(x) = C"),
-      txta(*this, "txta", "1"),
-      txtb(*this, "txtb", "1"),
-      txtc(*this, "txtc", "0"),
-      txtXBShift(*this, "txtXBShift", "0"),
-      txtOpeA(*this, "txtOpeA", "0"),
-      updOpeA(*this, "updOpeA"),
-      txtOpeATitle(*this, "txtOpeATitle"),
-      txtOpeARPM(*this, "txtOpeARPM"),
-      txtOpeAScanrate(*this, "txtOpeAScanrate"),
-      lblAmode(*this, "lblAmode"),
-      txtOpeB(*this, "txtOpeB", "1"),
-      updOpeB(*this, "updOpeB"),
-      txtOpeBTitle(*this, "txtOpeBTitle"),
-      txtOpeBRPM(*this, "txtOpeBRPM"),
-      txtOpeBScanrate(*this, "txtOpeBScanrate"),
-      lblBmode(*this, "lblBmode"),
-      txtOpeC(*this, "txtOpeC", PlainNumber(kFirstTarget)),
-      updOpeC(*this, "updOpeC"),
-      txtOpeCTitle(*this, "txtOpeCTitle"),
-      opnOperator(*this, "opnOperator", {"+", "-"}, 0),
-      cmdCalc(*this, "cmdCalc", "Calculation"),
-      cmdUpdate(*this, "cmdUpdate", "UpDate"),
-      PrevGraph(*this, "PrevGraph"),
-      txtGraphSize(*this, "txtGraphSize", "1"),
-      updGraphSize(*this, "updGraphSize"),
-      HScroll1(*this, "HScroll1"),
-      VScroll1(*this, "VScroll1"),
-      txtDebug(*this, "txtDebug"),
-      lblNote(*this, "lblNote"),
       workstation_(workstation),
       a_(txtOpeA, updOpeA),
       b_(txtOpeB, updOpeB),
@@ -105,10 +75,7 @@ void frmCalculation::WireControls() {
   cmdCalc.on_click = [this] { Calculate(); };
   cmdUpdate.on_click = [this] { UpdateTrack(); };
   const auto typed_size = [this] { Magnify(ParseLenient(txtGraphSize.text())); };
-  txtGraphSize.on_lost_focus = typed_size;
-  txtGraphSize.on_key = [typed_size](Key key) {
-    if (key.code == KeyCode::kEnter) typed_size();
-  };
+  txtGraphSize.on_commit = typed_size;
   updGraphSize.on_up = [this] { Magnify(magnification_ * 2); };
   updGraphSize.on_down = [this] { Magnify(magnification_ / 2); };
   HScroll1.on_up = [this] { Scroll(1, 0); };

@@ -24,28 +24,37 @@ class frmCalculation : public Form {
 
   frmCalculation(Workstation& workstation, Host& host);
 
-  TextBox txta, txtb, txtc;
-  TextBox txtXBShift;
-  TextBox txtOpeA;
-  UpDown updOpeA;
-  TextBox txtOpeATitle, txtOpeARPM, txtOpeAScanrate;
-  Label lblAmode;
-  TextBox txtOpeB;
-  UpDown updOpeB;
-  TextBox txtOpeBTitle, txtOpeBRPM, txtOpeBScanrate;
-  Label lblBmode;
-  TextBox txtOpeC;
-  UpDown updOpeC;
-  TextBox txtOpeCTitle;     // of track C; once there is a result, the title it will be given
-  OptionGroup opnOperator;  // 0 plus, 1 minus
-  Button cmdCalc;
-  Button cmdUpdate;
-  PreviewPlot PrevGraph;
-  TextBox txtGraphSize;  // magnification of the preview
-  UpDown updGraphSize;
-  UpDown HScroll1, VScroll1;  // move the magnified part by a quarter of itself
-  TextBox txtDebug;           // the matched points, for inspection
-  Label lblNote;              // what was removed or left out, or why nothing was computed
+  TextBox txta{*this, "txta", "1"};
+  TextBox txtb{*this, "txtb", "1"};
+  TextBox txtc{*this, "txtc", "0"};
+  TextBox txtXBShift{*this, "txtXBShift", "0"};
+  TextBox txtOpeA{*this, "txtOpeA", "0"};
+  UpDown updOpeA{*this, "updOpeA"};
+  TextBox txtOpeATitle{*this, "txtOpeATitle"};
+  TextBox txtOpeARPM{*this, "txtOpeARPM"};
+  TextBox txtOpeAScanrate{*this, "txtOpeAScanrate"};
+  Label lblAmode{*this, "lblAmode"};
+  TextBox txtOpeB{*this, "txtOpeB", "1"};
+  UpDown updOpeB{*this, "updOpeB"};
+  TextBox txtOpeBTitle{*this, "txtOpeBTitle"};
+  TextBox txtOpeBRPM{*this, "txtOpeBRPM"};
+  TextBox txtOpeBScanrate{*this, "txtOpeBScanrate"};
+  Label lblBmode{*this, "lblBmode"};
+  TextBox txtOpeC{*this, "txtOpeC", "20"};
+  UpDown updOpeC{*this, "updOpeC"};
+  // Of track C; once there is a result, the title it will be given.
+  TextBox txtOpeCTitle{*this, "txtOpeCTitle"};
+  OptionGroup opnOperator{*this, "opnOperator", {"+", "-"}, 0};  // 0 plus, 1 minus
+  Button cmdCalc{*this, "cmdCalc", "Calculation"};
+  Button cmdUpdate{*this, "cmdUpdate", "UpDate"};
+  PreviewPlot PrevGraph{*this, "PrevGraph"};
+  TextBox txtGraphSize{*this, "txtGraphSize", "1"};  // magnification of the preview
+  UpDown updGraphSize{*this, "updGraphSize"};
+  // Move the magnified part by a quarter of itself.
+  UpDown HScroll1{*this, "HScroll1"};
+  UpDown VScroll1{*this, "VScroll1"};
+  TextBox txtDebug{*this, "txtDebug"};  // the matched points, for inspection
+  Label lblNote{*this, "lblNote"};      // what was removed or left out, or why nothing was computed
 
   bool Load() override;
   void Activate() override;

@@ -23,21 +23,6 @@ constexpr PlotRange kInitialRange{-0.2, -1e-6, 0.5, 1e-6};
 
 frmCottrellEquation::frmCottrellEquation(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Cottrell Equation Analysis"),
-      lblMode(*this, "lblMode"),
-      txtTitle(*this, "txtTitle"),
-      txtRPM(*this, "txtRPM"),
-      txtne(*this, "txtne"),
-      txtConc(*this, "txtConc"),
-      txtArea(*this, "txtArea", "0.2827"),
-      txtStart(*this, "txtStart"),
-      updStart(*this, "updStart"),
-      lblStartPoint(*this, "lblStartPoint"),
-      txtEnd(*this, "txtEnd"),
-      updEnd(*this, "updEnd"),
-      lblEndPoint(*this, "lblEndPoint"),
-      opnCalcMode(*this, "opnCalcMode", {"y = a * x", "y = a * x + b"}, 0),
-      cmdCalc(*this, "cmdCalc", "Calculation"),
-      CottrellGraph(*this, "CottrellGraph"),
       range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kNotRead) {
   txtRPM.read_only = true;
   CottrellGraph.SetTip("Current in A against 1/sqrt(t) in s^-1/2");

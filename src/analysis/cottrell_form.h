@@ -19,21 +19,21 @@ class frmCottrellEquation : public AnalysisForm {
 
   frmCottrellEquation(Workstation& workstation, Host& host);
 
-  Label lblMode;
-  TextBox txtTitle;
-  TextBox txtRPM;
-  TextBox txtne;
-  TextBox txtConc;  // mol/cm3
-  TextBox txtArea;  // cm2
-  TextBox txtStart;
-  UpDown updStart;
-  Label lblStartPoint;
-  TextBox txtEnd;
-  UpDown updEnd;
-  Label lblEndPoint;
-  OptionGroup opnCalcMode;
-  Button cmdCalc;
-  PreviewPlot CottrellGraph;
+  Label lblMode{*this, "lblMode"};
+  TextBox txtTitle{*this, "txtTitle"};
+  TextBox txtRPM{*this, "txtRPM"};
+  TextBox txtne{*this, "txtne"};
+  TextBox txtConc{*this, "txtConc"};            // mol/cm3
+  TextBox txtArea{*this, "txtArea", "0.2827"};  // cm2
+  TextBox txtStart{*this, "txtStart"};
+  UpDown updStart{*this, "updStart"};
+  Label lblStartPoint{*this, "lblStartPoint"};
+  TextBox txtEnd{*this, "txtEnd"};
+  UpDown updEnd{*this, "updEnd"};
+  Label lblEndPoint{*this, "lblEndPoint"};
+  OptionGroup opnCalcMode{*this, "opnCalcMode", {"y = a * x", "y = a * x + b"}, 0};
+  Button cmdCalc{*this, "cmdCalc", "Calculation"};
+  PreviewPlot CottrellGraph{*this, "CottrellGraph"};
 
   LayoutNode Layout() override;
   void Calculate() override;

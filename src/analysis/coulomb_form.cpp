@@ -20,20 +20,6 @@ constexpr int kLightGreen = 10;
 
 frmCoulombCalculator::frmCoulombCalculator(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Coulomb Number Calculation"),
-      lblMode(*this, "lblMode"),
-      lblTitle(*this, "lblTitle"),
-      txtStart(*this, "txtStart"),
-      updStart(*this, "updStart"),
-      lblStartPoint(*this, "lblStartPoint"),
-      txtEnd(*this, "txtEnd"),
-      updEnd(*this, "updEnd"),
-      lblEndPoint(*this, "lblEndPoint"),
-      opnMethod(*this, "opnMethod", {"Trapezoid Integration ", "Simpson Integration "}, 0),
-      opnBaseLine(*this, "opnBaseLine", {"None", "Linear", "Value"}, 0),
-      txtBaseValue(*this, "txtBaseValue", "0"),
-      cmdCalc(*this, "cmdCalc", "Go!"),
-      lblNote(*this, "lblNote"),
-      PrevGraph(*this, "PrevGraph"),
       range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kAsStart) {
   txtBaseValue.SetTip("A");
   range_.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };

@@ -20,20 +20,20 @@ class frmCoulombCalculator : public AnalysisForm {
 
   frmCoulombCalculator(Workstation& workstation, Host& host);
 
-  Label lblMode;
-  Label lblTitle;
-  TextBox txtStart;
-  UpDown updStart;
-  Label lblStartPoint;
-  TextBox txtEnd;
-  UpDown updEnd;
-  Label lblEndPoint;
-  OptionGroup opnMethod;
-  OptionGroup opnBaseLine;
-  TextBox txtBaseValue;  // A
-  Button cmdCalc;
-  Label lblNote;  // what the report does not say: why no base line was subtracted
-  PreviewPlot PrevGraph;
+  Label lblMode{*this, "lblMode"};
+  Label lblTitle{*this, "lblTitle"};
+  TextBox txtStart{*this, "txtStart"};
+  UpDown updStart{*this, "updStart"};
+  Label lblStartPoint{*this, "lblStartPoint"};
+  TextBox txtEnd{*this, "txtEnd"};
+  UpDown updEnd{*this, "updEnd"};
+  Label lblEndPoint{*this, "lblEndPoint"};
+  OptionGroup opnMethod{*this, "opnMethod", {"Trapezoid Integration ", "Simpson Integration "}, 0};
+  OptionGroup opnBaseLine{*this, "opnBaseLine", {"None", "Linear", "Value"}, 0};
+  TextBox txtBaseValue{*this, "txtBaseValue", "0"};  // A
+  Button cmdCalc{*this, "cmdCalc", "Go!"};
+  Label lblNote{*this, "lblNote"};  // what the report does not say: why no base line was subtracted
+  PreviewPlot PrevGraph{*this, "PrevGraph"};
 
   LayoutNode Layout() override;
   void Calculate() override;

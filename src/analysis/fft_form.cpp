@@ -37,15 +37,7 @@ std::string Hertz(double frequency) {
 }  // namespace
 
 frmFFTFilter::frmFFTFilter(Workstation& workstation, Host& host)
-    : TransformForm(workstation, host, kName, "FFT Filter"),
-      opnXFilter(*this, "opnXFilter", {"None", "Low-pass Filter"}, 0),
-      txtXMaxFrequency(*this, "txtXMaxFrequency"),
-      opnYFilter(*this, "opnYFilter", {"Low pass filter"}, 0),
-      txtYMaxFrequency(*this, "txtYMaxFrequency"),
-      chkXSpectrum(*this, "chkXSpectrum", "x column"),
-      updGraphScale(*this, "updGraphScale"),
-      PrevGraph(*this, "PrevGraph", {540, 240}),
-      FrequencyGraph(*this, "FrequencyGraph", {540, 240}) {
+    : TransformForm(workstation, host, kName, "FFT Filter") {
   txtXMaxFrequency.SetTip("Cut-off of the x column in Hz: what is as fast or faster is removed");
   txtYMaxFrequency.SetTip("Cut-off of the currents in Hz: what is as fast or faster is removed");
   chkXSpectrum.SetValue(1);
@@ -61,10 +53,7 @@ void frmFFTFilter::WireControls() {
     before = option;
   };
   const auto bind = [this](TextBox& box, double& setting) {
-    box.on_lost_focus = [this, &box, &setting] { LeaveFrequency(box, setting); };
-    box.on_key = [this, &box, &setting](Key key) {
-      if (key.code == KeyCode::kEnter) LeaveFrequency(box, setting);
-    };
+    box.on_commit = [this, &box, &setting] { LeaveFrequency(box, setting); };
   };
   bind(txtXMaxFrequency, workstation().settings.FFTFxmax);
   bind(txtYMaxFrequency, workstation().settings.FFTFymax);

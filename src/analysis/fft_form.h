@@ -22,16 +22,19 @@ class frmFFTFilter : public TransformForm {
 
   frmFFTFilter(Workstation& workstation, Host& host);
 
-  OptionGroup opnXFilter;    // 0 none, 1 low-pass
-  TextBox txtXMaxFrequency;  // cut-offs in Hz
-  OptionGroup opnYFilter;    // one option: the currents are always filtered
-  TextBox txtYMaxFrequency;
+  OptionGroup opnXFilter{
+      *this, "opnXFilter", {"None", "Low-pass Filter"}, 0};  // 0 none, 1 low-pass
+  TextBox txtXMaxFrequency{*this, "txtXMaxFrequency"};       // cut-offs in Hz
+  OptionGroup opnYFilter{
+      *this, "opnYFilter", {"Low pass filter"}, 0};  // one option: the currents are always filtered
+  TextBox txtYMaxFrequency{*this, "txtYMaxFrequency"};
   // Whether the x column's lines are in the frequency graph. They are far higher than a current's:
   // without them the graph is scaled for the currents.
-  CheckBox chkXSpectrum;
-  UpDown updGraphScale;  // up: half the frequency graph's y maximum, so higher lines
-  PreviewPlot PrevGraph;
-  PreviewPlot FrequencyGraph;
+  CheckBox chkXSpectrum{*this, "chkXSpectrum", "x column"};
+  UpDown updGraphScale{
+      *this, "updGraphScale"};  // up: half the frequency graph's y maximum, so higher lines
+  PreviewPlot PrevGraph{*this, "PrevGraph", {540, 240}};
+  PreviewPlot FrequencyGraph{*this, "FrequencyGraph", {540, 240}};
 
   LayoutNode Layout() override;
 

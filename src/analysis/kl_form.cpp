@@ -20,13 +20,6 @@ constexpr int kLightRed = 12;
 constexpr int kGreyed = 2;
 constexpr int kUseBaseTrack = 2;
 
-void OnLeave(TextBox& box, const std::function<void()>& left) {
-  box.on_lost_focus = left;
-  box.on_key = [left](Key key) {
-    if (key.code == KeyCode::kEnter) left();
-  };
-}
-
 // A box that writes its setting at every change.
 void Bind(TextBox& box, double& setting) {
   box.on_change = [&box, &setting] { setting = ParseLenient(box.text()); };
@@ -36,41 +29,6 @@ void Bind(TextBox& box, double& setting) {
 
 frmKoutecky_Levich::frmKoutecky_Levich(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Koutecky-Levich Analysis"),
-      txtTitle(*this, "txtTitle"),
-      txtRPM(*this, "txtRPM"),
-      lblpnum(*this, "lblpnum"),
-      chkUse(*this, "chkUse", "Use"),
-      txtStart(*this, "txtStart"),
-      updStart(*this, "updStart"),
-      lblStartPoint(*this, "lblStartPoint"),
-      txtEnd(*this, "txtEnd"),
-      updEnd(*this, "updEnd"),
-      lblEndPoint(*this, "lblEndPoint"),
-      opnBaseLine(*this, "opnBaseLine",
-                  {"Not Use Base Line", "Subtract following value", "Use Base Line"}),
-      txtSubVal(*this, "txtSubVal"),
-      txtBaseTrack(*this, "txtBaseTrack"),
-      updBase(*this, "updBase"),
-      txtBaseTitle(*this, "txtBaseTitle"),
-      txtBaseRPM(*this, "txtBaseRPM"),
-      lblbasepnum(*this, "lblbasepnum"),
-      txtBaseEnd(*this, "txtBaseEnd"),
-      updBaseEnd(*this, "updBaseEnd"),
-      lblBaseEndPoint(*this, "lblBaseEndPoint"),
-      PrevGraph(*this, "PrevGraph", {420, 260}),
-      txtUseVoltage(*this, "txtUseVoltage", "-0.1"),
-      txtKLVrange(*this, "txtKLVrange", "0.02"),
-      txtArea(*this, "txtArea", "0.2827"),
-      txtKLViscosity(*this, "txtKLViscosity", "0.01"),
-      txtDm(*this, "txtDm", "2e-5"),
-      txtConc(*this, "txtConc", "1.5e-6"),
-      txtne(*this, "txtne"),
-      opnMethod(*this, "opnMethod", {"Koutecky-Levich", "Levich"}, 0),
-      opnVariable(*this, "opnVariable",
-                  {"the number of electrons", "Solution Viscosity /cm2s-1",
-                   "Diffusion Coefficient /cm2s-1", "Concentration /molcm-3"},
-                  0),
-      cmdKLCalc(*this, "cmdKLCalc", "Calculation"),
       start_(txtStart, updStart, lblStartPoint),
       end_(txtEnd, updEnd, lblEndPoint),
       base_end_(txtBaseEnd, updBaseEnd, lblBaseEndPoint),
@@ -84,8 +42,8 @@ frmKoutecky_Levich::frmKoutecky_Levich(Workstation& workstation, Host& host)
 }
 
 void frmKoutecky_Levich::WireBoxes() {
-  OnLeave(txtUseVoltage, [this] { LeaveWindow(); });
-  OnLeave(txtKLVrange, [this] { LeaveWindow(); });
+  txtUseVoltage.on_commit = [this] { LeaveWindow(); };
+  txtKLVrange.on_commit = [this] { LeaveWindow(); };
   Settings& s = settings();
   txtArea.on_change = [this, &s] { s.KLElectrodeArea = std::abs(ParseLenient(txtArea.text())); };
   Bind(txtKLViscosity, s.KLViscosity);
@@ -123,7 +81,9 @@ void frmKoutecky_Levich::WireTrack() {
     tracks().kl.KLBaseNEnd[Current()] = base_end_.index();
     Redraw();
   };
-  OnLeave(txtSubVal, [this] { tracks().kl.KLSubVal[Current()] = ParseLenient(txtSubVal.text()); });
+  txtSubVal.on_commit = [this] {
+    tracks().kl.KLSubVal[Current()] = ParseLenient(txtSubVal.text());
+  };
   opnBaseLine.on_select = [this](int mode) { ChooseBaseLine(mode); };
   updBase.on_up = [this] { ChooseBaseTrack((BaseTrack() + 1) % kTracks); };
   updBase.on_down = [this] { ChooseBaseTrack((BaseTrack() + kTracks - 1) % kTracks); };

@@ -24,37 +24,42 @@ class frmKoutecky_Levich : public AnalysisForm {
 
   frmKoutecky_Levich(Workstation& workstation, Host& host);
 
-  TextBox txtTitle;
-  TextBox txtRPM;
-  Label lblpnum;
-  CheckBox chkUse;
-  TextBox txtStart;
-  UpDown updStart;
-  Label lblStartPoint;
-  TextBox txtEnd;
-  UpDown updEnd;
-  Label lblEndPoint;
-  OptionGroup opnBaseLine;
-  TextBox txtSubVal;  // A
-  TextBox txtBaseTrack;
-  UpDown updBase;
-  TextBox txtBaseTitle;
-  TextBox txtBaseRPM;
-  Label lblbasepnum;
-  TextBox txtBaseEnd;
-  UpDown updBaseEnd;
-  Label lblBaseEndPoint;
-  PreviewPlot PrevGraph;
-  TextBox txtUseVoltage;   // V
-  TextBox txtKLVrange;     // V
-  TextBox txtArea;         // cm2
-  TextBox txtKLViscosity;  // cm2/s
-  TextBox txtDm;           // cm2/s
-  TextBox txtConc;         // mol/cm3
-  TextBox txtne;
-  OptionGroup opnMethod;
-  OptionGroup opnVariable;
-  Button cmdKLCalc;
+  TextBox txtTitle{*this, "txtTitle"};
+  TextBox txtRPM{*this, "txtRPM"};
+  Label lblpnum{*this, "lblpnum"};
+  CheckBox chkUse{*this, "chkUse", "Use"};
+  TextBox txtStart{*this, "txtStart"};
+  UpDown updStart{*this, "updStart"};
+  Label lblStartPoint{*this, "lblStartPoint"};
+  TextBox txtEnd{*this, "txtEnd"};
+  UpDown updEnd{*this, "updEnd"};
+  Label lblEndPoint{*this, "lblEndPoint"};
+  OptionGroup opnBaseLine{
+      *this, "opnBaseLine", {"Not Use Base Line", "Subtract following value", "Use Base Line"}};
+  TextBox txtSubVal{*this, "txtSubVal"};  // A
+  TextBox txtBaseTrack{*this, "txtBaseTrack"};
+  UpDown updBase{*this, "updBase"};
+  TextBox txtBaseTitle{*this, "txtBaseTitle"};
+  TextBox txtBaseRPM{*this, "txtBaseRPM"};
+  Label lblbasepnum{*this, "lblbasepnum"};
+  TextBox txtBaseEnd{*this, "txtBaseEnd"};
+  UpDown updBaseEnd{*this, "updBaseEnd"};
+  Label lblBaseEndPoint{*this, "lblBaseEndPoint"};
+  PreviewPlot PrevGraph{*this, "PrevGraph", {420, 260}};
+  TextBox txtUseVoltage{*this, "txtUseVoltage", "-0.1"};    // V
+  TextBox txtKLVrange{*this, "txtKLVrange", "0.02"};        // V
+  TextBox txtArea{*this, "txtArea", "0.2827"};              // cm2
+  TextBox txtKLViscosity{*this, "txtKLViscosity", "0.01"};  // cm2/s
+  TextBox txtDm{*this, "txtDm", "2e-5"};                    // cm2/s
+  TextBox txtConc{*this, "txtConc", "1.5e-6"};              // mol/cm3
+  TextBox txtne{*this, "txtne"};
+  OptionGroup opnMethod{*this, "opnMethod", {"Koutecky-Levich", "Levich"}, 0};
+  OptionGroup opnVariable{*this,
+                          "opnVariable",
+                          {"the number of electrons", "Solution Viscosity /cm2s-1",
+                           "Diffusion Coefficient /cm2s-1", "Concentration /molcm-3"},
+                          0};
+  Button cmdKLCalc{*this, "cmdKLCalc", "Calculation"};
 
   void Activate() override;
   LayoutNode Layout() override;

@@ -46,16 +46,7 @@ Outcome OutcomeOf(const OxygenShares& shares) {
 }  // namespace
 
 frmO2Reduction::frmO2Reduction(Workstation& workstation, Host& host)
-    : AnalysisForm(workstation, host, kName, "%H2O Graph"),
-      lblMode(*this, "lblMode"),
-      txtTitle(*this, "txtTitle"),
-      txtRPM(*this, "txtRPM"),
-      txtCE(*this, "txtCE", "0.39"),
-      txtVstep(*this, "txtVstep", "0.05"),
-      txtVrange(*this, "txtVrange", "0.01"),
-      cmdCalc(*this, "cmdCalc", "Calculation"),
-      lblNote(*this, "lblNote"),
-      H2OGraph(*this, "H2OGraph") {
+    : AnalysisForm(workstation, host, kName, "%H2O Graph") {
   txtTitle.read_only = true;
   txtRPM.read_only = true;
   txtCE.SetTip("Collection efficiency N of the ring, above 0");
@@ -70,10 +61,7 @@ frmO2Reduction::frmO2Reduction(Workstation& workstation, Host& host)
   cmdCalc.SetTip("Evaluates the track anew, which also happens whenever a track is chosen");
   for (TextBox* box : {&txtCE, &txtVstep, &txtVrange}) {
     box->on_change = [this] { StoreSettings(); };
-    box->on_lost_focus = [this] { LeaveBox(); };
-    box->on_key = [this](Key key) {
-      if (key.code == KeyCode::kEnter) LeaveBox();
-    };
+    box->on_commit = [this] { LeaveBox(); };
   }
   cmdCalc.on_click = [this] { Calculate(); };
 }

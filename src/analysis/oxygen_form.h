@@ -21,15 +21,16 @@ class frmO2Reduction : public AnalysisForm {
 
   frmO2Reduction(Workstation& workstation, Host& host);
 
-  Label lblMode;
-  TextBox txtTitle;
-  TextBox txtRPM;
-  TextBox txtCE;
-  TextBox txtVstep;
-  TextBox txtVrange;
-  Button cmdCalc;
-  Label lblNote;  // what the report does not say: why there is none, what is missing in it
-  PreviewPlot H2OGraph;
+  Label lblMode{*this, "lblMode"};
+  TextBox txtTitle{*this, "txtTitle"};
+  TextBox txtRPM{*this, "txtRPM"};
+  TextBox txtCE{*this, "txtCE", "0.39"};
+  TextBox txtVstep{*this, "txtVstep", "0.05"};
+  TextBox txtVrange{*this, "txtVrange", "0.01"};
+  Button cmdCalc{*this, "cmdCalc", "Calculation"};
+  Label lblNote{
+      *this, "lblNote"};  // what the report does not say: why there is none, what is missing in it
+  PreviewPlot H2OGraph{*this, "H2OGraph"};
 
   LayoutNode Layout() override;
   void Calculate() override;

@@ -17,10 +17,7 @@ std::int32_t Within(std::int32_t index, std::int32_t low, std::int32_t high) {
 PointIndex::PointIndex(TextBox& box, UpDown& arrows, Label& label) : box_(box), label_(label) {
   arrows.on_up = [this] { Step(+1); };
   arrows.on_down = [this] { Step(-1); };
-  box.on_lost_focus = [this] { Commit(); };
-  box.on_key = [this](Key key) {
-    if (key.code == KeyCode::kEnter) Commit();
-  };
+  box.on_commit = [this] { Commit(); };
 }
 
 void PointIndex::Show(std::int32_t index) {
@@ -66,10 +63,7 @@ PointRange::PointRange(TextBox& start, UpDown& start_arrows, Label& start_label,
     return PointIndex::Limits{1, points_ - 1, as_start ? 0 : 1,
                               as_start ? points_ - 2 : points_ - 1};
   };
-  if (typed_end == TypedEnd::kNotRead) {
-    end.on_lost_focus = nullptr;
-    end.on_key = nullptr;
-  }
+  if (typed_end == TypedEnd::kNotRead) end.on_commit = nullptr;
   start_.on_change = end_.on_change = [this] { Changed(); };
 }
 

@@ -28,16 +28,7 @@ std::string Tracks(const std::vector<int>& tracks) {
 
 frmSmoothing::frmSmoothing(Workstation& workstation, Host& host,
                            std::vector<std::filesystem::path> data_folders)
-    : TransformForm(workstation, host, kName, "Smoothing"),
-      opnYFilter(*this, "opnYFilter", {"単純移動平均", "Savitzky-Golay法", "間欠型ノイズ除去"}, 0),
-      txtPointNum(*this, "txtPointNum"),
-      UpDown3(*this, "UpDown3"),
-      chkXAxis(*this, "chkXAxis", "Apply X-axis"),
-      chkSkipatEdge(*this, "chkSkipatEdge", "Skip at the Edge of Data"),
-      txtSkipNum(*this, "txtSkipNum", "1"),
-      chkApplyAllTrack(*this, "chkApplyAllTrack", "Apply All Track"),
-      PrevGraph(*this, "PrevGraph", {520, 400}),
-      data_folders_(std::move(data_folders)) {
+    : TransformForm(workstation, host, kName, "Smoothing"), data_folders_(std::move(data_folders)) {
   opnYFilter.SetTip(
       "Simple moving average; Savitzky-Golay; suppression of spikes, against the disk's display "
       "scale");
@@ -54,10 +45,7 @@ void frmSmoothing::WireControls() {
   UpDown3.on_up = [this] { ShowPoints(TypedPoints() + 2); };
   UpDown3.on_down = [this] { ShowPoints(TypedPoints() - 2); };
   const auto points_typed = [this] { ShowPoints(TypedPoints()); };
-  txtPointNum.on_lost_focus = points_typed;
-  txtPointNum.on_key = [points_typed](Key key) {
-    if (key.code == KeyCode::kEnter) points_typed();
-  };
+  txtPointNum.on_commit = points_typed;
   for (CheckBox* box : {&chkXAxis, &chkSkipatEdge, &chkApplyAllTrack}) {
     box->on_click = [this](int) { Forget(); };
   }

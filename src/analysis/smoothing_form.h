@@ -24,14 +24,17 @@ class frmSmoothing : public TransformForm {
   frmSmoothing(Workstation& workstation, Host& host,
                std::vector<std::filesystem::path> data_folders);
 
-  OptionGroup opnYFilter;  // the method, as in SmoothingMethod
-  TextBox txtPointNum;     // window length
-  UpDown UpDown3;
-  CheckBox chkXAxis;
-  CheckBox chkSkipatEdge;
-  TextBox txtSkipNum;
-  CheckBox chkApplyAllTrack;
-  PreviewPlot PrevGraph;
+  OptionGroup opnYFilter{*this,
+                         "opnYFilter",
+                         {"単純移動平均", "Savitzky-Golay法", "間欠型ノイズ除去"},
+                         0};                  // the method, as in SmoothingMethod
+  TextBox txtPointNum{*this, "txtPointNum"};  // window length
+  UpDown UpDown3{*this, "UpDown3"};
+  CheckBox chkXAxis{*this, "chkXAxis", "Apply X-axis"};
+  CheckBox chkSkipatEdge{*this, "chkSkipatEdge", "Skip at the Edge of Data"};
+  TextBox txtSkipNum{*this, "txtSkipNum", "1"};
+  CheckBox chkApplyAllTrack{*this, "chkApplyAllTrack", "Apply All Track"};
+  PreviewPlot PrevGraph{*this, "PrevGraph", {520, 400}};
 
   LayoutNode Layout() override;
 

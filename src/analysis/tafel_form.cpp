@@ -63,21 +63,6 @@ Outcome OutcomeOf(const TafelFit& fit) {
 
 frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Tafel Analysis"),
-      lblMode(*this, "lblMode"),
-      txtTitle(*this, "txtTitle"),
-      txtRPM(*this, "txtRPM"),
-      lblpnum(*this, "lblpnum"),
-      txtRedoxPotential(*this, "txtRedoxPotential"),
-      txtArea(*this, "txtArea"),
-      txtStart(*this, "txtStart"),
-      updStart(*this, "updStart"),
-      lblStartPoint(*this, "lblStartPoint"),
-      txtEnd(*this, "txtEnd"),
-      updEnd(*this, "updEnd"),
-      lblEndPoint(*this, "lblEndPoint"),
-      cmdCalc(*this, "cmdCalc", "Calculation"),
-      lblNote(*this, "lblNote"),
-      PrevGraph(*this, "PrevGraph"),
       range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kAsStart),
       graph_(host, kGraphName) {
   txtTitle.read_only = true;
@@ -91,14 +76,8 @@ frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
       "hundredth of the limiting or peak current.");
   range_.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };
   range_.on_change = [this] { DrawPreview(); };
-  txtRedoxPotential.on_lost_focus = [this] { LeaveRedoxPotential(); };
-  txtRedoxPotential.on_key = [this](Key key) {
-    if (key.code == KeyCode::kEnter) LeaveRedoxPotential();
-  };
-  txtArea.on_lost_focus = [this] { LeaveArea(); };
-  txtArea.on_key = [this](Key key) {
-    if (key.code == KeyCode::kEnter) LeaveArea();
-  };
+  txtRedoxPotential.on_commit = [this] { LeaveRedoxPotential(); };
+  txtArea.on_commit = [this] { LeaveArea(); };
   cmdCalc.on_click = [this] { Calculate(); };
 }
 

@@ -21,21 +21,21 @@ class frmTafelAnalyzer : public AnalysisForm {
 
   frmTafelAnalyzer(Workstation& workstation, Host& host);
 
-  Label lblMode;
-  TextBox txtTitle;
-  TextBox txtRPM;
-  Label lblpnum;
-  TextBox txtRedoxPotential;
-  TextBox txtArea;
-  TextBox txtStart;
-  UpDown updStart;
-  Label lblStartPoint;
-  TextBox txtEnd;
-  UpDown updEnd;
-  Label lblEndPoint;
-  Button cmdCalc;
-  Label lblNote;  // the branch, and what speaks against the result
-  PreviewPlot PrevGraph;
+  Label lblMode{*this, "lblMode"};
+  TextBox txtTitle{*this, "txtTitle"};
+  TextBox txtRPM{*this, "txtRPM"};
+  Label lblpnum{*this, "lblpnum"};
+  TextBox txtRedoxPotential{*this, "txtRedoxPotential"};
+  TextBox txtArea{*this, "txtArea"};
+  TextBox txtStart{*this, "txtStart"};
+  UpDown updStart{*this, "updStart"};
+  Label lblStartPoint{*this, "lblStartPoint"};
+  TextBox txtEnd{*this, "txtEnd"};
+  UpDown updEnd{*this, "updEnd"};
+  Label lblEndPoint{*this, "lblEndPoint"};
+  Button cmdCalc{*this, "cmdCalc", "Calculation"};
+  Label lblNote{*this, "lblNote"};  // the branch, and what speaks against the result
+  PreviewPlot PrevGraph{*this, "PrevGraph"};
 
   LayoutNode Layout() override;
   // Empties the report and writes the area into the track's record even when no line can be fitted.

@@ -9,10 +9,7 @@ namespace zento {
 TrackSelector::TrackSelector(TextBox& box, UpDown& arrows) : box_(box) {
   arrows.on_up = [this] { Step(+1); };
   arrows.on_down = [this] { Step(-1); };
-  box.on_lost_focus = [this] { Commit(); };
-  box.on_key = [this](Key key) {
-    if (key.code == KeyCode::kEnter) Commit();
-  };
+  box.on_commit = [this] { Commit(); };
   Show(ToLong(ParseLenient(box.text())));
 }
 

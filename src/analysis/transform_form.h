@@ -19,20 +19,20 @@ class TransformForm : public Form {
   TransformForm(Workstation& workstation, Host& host, const std::string& name,
                 const std::string& caption);
 
-  TextBox txtDataNum;  // source track
-  UpDown UpDown1;
-  Label lblMode;
-  TextBox txtTitle;
-  TextBox txtRPM;
-  Button cmdCalc;
-  Button cmdUpdate;
-  TextBox txtDesNum;  // destination track
-  UpDown UpDown2;
-  Label lblDestMode;
-  Label lblDestHolds;    // the title that the destination has now
-  TextBox txtDestTitle;  // the title that it is given
-  Button cmdRecordAnotherTrack;
-  Label lblNote;  // what was done, or why nothing was
+  TextBox txtDataNum{*this, "txtDataNum"};  // source track
+  UpDown UpDown1{*this, "UpDown1"};
+  Label lblMode{*this, "lblMode"};
+  TextBox txtTitle{*this, "txtTitle"};
+  TextBox txtRPM{*this, "txtRPM"};
+  Button cmdCalc{*this, "cmdCalc", "Calculation"};
+  Button cmdUpdate{*this, "cmdUpdate", "Update Data"};
+  TextBox txtDesNum{*this, "txtDesNum"};  // destination track
+  UpDown UpDown2{*this, "UpDown2"};
+  Label lblDestMode{*this, "lblDestMode"};
+  Label lblDestHolds{*this, "lblDestHolds"};    // the title that the destination has now
+  TextBox txtDestTitle{*this, "txtDestTitle"};  // the title that it is given
+  Button cmdRecordAnotherTrack{*this, "cmdRecordAnotherTrack", "Record Another Track"};
+  Label lblNote{*this, "lblNote"};  // what was done, or why nothing was
 
   // Shows the settings, and tracks 0 and 10.
   bool Load() override;

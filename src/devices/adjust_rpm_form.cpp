@@ -21,17 +21,6 @@ constexpr std::int64_t kMeasuringPeriod = 250;  // ms
 
 AdjustRpmForm::AdjustRpmForm(Workstation& workstation, Host& host, Instruments& instruments)
     : Form(host, "frmAdjustRPM", "RPM Adjustment"),
-      txtRPM(*this, "txtRPM"),
-      UpdRPM(*this, "UpdRPM"),
-      txtVoltage(*this, "txtVoltage"),
-      UpdVoltage(*this, "UpdVoltage"),
-      cmdMotorOn(*this, "cmdMotorOn", "Motor On"),
-      cmdMotorOff(*this, "cmdMotorOff", "Motor Off"),
-      cmdUpdate(*this, "cmdUpdate", "Update"),
-      cmdSave(*this, "cmdSave", "Save"),
-      lblRPM(*this, "lblRPM"),
-      lblRPMAverage(*this, "lblRPMAverage"),
-      Timer1(*this, "Timer1"),
       workstation_(workstation),
       instruments_(instruments) {
   // The arrows change these; typing would have no effect.

@@ -21,17 +21,17 @@ class AdjustRpmForm : public Form {
   void Unload() override;
   LayoutNode Layout() override;
 
-  TextBox txtRPM;
-  UpDown UpdRPM;
-  TextBox txtVoltage;
-  UpDown UpdVoltage;
-  Button cmdMotorOn;
-  Button cmdMotorOff;
-  Button cmdUpdate;
-  Button cmdSave;
-  Label lblRPM;         // measured rate, rpm
-  Label lblRPMAverage;  // mean of the last 10, rpm
-  Timer Timer1;
+  TextBox txtRPM{*this, "txtRPM"};
+  UpDown UpdRPM{*this, "UpdRPM"};
+  TextBox txtVoltage{*this, "txtVoltage"};
+  UpDown UpdVoltage{*this, "UpdVoltage"};
+  Button cmdMotorOn{*this, "cmdMotorOn", "Motor On"};
+  Button cmdMotorOff{*this, "cmdMotorOff", "Motor Off"};
+  Button cmdUpdate{*this, "cmdUpdate", "Update"};
+  Button cmdSave{*this, "cmdSave", "Save"};
+  Label lblRPM{*this, "lblRPM"};                // measured rate, rpm
+  Label lblRPMAverage{*this, "lblRPMAverage"};  // mean of the last 10, rpm
+  Timer Timer1{*this, "Timer1"};
 
  private:
   static constexpr std::size_t kRing = 10;

@@ -5,11 +5,7 @@
 namespace zento {
 
 PowerForm::PowerForm(Host& host, DigitalOutput& output)
-    : Form(host, "frmPower", "Power Control"),
-      chkPower(*this, "chkPower",
-               {"Outlet 0 (motor)", "Outlet 1", "Outlet 2", "Outlet 3", "Outlet 4"}),
-      cmdPowerOff(*this, "cmdPowerOff", "All Off"),
-      output_(output) {
+    : Form(host, "frmPower", "Power Control"), output_(output) {
   for (std::size_t i = 0; i < kOutlets; ++i) {
     chkPower[i].on_click = [this, i](int value) {
       auto sw = static_cast<std::uint8_t>(value);

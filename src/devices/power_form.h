@@ -34,8 +34,9 @@ class PowerForm : public Form {
 
   std::uint8_t state() const { return state_; }
 
-  ControlArray<CheckBox, kOutlets> chkPower;
-  Button cmdPowerOff;
+  ControlArray<CheckBox, kOutlets> chkPower{
+      *this, "chkPower", {"Outlet 0 (motor)", "Outlet 1", "Outlet 2", "Outlet 3", "Outlet 4"}};
+  Button cmdPowerOff{*this, "cmdPowerOff", "All Off"};
 
  private:
   void Send();

@@ -7,10 +7,7 @@
 
 namespace zento {
 
-Graph::Graph(Host& host, std::string name)
-    : Form(host, std::move(name), "Graph"),
-      Picture1(*this, "Picture1"),
-      CptoClipBtn(*this, "CptoClipBtn", "Copy to Clipboard") {
+Graph::Graph(Host& host, std::string name) : Form(host, std::move(name), "Graph") {
   CptoClipBtn.on_click = [this] { CopyPicture(); };
 }
 

@@ -22,8 +22,8 @@ class Graph : public Form {
  public:
   Graph(Host& host, std::string name);
 
-  GraphView Picture1;
-  Button CptoClipBtn;
+  GraphView Picture1{*this, "Picture1"};
+  Button CptoClipBtn{*this, "CptoClipBtn", "Copy to Clipboard"};
 
   // The height of the strip below the picture, which window heights include.
   static constexpr int kButtonStrip = 26;

@@ -135,11 +135,13 @@ void TextBox::UserSelect(Range range) {
 
 Status TextBox::UserKey(Key key) {
   if (on_key) on_key(key);
+  if (key.code == KeyCode::kEnter && on_commit) on_commit();
   return Status::Ok();
 }
 
 void TextBox::UserLeave() {
   if (on_lost_focus) on_lost_focus();
+  if (on_commit) on_commit();
 }
 
 void Button::SetCaption(std::string caption) {

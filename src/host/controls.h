@@ -84,6 +84,7 @@ class TextBox : public Control {
 
   std::function<void()> on_change;      // after every change by a person
   std::function<void()> on_select;      // after a person moved the caret or selected
+  std::function<void()> on_commit;      // a person leaves the box or presses Enter in it
   std::function<void()> on_lost_focus;  // a person leaves the box
   std::function<void(Key)> on_key;      // a key other than the typing of text
 

@@ -17,15 +17,6 @@ constexpr int kHeight = 560;
 
 frmMacro::frmMacro(Workstation& workstation, Host& host, Instruments& instruments)
     : Form(host, kName, "Macro Editor"),
-      OpenMacro(*this, "OpenMacro", "File", "Open", "Ctrl+O"),
-      SaveMacro(*this, "SaveMacro", "File", "Save", "Ctrl+S"),
-      txtMacro(*this, "txtMacro"),
-      lblLine(*this, "lblLine"),
-      cmdRun(*this, "cmdRun", "Run"),
-      cmdStop(*this, "cmdStop", "Stop"),
-      chkDebugMode(*this, "chkDebugMode", "Debug Mode"),
-      lblStatus(*this, "lblStatus"),
-      lblNotice(*this, "lblNotice"),
       workstation_(workstation),
       interpreter_(workstation, host, instruments) {
   OpenMacro.on_click = [this] { AskToOpen(); };

@@ -27,16 +27,16 @@ class frmMacro : public Form, private MacroObserver {
  public:
   frmMacro(Workstation& workstation, Host& host, Instruments& instruments);
 
-  MenuEntry OpenMacro;
-  MenuEntry SaveMacro;
+  MenuEntry OpenMacro{*this, "OpenMacro", "File", "Open", "Ctrl+O"};
+  MenuEntry SaveMacro{*this, "SaveMacro", "File", "Save", "Ctrl+S"};
   std::vector<std::unique_ptr<MenuEntry>> templates;
-  TextBox txtMacro;
-  Label lblLine;
-  Button cmdRun;
-  Button cmdStop;
-  CheckBox chkDebugMode;
-  Label lblStatus;  // what is left of a wait
-  Label lblNotice;  // what became of the last run or file
+  TextBox txtMacro{*this, "txtMacro"};
+  Label lblLine{*this, "lblLine"};
+  Button cmdRun{*this, "cmdRun", "Run"};
+  Button cmdStop{*this, "cmdStop", "Stop"};
+  CheckBox chkDebugMode{*this, "chkDebugMode", "Debug Mode"};
+  Label lblStatus{*this, "lblStatus"};  // what is left of a wait
+  Label lblNotice{*this, "lblNotice"};  // what became of the last run or file
 
   bool Load() override;
   void Unload() override;

@@ -32,22 +32,12 @@ std::int32_t PlannedSweepMillis(const std::array<double, 3>& v, std::int32_t cyc
 frmMeasureCV::frmMeasureCV(Workstation& workstation, Host& host, Instruments& instruments)
     : SweepForm(workstation, host, instruments, "frmMeasureCV", "CV Meaurement",
                 "Cyclic voltammetry", kRestingStepsPerVolt),
-      txtCVNum(*this, "txtCVNum", "0"),
-      UpDown2(*this, "UpDown2"),
-      txtCVTitle(*this, "txtCVTitle"),
-      txtXScale(*this, "txtXScale"),
-      txtYScale(*this, "txtYScale", "1e-3"),
-      OpnCVMeas(*this, "OpnCVMeas", {"by cycle num.", "button"}, 0),
-      picVMon(*this, "picVMon", {360, 240}),
-      lblVoltage(*this, "lblVoltage"),
-      cmdClearVMon(*this, "cmdClearVMon", "Clear V mon."),
-      CVTimer(*this, "CVTimer"),
       monitor_(picVMon, QBColor(kCurveColour)),
       plot_(host.desktop, "Graph1") {
   AttachSweep(CVTimer, OpnCVMeas);
   OnCommit(Boxes(), [this] { LeaveBox(); });
-  OnCommit(txtCVTitle, [this] { LeaveBox(); });
-  OnCommit(txtCVNum, [this] { SettingNum(txtCVNum.text()); });
+  txtCVTitle.on_commit = [this] { LeaveBox(); };
+  txtCVNum.on_commit = [this] { SettingNum(txtCVNum.text()); };
   UpDown2.on_up = [this] { StepPreset(1); };
   UpDown2.on_down = [this] { StepPreset(-1); };
   cmdClearVMon.on_click = [this] {

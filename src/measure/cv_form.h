@@ -27,16 +27,16 @@ class frmMeasureCV : public SweepForm {
  public:
   frmMeasureCV(Workstation& workstation, Host& host, Instruments& instruments);
 
-  TextBox txtCVNum;
-  UpDown UpDown2;
-  TextBox txtCVTitle;
-  TextBox txtXScale;
-  TextBox txtYScale;
-  OptionGroup OpnCVMeas;
-  GraphView picVMon;
-  Label lblVoltage;
-  Button cmdClearVMon;
-  Timer CVTimer;
+  TextBox txtCVNum{*this, "txtCVNum", "0"};
+  UpDown UpDown2{*this, "UpDown2"};
+  TextBox txtCVTitle{*this, "txtCVTitle"};
+  TextBox txtXScale{*this, "txtXScale"};
+  TextBox txtYScale{*this, "txtYScale", "1e-3"};
+  OptionGroup OpnCVMeas{*this, "OpnCVMeas", {"by cycle num.", "button"}, 0};
+  GraphView picVMon{*this, "picVMon", {360, 240}};
+  Label lblVoltage{*this, "lblVoltage"};
+  Button cmdClearVMon{*this, "cmdClearVMon", "Clear V mon."};
+  Timer CVTimer{*this, "CVTimer"};
 
   bool Load() override;
   LayoutNode Layout() override;

@@ -24,10 +24,7 @@ inline void ShowNumber(TextBox& box, double value) {
 
 // Calls `committed` when a person leaves the box or presses Enter in it.
 inline void OnCommit(TextBox& box, const std::function<void()>& committed) {
-  box.on_lost_focus = committed;
-  box.on_key = [committed](Key key) {
-    if (key.code == KeyCode::kEnter) committed();
-  };
+  box.on_commit = committed;
 }
 
 // A box and the number of the settings that it holds. A window lists them once, and shows, stores
@@ -58,7 +55,7 @@ inline void StoreBoxes(const SettingBoxes& boxes) {
 }
 
 inline void OnCommit(const SettingBoxes& boxes, const std::function<void()>& committed) {
-  for (const SettingBox& entry : boxes) OnCommit(*entry.box, committed);
+  for (const SettingBox& entry : boxes) entry.box->on_commit = committed;
 }
 
 // Readings averaged a point, cycles: below 1 becomes 1.

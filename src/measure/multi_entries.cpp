@@ -28,10 +28,10 @@ bool IsInput(int input) {
 void frmMultipotentiostat::WireBoxes() {
   for (std::size_t channel = 0; channel < kChannels; ++channel) {
     cbxADCh[channel].on_select = [this, channel](int input) { MapInput(channel, input); };
-    OnCommit(txtScale[channel], [this, channel] { TakeScale(channel); });
+    txtScale[channel].on_commit = [this, channel] { TakeScale(channel); };
   }
-  for (TextBox* box : {&txtAccum, &txtMaxTime}) OnCommit(*box, [this] { StoreEntries(); });
-  OnCommit(txtSamplingrate, [this] { LeaveSamplingRate(); });
+  for (TextBox* box : {&txtAccum, &txtMaxTime}) box->on_commit = [this] { StoreEntries(); };
+  txtSamplingrate.on_commit = [this] { LeaveSamplingRate(); };
 }
 
 void frmMultipotentiostat::RestoreEntries() {

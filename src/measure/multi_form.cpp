@@ -32,23 +32,7 @@ bool AllFinite(const std::array<double, N>& values) {
 frmMultipotentiostat::frmMultipotentiostat(Workstation& workstation, Host& host,
                                            Instruments& instruments)
     : MeasureForm(workstation, host, instruments, "frmMultipotentiostat", "Multipotentiostat"),
-      txtTitle(*this, "txtTitle"),
-      cbxADCh(*this, "cbxADCh"),
-      txtScale(*this, "txtScale"),
-      lblCurrent(*this, "lblCurrent"),
-      chkiMon(*this, "chkiMon", "Current Monitor"),
-      txtSamplingrate(*this, "txtSamplingrate", "0.5"),
-      txtAccum(*this, "txtAccum", "100"),
-      txtMaxTime(*this, "txtMaxTime", "100"),
-      opnMMMeas(*this, "opnMMMeas", {"Stop by time ", "Stop by button", "Sampling by button"}, 0),
-      cmdSampling(*this, "cmdSampling", "Sampling"),
-      picVMon(*this, "picVMon", {360, 240}),
-      cmdClearVMon(*this, "cmdClearVMon", "Clear V. Mon"),
       lblMode(*this, "lblMode", kIdle),
-      lblNotice(*this, "lblNotice"),
-      cmdStart(*this, "cmdStart", "Start"),
-      cmdStop(*this, "cmdStop", "Stop"),
-      MMTimer(*this, "MMTimer"),
       monitor_(picVMon, QBColor(kMonitorColour)),
       plot_(host.desktop, "Graph1") {
   Attach(MMTimer, cmdStart);

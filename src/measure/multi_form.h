@@ -28,23 +28,24 @@ class frmMultipotentiostat : public MeasureForm {
 
   frmMultipotentiostat(Workstation& workstation, Host& host, Instruments& instruments);
 
-  ControlArray<TextBox, kElectrodes> txtTitle;
-  ControlArray<ComboBox, kChannels> cbxADCh;
-  ControlArray<TextBox, kChannels> txtScale;
-  ControlArray<Label, kElectrodes> lblCurrent;
-  CheckBox chkiMon;
-  TextBox txtSamplingrate;
-  TextBox txtAccum;
-  TextBox txtMaxTime;
-  OptionGroup opnMMMeas;
-  Button cmdSampling;
-  GraphView picVMon;
-  Button cmdClearVMon;
+  ControlArray<TextBox, kElectrodes> txtTitle{*this, "txtTitle"};
+  ControlArray<ComboBox, kChannels> cbxADCh{*this, "cbxADCh"};
+  ControlArray<TextBox, kChannels> txtScale{*this, "txtScale"};
+  ControlArray<Label, kElectrodes> lblCurrent{*this, "lblCurrent"};
+  CheckBox chkiMon{*this, "chkiMon", "Current Monitor"};
+  TextBox txtSamplingrate{*this, "txtSamplingrate", "0.5"};
+  TextBox txtAccum{*this, "txtAccum", "100"};
+  TextBox txtMaxTime{*this, "txtMaxTime", "100"};
+  OptionGroup opnMMMeas{
+      *this, "opnMMMeas", {"Stop by time ", "Stop by button", "Sampling by button"}, 0};
+  Button cmdSampling{*this, "cmdSampling", "Sampling"};
+  GraphView picVMon{*this, "picVMon", {360, 240}};
+  Button cmdClearVMon{*this, "cmdClearVMon", "Clear V. Mon"};
   Label lblMode;
-  Label lblNotice;
-  Button cmdStart;
-  Button cmdStop;
-  Timer MMTimer;
+  Label lblNotice{*this, "lblNotice"};
+  Button cmdStart{*this, "cmdStart", "Start"};
+  Button cmdStop{*this, "cmdStop", "Stop"};
+  Timer MMTimer{*this, "MMTimer"};
 
   bool Load() override;
   LayoutNode Layout() override;

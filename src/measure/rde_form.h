@@ -30,17 +30,17 @@ class frmMeasureRDE : public SweepForm {
  public:
   frmMeasureRDE(Workstation& workstation, Host& host, Instruments& instruments);
 
-  TextBox txtDiskXScale;
-  TextBox txtDiskYScale;
-  TextBox txtRingXScale;
-  TextBox txtRingYScale;
-  OptionGroup opnRDEMeas;
-  Label lblDataNum;
-  GraphView picDiskVMon;
-  GraphView picRingVMon;
-  Label lblRPM;
-  Button cmdClearMon;
-  Timer RDETimer;
+  TextBox txtDiskXScale{*this, "txtDiskXScale"};
+  TextBox txtDiskYScale{*this, "txtDiskYScale", "1e-3"};
+  TextBox txtRingXScale{*this, "txtRingXScale"};
+  TextBox txtRingYScale{*this, "txtRingYScale", "1e-5"};
+  OptionGroup opnRDEMeas{*this, "opnRDEMeas", {"by cycle num", "by button"}, 0};
+  Label lblDataNum{*this, "lblDataNum", "Track"};
+  GraphView picDiskVMon{*this, "picDiskVMon", {360, 160}};
+  GraphView picRingVMon{*this, "picRingVMon", {360, 160}};
+  Label lblRPM{*this, "lblRPM"};
+  Button cmdClearMon{*this, "cmdClearMon", "Clear Monitor"};
+  Timer RDETimer{*this, "RDETimer"};
 
   bool Load() override;
   LayoutNode Layout() override;

@@ -41,29 +41,30 @@ class frmMeasureRPMvsj : public MeasureForm {
  public:
   frmMeasureRPMvsj(Workstation& workstation, Host& host, Instruments& instruments);
 
-  TextBox txtXScale;
-  TextBox txtYScale;
-  TextBox txtRPMScale;
-  TextBox txtDiskXValue;
-  OptionGroup opnRPMvsj;
-  TextBox txtLimitRPM;
-  TextBox txtStartRPM;
-  TextBox txtEndRPM;
-  TextBox txtSpeed;
-  TextBox txtRetainTime;
-  TextBox txtSamplingrate;
-  TextBox txtAccum;
-  TextBox txtDataNum;
-  UpDown UpDown1;
-  TextBox txtTitle;
-  CheckBox chkRecordTime;
-  GraphView picVMon;
-  Label lblVoltage;
-  Button cmdClearVMon;
-  Label lblMode;
-  Button cmdStart;
-  Button cmdStop;
-  Timer RPjTimer;
+  TextBox txtXScale{*this, "txtXScale"};
+  TextBox txtYScale{*this, "txtYScale"};
+  TextBox txtRPMScale{*this, "txtRPMScale"};
+  TextBox txtDiskXValue{*this, "txtDiskXValue"};
+  OptionGroup opnRPMvsj{
+      *this, "opnRPMvsj", {"RPM limitation (by measurement)", "button", "RPM Control"}, 0};
+  TextBox txtLimitRPM{*this, "txtLimitRPM"};
+  TextBox txtStartRPM{*this, "txtStartRPM"};
+  TextBox txtEndRPM{*this, "txtEndRPM"};
+  TextBox txtSpeed{*this, "txtSpeed"};
+  TextBox txtRetainTime{*this, "txtRetainTime"};
+  TextBox txtSamplingrate{*this, "txtSamplingrate"};
+  TextBox txtAccum{*this, "txtAccum"};
+  TextBox txtDataNum{*this, "txtDataNum", "0"};
+  UpDown UpDown1{*this, "UpDown1"};
+  TextBox txtTitle{*this, "txtTitle"};
+  CheckBox chkRecordTime{*this, "chkRecordTime", "Record Time"};
+  GraphView picVMon{*this, "picVMon", {360, 240}};
+  Label lblVoltage{*this, "lblVoltage"};
+  Button cmdClearVMon{*this, "cmdClearVMon", "Clear V Mon."};
+  Label lblMode{*this, "lblMode"};
+  Button cmdStart{*this, "cmdStart", "Start"};
+  Button cmdStop{*this, "cmdStop", "Stop"};
+  Timer RPjTimer{*this, "RPjTimer"};
 
   bool Load() override;
   LayoutNode Layout() override;

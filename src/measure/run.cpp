@@ -97,10 +97,7 @@ std::int32_t AccumulationRounds(double accumulation) {
 
 TargetTrack::TargetTrack(TextBox& box, UpDown& arrows) : box_(box) {
   box_.SetText(PlainNumber(number_));
-  box_.on_lost_focus = [this] { Commit(); };
-  box_.on_key = [this](Key key) {
-    if (key.code == KeyCode::kEnter) Commit();
-  };
+  box_.on_commit = [this] { Commit(); };
   arrows.on_up = [this] { Step(1); };
   arrows.on_down = [this] { Step(-1); };
 }

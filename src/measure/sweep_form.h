@@ -44,22 +44,22 @@ std::int32_t HoldableSeconds(double seconds);
 // target track and the method count as they are.
 class SweepForm : public MeasureForm {
  public:
-  ControlArray<TextBox, 3> txtVoltSetting;
-  TextBox txtScanrate;
-  TextBox txtCycleNum;
-  TextBox txtRetainTime;
-  ComboBox cbxReference;
-  TextBox txtRPM;
-  TextBox txtRPMScale;
-  TextBox txtSamplingrate;
-  TextBox txtAccum;
-  TextBox txtDataNum;
-  UpDown UpDown1;
-  TextBox txtTitle;
-  Label lblMode;
-  Label lblTimeRemain;
-  Button cmdStart;
-  Button cmdStop;
+  ControlArray<TextBox, 3> txtVoltSetting{*this, "txtVoltSetting", {"-0.2", "1.2", "0.6"}};
+  TextBox txtScanrate{*this, "txtScanrate"};
+  TextBox txtCycleNum{*this, "txtCycleNum"};
+  TextBox txtRetainTime{*this, "txtRetainTime"};
+  ComboBox cbxReference{*this, "cbxReference"};
+  TextBox txtRPM{*this, "txtRPM"};
+  TextBox txtRPMScale{*this, "txtRPMScale", "1000"};
+  TextBox txtSamplingrate{*this, "txtSamplingrate"};
+  TextBox txtAccum{*this, "txtAccum"};
+  TextBox txtDataNum{*this, "txtDataNum", "0"};
+  UpDown UpDown1{*this, "UpDown1"};
+  TextBox txtTitle{*this, "txtTitle"};
+  Label lblMode{*this, "lblMode"};
+  Label lblTimeRemain{*this, "lblTimeRemain"};
+  Button cmdStart{*this, "cmdStart", "Start"};
+  Button cmdStop{*this, "cmdStop", "Stop"};
 
  protected:
   // `run` is the run as a person calls it. The potential's resting value is known to 1 /

@@ -15,14 +15,7 @@ frmEditATrack* Editor(Host& host) {
 
 }  // namespace
 
-frmBasicOperations::frmBasicOperations(Host& host)
-    : Form(host, kName, "Basic Operations"),
-      opnOperation(*this, "opnOperation", {"+", "-", "*", "/"}, 0),
-      txtOperand(*this, "txtOperand", "0"),
-      chkCh(*this, "chkCh", {"ch 0", "ch 1", "ch 2"}),
-      cmdPreview(*this, "cmdPreview", "Preview"),
-      cmdUpdate(*this, "cmdUpdate", "Update"),
-      cmdClose(*this, "cmdClose", "Close") {
+frmBasicOperations::frmBasicOperations(Host& host) : Form(host, kName, "Basic Operations") {
   cmdPreview.is_default = true;
   cmdClose.is_cancel = true;
   chkCh[0].SetTip("The x column: potential, time or rotation rate");

@@ -14,12 +14,12 @@ class frmBasicOperations : public Form {
 
   explicit frmBasicOperations(Host& host);
 
-  OptionGroup opnOperation;  // as in BasicOperation
-  TextBox txtOperand;
-  ControlArray<CheckBox, 3> chkCh;
-  Button cmdPreview;
-  Button cmdUpdate;  // once there is a preview of what is chosen
-  Button cmdClose;
+  OptionGroup opnOperation{*this, "opnOperation", {"+", "-", "*", "/"}, 0};  // as in BasicOperation
+  TextBox txtOperand{*this, "txtOperand", "0"};
+  ControlArray<CheckBox, 3> chkCh{*this, "chkCh", {"ch 0", "ch 1", "ch 2"}};
+  Button cmdPreview{*this, "cmdPreview", "Preview"};
+  Button cmdUpdate{*this, "cmdUpdate", "Update"};  // once there is a preview of what is chosen
+  Button cmdClose{*this, "cmdClose", "Close"};
 
   bool Load() override;
   void Activate() override;

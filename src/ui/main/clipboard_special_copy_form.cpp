@@ -41,26 +41,9 @@ double ExtentOf(double from, double to) {
 
 frmSpecialCopy::frmSpecialCopy(Workstation& workstation, Host& host)
     : Form(host, kName, "Special Copy"),
-      lblTrack(*this, "lblTrack"),
       opnDiskUnit(*this, "opnDiskUnit", Units(), 0),
       opnRingUnit(*this, "opnRingUnit", Units(), 0),
-      opnNormalisation(*this, "opnNormalisation", {"None", "Per area", "Per weight"}, 0),
-      chkLog(*this, "chkLog", "Logarithm"),
-      chkAbsolute(*this, "chkAbsolute", "Absolute values"),
-      chkH2O(*this, "chkH2O", "%H2O"),
-      txtCE(*this, "txtCE"),
-      opnPolarity(*this, "opnPolarity", {"All points", "Disk current > 0", "Disk current < 0"}, 0),
       opnCycles(*this, "opnCycles", {"All cycles", "One cycle"}, kAllCycles),
-      txtCycle(*this, "txtCycle", "1"),
-      updCycle(*this, "updCycle"),
-      lblCycles(*this, "lblCycles"),
-      chkHeader(*this, "chkHeader", "Header block"),
-      txtAngle(*this, "txtAngle", "0"),
-      txtDistance(*this, "txtDistance", "0"),
-      txtOrder(*this, "txtOrder", "0"),
-      cmdCopy(*this, "cmdCopy", "Copy"),
-      cmdClose(*this, "cmdClose", "Close"),
-      lblNotice(*this, "lblNotice"),
       workstation_(workstation),
       copy_(host) {
   chkHeader.SetValue(1);

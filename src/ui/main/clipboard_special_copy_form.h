@@ -30,26 +30,27 @@ class frmSpecialCopy : public Form {
   // What the button does: refuses with a message what cannot be calculated.
   void Copy();
 
-  Label lblTrack;
+  Label lblTrack{*this, "lblTrack"};
   OptionGroup opnDiskUnit;  // A, mA, uA, nA from 0 on
   OptionGroup opnRingUnit;
-  OptionGroup opnNormalisation;
-  CheckBox chkLog;
-  CheckBox chkAbsolute;
-  CheckBox chkH2O;
-  TextBox txtCE;  // N, the setting of the oxygen analysis
-  OptionGroup opnPolarity;
+  OptionGroup opnNormalisation{*this, "opnNormalisation", {"None", "Per area", "Per weight"}, 0};
+  CheckBox chkLog{*this, "chkLog", "Logarithm"};
+  CheckBox chkAbsolute{*this, "chkAbsolute", "Absolute values"};
+  CheckBox chkH2O{*this, "chkH2O", "%H2O"};
+  TextBox txtCE{*this, "txtCE"};  // N, the setting of the oxygen analysis
+  OptionGroup opnPolarity{
+      *this, "opnPolarity", {"All points", "Disk current > 0", "Disk current < 0"}, 0};
   OptionGroup opnCycles;
-  TextBox txtCycle;  // from 1 on
-  UpDown updCycle;
-  Label lblCycles;
-  CheckBox chkHeader;
-  TextBox txtAngle;     // degrees
-  TextBox txtDistance;  // fractions of the display range
-  TextBox txtOrder;
-  Button cmdCopy;
-  Button cmdClose;
-  Label lblNotice;
+  TextBox txtCycle{*this, "txtCycle", "1"};  // from 1 on
+  UpDown updCycle{*this, "updCycle"};
+  Label lblCycles{*this, "lblCycles"};
+  CheckBox chkHeader{*this, "chkHeader", "Header block"};
+  TextBox txtAngle{*this, "txtAngle", "0"};        // degrees
+  TextBox txtDistance{*this, "txtDistance", "0"};  // fractions of the display range
+  TextBox txtOrder{*this, "txtOrder", "0"};
+  Button cmdCopy{*this, "cmdCopy", "Copy"};
+  Button cmdClose{*this, "cmdClose", "Close"};
+  Label lblNotice{*this, "lblNotice"};
 
  private:
   void SetTips();

@@ -57,16 +57,16 @@ class frmControlPanel : public Form, public FileTarget {
   // Rebuilds the current track from the clipboard's text.
   void PasteFromClipboard();
 
-  TextBox txtDatNum;
-  UpDown UpDown1;
+  TextBox txtDatNum{*this, "txtDatNum", "0"};
+  UpDown UpDown1{*this, "UpDown1"};
   Grid InformationSheet;
-  TextBox txtEditField;
-  ComboBox cbxReference;
-  Label lblTrackTitle;
-  PreviewPlot PrevGraph;
+  TextBox txtEditField{*this, "txtEditField"};
+  ComboBox cbxReference{*this, "cbxReference"};
+  Label lblTrackTitle{*this, "lblTrackTitle"};
+  PreviewPlot PrevGraph{*this, "PrevGraph", {620, 460}};
   // What became of the last file operation. Nothing of it is told in a message box, so that an
   // unattended run is never held up; a failed save must be seen all the same.
-  Label lblNotice;
+  Label lblNotice{*this, "lblNotice"};
 
  private:
   // The window as a continuation finds it: null when it is gone by then.

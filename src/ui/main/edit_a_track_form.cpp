@@ -55,17 +55,7 @@ bool BeginsValue(char32_t character) {
 }  // namespace
 
 frmEditATrack::frmEditATrack(Workstation& workstation, Host& host)
-    : Form(host, kName, "Edit a Track"),
-      mnuDelete(*this, "mnuDelete", "Edit", "Delete"),
-      mnuBasicOperations(*this, "mnuBasicOperations", "Edit", "Basic Operations"),
-      lblTrack(*this, "lblTrack"),
-      cbxCycleNum(*this, "cbxCycleNum"),
-      txtEdit(*this, "txtEdit"),
-      DataGrid(*this, "DataGrid", txtEdit),
-      PrevGraph(*this, "PrevGraph", {480, 400}),
-      lblPoint(*this, "lblPoint"),
-      lblNote(*this, "lblNote"),
-      workstation_(workstation) {
+    : Form(host, kName, "Edit a Track"), workstation_(workstation) {
   DataGrid.SetTip("Type over a cell; Enter takes the value, Escape leaves it. Delete removes rows");
   PrevGraph.SetAxisTitles("Potential /V", "Current /A");
   WireControls();

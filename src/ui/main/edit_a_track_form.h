@@ -28,15 +28,15 @@ class frmEditATrack : public Form {
 
   frmEditATrack(Workstation& workstation, Host& host);
 
-  MenuEntry mnuDelete;
-  MenuEntry mnuBasicOperations;
-  Label lblTrack;
-  ComboBox cbxCycleNum;
-  TextBox txtEdit;  // over a cell of the grid while something is typed into it
-  EditGrid DataGrid;
-  PreviewPlot PrevGraph;
-  Label lblPoint;  // the current point with all its digits
-  Label lblNote;
+  MenuEntry mnuDelete{*this, "mnuDelete", "Edit", "Delete"};
+  MenuEntry mnuBasicOperations{*this, "mnuBasicOperations", "Edit", "Basic Operations"};
+  Label lblTrack{*this, "lblTrack"};
+  ComboBox cbxCycleNum{*this, "cbxCycleNum"};
+  TextBox txtEdit{*this, "txtEdit"};  // over a cell of the grid while something is typed into it
+  EditGrid DataGrid{*this, "DataGrid", txtEdit};
+  PreviewPlot PrevGraph{*this, "PrevGraph", {480, 400}};
+  Label lblPoint{*this, "lblPoint"};  // the current point with all its digits
+  Label lblNote{*this, "lblNote"};
 
   bool Load() override;
   // Shows the main window's track when it is another one, or its points were changed elsewhere.

@@ -16,18 +16,7 @@ constexpr int kThirdColumn = 2;
 }  // namespace
 
 frmEditTracks::frmEditTracks(Workstation& workstation, Host& host)
-    : Form(host, kName, "Edit Tracks"),
-      txtSourceTrack(*this, "txtSourceTrack", "0"),
-      updSource(*this, "updSource"),
-      lblSourceTrack(*this, "lblSourceTrack"),
-      txtDestinationTrack(*this, "txtDestinationTrack", "0"),
-      updDestination(*this, "updDestination"),
-      lblDestinationTrack(*this, "lblDestinationTrack"),
-      cmdCopy(*this, "cmdCopy", "Copy"),
-      cmdMove(*this, "cmdMove", "Move"),
-      cmdSwap(*this, "cmdSwap", "Swap"),
-      cmdClose(*this, "cmdClose", "Close"),
-      workstation_(workstation) {
+    : Form(host, kName, "Edit Tracks"), workstation_(workstation) {
   RequestGeometry({false, 0, 0, 640, 380});
   cmdClose.is_cancel = true;
   Wire(txtSourceTrack, updSource, source_);
@@ -47,10 +36,7 @@ void frmEditTracks::Wire(TextBox& box, UpDown& arrows, int& track) {
   const auto typed = [this, &box, &track] {
     Choose(box, track, std::clamp(ToLong(ParseLenient(box.text())), 0, kTracks - 1));
   };
-  box.on_lost_focus = typed;
-  box.on_key = [typed](Key key) {
-    if (key.code == KeyCode::kEnter) typed();
-  };
+  box.on_commit = typed;
 }
 
 void frmEditTracks::Choose(TextBox& box, int& track, int wanted) {

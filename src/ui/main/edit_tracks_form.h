@@ -13,16 +13,16 @@ class frmEditTracks : public Form {
 
   frmEditTracks(Workstation& workstation, Host& host);
 
-  TextBox txtSourceTrack;
-  UpDown updSource;
-  Label lblSourceTrack;  // the track's record
-  TextBox txtDestinationTrack;
-  UpDown updDestination;
-  Label lblDestinationTrack;
-  Button cmdCopy;
-  Button cmdMove;
-  Button cmdSwap;
-  Button cmdClose;
+  TextBox txtSourceTrack{*this, "txtSourceTrack", "0"};
+  UpDown updSource{*this, "updSource"};
+  Label lblSourceTrack{*this, "lblSourceTrack"};  // the track's record
+  TextBox txtDestinationTrack{*this, "txtDestinationTrack", "0"};
+  UpDown updDestination{*this, "updDestination"};
+  Label lblDestinationTrack{*this, "lblDestinationTrack"};
+  Button cmdCopy{*this, "cmdCopy", "Copy"};
+  Button cmdMove{*this, "cmdMove", "Move"};
+  Button cmdSwap{*this, "cmdSwap", "Swap"};
+  Button cmdClose{*this, "cmdClose", "Close"};
 
   bool Load() override;
   void Activate() override;

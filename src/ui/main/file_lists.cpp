@@ -48,10 +48,7 @@ FileLists::FileLists(Form& form, LastFolder last, Path start)
       last_(std::move(last)),
       start_(std::move(start)) {
   Drive1.on_select = [this](int index) { OpenDrive(index); };
-  txtFolder.on_lost_focus = [this] { OpenTyped(); };
-  txtFolder.on_key = [this](Key key) {
-    if (key.code == KeyCode::kEnter) OpenTyped();
-  };
+  txtFolder.on_commit = [this] { OpenTyped(); };
   Dir1.on_open = [this](int index) { OpenFolder(index); };
   File1.on_select = [this](int) {
     if (on_file) on_file();

@@ -26,10 +26,6 @@ frmImportTrack::frmImportTrack(Workstation& workstation, Host& host, LastFolder 
     : Form(host, kName, "Import Track"),
       lists(*this, std::move(last), TrackFolder(host.files, workstation.home)),
       fgcDataSheet(*this, "fgcDataSheet", kRows, kColumnCount),
-      PrevGraph(*this, "PrevGraph"),
-      lblNotice(*this, "lblNotice"),
-      cmdImport(*this, "cmdImport", "Import"),
-      cmdClose(*this, "cmdClose", "Close"),
       workstation_(workstation) {
   fgcDataSheet.column_widths = {50, 70, -1, 70, 70, 140};
   for (int column = 0; column < kColumnCount; ++column) {

@@ -29,10 +29,10 @@ class frmImportTrack : public Form {
 
   FileLists lists;
   Grid fgcDataSheet;
-  PreviewPlot PrevGraph;
-  Label lblNotice;
-  Button cmdImport;
-  Button cmdClose;
+  PreviewPlot PrevGraph{*this, "PrevGraph"};
+  Label lblNotice{*this, "lblNotice"};
+  Button cmdImport{*this, "cmdImport", "Import"};
+  Button cmdClose{*this, "cmdClose", "Close"};
 
  private:
   void File1_Click();

@@ -11,11 +11,7 @@ constexpr std::int64_t kBetweenMoves = 20'000;  // us
 
 }  // namespace
 
-frmProgressWindow::frmProgressWindow(Host& host)
-    : Form(host, kName, "Please wait"),
-      lblWhat(*this, "lblWhat"),
-      ProgressBar1(*this, "ProgressBar1"),
-      cmdCancel(*this, "cmdCancel", "Cancel") {
+frmProgressWindow::frmProgressWindow(Host& host) : Form(host, kName, "Please wait") {
   cmdCancel.is_cancel = true;
   cmdCancel.on_click = [this] { CloseRequested(); };
 }

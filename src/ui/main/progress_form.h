@@ -31,9 +31,9 @@ class frmProgressWindow : public Form {
   LayoutNode Layout() override;
   void CloseRequested() override;
 
-  Label lblWhat;
-  ProgressBar ProgressBar1;
-  Button cmdCancel;
+  Label lblWhat{*this, "lblWhat"};
+  ProgressBar ProgressBar1{*this, "ProgressBar1"};
+  Button cmdCancel{*this, "cmdCancel", "Cancel"};
 
  private:
   std::function<void()> on_cancel_;

@@ -23,13 +23,7 @@ std::string Replaced(std::string text, const std::string& before, const std::str
 }  // namespace
 
 frmReplaceTitle::frmReplaceTitle(Workstation& workstation, Host& host)
-    : Form(host, kName, "Replace words in each title"),
-      txtBefore(*this, "txtBefore"),
-      txtAfter(*this, "txtAfter"),
-      cmdGo(*this, "cmdGo", "Go"),
-      cmdClose(*this, "cmdClose", "Close"),
-      lblNotice(*this, "lblNotice"),
-      workstation_(workstation) {
+    : Form(host, kName, "Replace words in each title"), workstation_(workstation) {
   RequestGeometry({false, 0, 0, 420, 0});
   cmdGo.is_default = true;
   cmdClose.is_cancel = true;

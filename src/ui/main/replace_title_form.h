@@ -13,11 +13,11 @@ class frmReplaceTitle : public Form {
 
   frmReplaceTitle(Workstation& workstation, Host& host);
 
-  TextBox txtBefore;
-  TextBox txtAfter;
-  Button cmdGo;
-  Button cmdClose;
-  Label lblNotice;  // in how many titles it was
+  TextBox txtBefore{*this, "txtBefore"};
+  TextBox txtAfter{*this, "txtAfter"};
+  Button cmdGo{*this, "cmdGo", "Go"};
+  Button cmdClose{*this, "cmdClose", "Close"};
+  Label lblNotice{*this, "lblNotice"};  // in how many titles it was
 
   LayoutNode Layout() override;
 

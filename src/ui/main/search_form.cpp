@@ -55,27 +55,7 @@ std::string Counted(std::size_t count, const char* what) {
 frmSearchTrack::frmSearchTrack(Workstation& workstation, Host& host, LastFolder last)
     : Form(host, kName, "Search Track"),
       lists(*this, std::move(last), TrackFolder(host.files, workstation.home)),
-      chkSubfolders(*this, "chkSubfolders", "Include subfolders"),
-      opnTitle(*this, "opnTitle", "Title"),
-      KeyWords(*this, "KeyWords"),
-      opnMeasurement(*this, "opnMeasurement", "Measurement"),
-      cbxMeasurement(*this, "cbxMeasurement"),
-      opnRPM(*this, "opnRPM", "RPM"),
-      txtRPM(*this, "txtRPM", "0"),
-      opnScanrate(*this, "opnScanrate", "Scanrate"),
-      txtScanrate(*this, "txtScanrate", "0"),
-      cmdSearch(*this, "cmdSearch", "Search"),
-      cmdCancel(*this, "cmdCancel", "Cancel"),
-      SearchProgress(*this, "SearchProgress"),
-      lblState(*this, "lblState"),
       SearchResult(*this, "SearchResult", 0, kColumnCount),
-      PrevGraph(*this, "PrevGraph"),
-      txtTrack(*this, "txtTrack", "0"),
-      UpDown1(*this, "UpDown1"),
-      lblTrackTitle(*this, "lblTrackTitle"),
-      cmdImport(*this, "cmdImport", "Import"),
-      cmdClose(*this, "cmdClose", "Close"),
-      SearchTimer(*this, "SearchTimer"),
       workstation_(workstation) {
   ConnectSearch();
   ConnectImport();
@@ -107,10 +87,7 @@ void frmSearchTrack::ConnectImport() {
   txtTrack.SetTip("The track to import into, 0 to 20");
   UpDown1.on_up = [this] { SetTargetTrack((target_ + 1) % kTracks); };
   UpDown1.on_down = [this] { SetTargetTrack((target_ + kTracks - 1) % kTracks); };
-  txtTrack.on_lost_focus = [this] { StoreTypedTrack(); };
-  txtTrack.on_key = [this](Key key) {
-    if (key.code == KeyCode::kEnter) StoreTypedTrack();
-  };
+  txtTrack.on_commit = [this] { StoreTypedTrack(); };
   cmdImport.on_click = [this] { cmdImport_Click(); };
   cmdClose.on_click = [&desktop = host().desktop] { desktop.Unload(kName); };
 }

@@ -32,27 +32,27 @@ class frmSearchTrack : public Form {
   void SetTargetTrack(int track);
 
   FileLists lists;
-  CheckBox chkSubfolders;
-  CheckBox opnTitle;
-  TextBox KeyWords;
-  CheckBox opnMeasurement;
-  ComboBox cbxMeasurement;
-  CheckBox opnRPM;
-  TextBox txtRPM;
-  CheckBox opnScanrate;
-  TextBox txtScanrate;
-  Button cmdSearch;
-  Button cmdCancel;
-  ProgressBar SearchProgress;
-  Label lblState;
+  CheckBox chkSubfolders{*this, "chkSubfolders", "Include subfolders"};
+  CheckBox opnTitle{*this, "opnTitle", "Title"};
+  TextBox KeyWords{*this, "KeyWords"};
+  CheckBox opnMeasurement{*this, "opnMeasurement", "Measurement"};
+  ComboBox cbxMeasurement{*this, "cbxMeasurement"};
+  CheckBox opnRPM{*this, "opnRPM", "RPM"};
+  TextBox txtRPM{*this, "txtRPM", "0"};
+  CheckBox opnScanrate{*this, "opnScanrate", "Scanrate"};
+  TextBox txtScanrate{*this, "txtScanrate", "0"};
+  Button cmdSearch{*this, "cmdSearch", "Search"};
+  Button cmdCancel{*this, "cmdCancel", "Cancel"};
+  ProgressBar SearchProgress{*this, "SearchProgress"};
+  Label lblState{*this, "lblState"};
   Grid SearchResult;
-  PreviewPlot PrevGraph;
-  TextBox txtTrack;
-  UpDown UpDown1;
-  Label lblTrackTitle;
-  Button cmdImport;
-  Button cmdClose;
-  Timer SearchTimer;
+  PreviewPlot PrevGraph{*this, "PrevGraph"};
+  TextBox txtTrack{*this, "txtTrack", "0"};
+  UpDown UpDown1{*this, "UpDown1"};
+  Label lblTrackTitle{*this, "lblTrackTitle"};
+  Button cmdImport{*this, "cmdImport", "Import"};
+  Button cmdClose{*this, "cmdClose", "Close"};
+  Timer SearchTimer{*this, "SearchTimer"};
 
  private:
   void ConnectSearch();

@@ -16,22 +16,9 @@ constexpr std::int32_t kLastAddress = 7;
 
 frmSettings::frmSettings(Workstation& workstation, Host& host)
     : Form(host, kName, "Settings"),
-      opnDevice(*this, "opnDevice", {"Port-mapped 12-bit board", "AD12-16U(PCI)E", "PCI-9112"}),
-      txtDevice(*this, "txtDevice"),
-      txtCardNumber(*this, "txtCardNumber"),
-      chkDynamicRange(*this, "chkDynamicRange", "Dynamic Range"),
       opnFGControl(
           *this, "opnFGControl",
           {"No Control", "Controll by GPIB-232CT-A", "Controll by Contec GPIB Boards/9801-29n"}),
-      txtGPIBAddr(*this, "txtGPIBAddr"),
-      updAddr(*this, "updAddr"),
-      opnMotor(*this, "opnMotor", {"No Control", "Controlled by PCI-9112 DA Output"}),
-      txtRPMvsVoltageFile(*this, "txtRPMvsVoltageFile"),
-      cmdRPMvsVoltOpen(*this, "cmdRPMvsVoltOpen", "Open"),
-      opnPowerControl(*this, "opnPowerControl", {"No Control", "Printer Port", "PCI-9112"}),
-      opnDrawMethod(*this, "opnDrawMethod", {"Line Connection", "Dots"}),
-      txtSoundFileName(*this, "txtSoundFileName"),
-      cmdOK(*this, "cmdOK", "OK"),
       settings_(workstation.settings) {
   txtGPIBAddr.read_only = true;
   cmdOK.is_default = true;

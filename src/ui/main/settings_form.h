@@ -18,20 +18,21 @@ class frmSettings : public Form {
   bool Load() override;
   LayoutNode Layout() override;
 
-  OptionGroup opnDevice;
-  TextBox txtDevice;
-  TextBox txtCardNumber;
-  CheckBox chkDynamicRange;
+  OptionGroup opnDevice{
+      *this, "opnDevice", {"Port-mapped 12-bit board", "AD12-16U(PCI)E", "PCI-9112"}};
+  TextBox txtDevice{*this, "txtDevice"};
+  TextBox txtCardNumber{*this, "txtCardNumber"};
+  CheckBox chkDynamicRange{*this, "chkDynamicRange", "Dynamic Range"};
   OptionGroup opnFGControl;
-  TextBox txtGPIBAddr;
-  UpDown updAddr;
-  OptionGroup opnMotor;
-  TextBox txtRPMvsVoltageFile;
-  Button cmdRPMvsVoltOpen;
-  OptionGroup opnPowerControl;
-  OptionGroup opnDrawMethod;
-  TextBox txtSoundFileName;
-  Button cmdOK;
+  TextBox txtGPIBAddr{*this, "txtGPIBAddr"};
+  UpDown updAddr{*this, "updAddr"};
+  OptionGroup opnMotor{*this, "opnMotor", {"No Control", "Controlled by PCI-9112 DA Output"}};
+  TextBox txtRPMvsVoltageFile{*this, "txtRPMvsVoltageFile"};
+  Button cmdRPMvsVoltOpen{*this, "cmdRPMvsVoltOpen", "Open"};
+  OptionGroup opnPowerControl{*this, "opnPowerControl", {"No Control", "Printer Port", "PCI-9112"}};
+  OptionGroup opnDrawMethod{*this, "opnDrawMethod", {"Line Connection", "Dots"}};
+  TextBox txtSoundFileName{*this, "txtSoundFileName"};
+  Button cmdOK{*this, "cmdOK", "OK"};
 
  private:
   void ConnectDevices();
