@@ -16,6 +16,8 @@ endif()
 if(NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
 endif()
+# Lines for backtraces; types and variables would double what the compiler writes.
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1 -DNDEBUG")
 
 if(ZENTO_SANITIZE)
   add_compile_options(-fsanitize=${ZENTO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
@@ -37,7 +39,12 @@ endif()
 
 find_program(ZENTO_CCACHE ccache)
 if(ZENTO_CCACHE AND NOT ZENTO_TIDY)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${ZENTO_CCACHE})
+  # Without these two the cache leaves files with precompiled headers alone.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${ZENTO_CCACHE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-fpch-preprocess)
+  endif()
 endif()
 
 if(NOT WIN32)

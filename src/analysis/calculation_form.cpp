@@ -22,10 +22,6 @@ constexpr int kShiftedSlot = kScratchSlot + 1;
 constexpr double kLargeCurrent = 5e-5;  // A, marked in the list of matches
 constexpr double kMostMagnification = 64;
 
-bool IsSweep(std::int32_t mode) {
-  return mode == kModeCV || mode == kModeRDE || mode == kModeSSV;
-}
-
 TrackCurves CurvesOf(TrackStore& tracks, int slot) {
   TrackCurves curves{tracks.Points(0, slot), tracks.Points(1, slot), {}};
   if (HasRing(tracks.Record(slot).Mode)) curves.ring = tracks.Points(2, slot);

@@ -31,10 +31,6 @@ void Pass(const Smoothing& smoothing, const double* y, double* out, std::size_t 
   }
 }
 
-bool IsSweep(std::int32_t mode) {
-  return mode == kModeCV || mode == kModeRDE || mode == kModeSSV;
-}
-
 // Where a sweep that begins at `first` and goes to `vertex` ends.
 std::int32_t SweepEnd(const TrackStore& tracks, int track, std::int32_t first, double vertex) {
   const std::int32_t last = tracks.PointCount(track) - 1;

@@ -45,18 +45,10 @@ std::int32_t FindVertex(const TrackStore& tracks, int slot, std::int32_t start, 
 }
 
 std::vector<std::int32_t> CycleBoundaries(const TrackStore& tracks, int slot) {
-  switch (tracks.Record(slot).Mode) {
-    case kModeCV:
-    case kModeRDE:
-      return SweepBoundaries(tracks, slot);
-    case kModePS:
-    case kModeRPMvsj:
-    case kModeSSV:
-    case kModeSSVAll:
-      return {0, tracks.PointCount(slot) - 1};
-    default:
-      return std::vector<std::int32_t>(kMostBoundaries);
-  }
+  const std::int32_t mode = tracks.Record(slot).Mode;
+  if (TraitsOf(mode).cycles) return SweepBoundaries(tracks, slot);
+  if (!IsMeasured(mode) || IsMultichannel(mode)) return std::vector<std::int32_t>(kMostBoundaries);
+  return {0, tracks.PointCount(slot) - 1};
 }
 
 double ArrayMax(std::span<const double> values) {

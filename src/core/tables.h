@@ -5,18 +5,11 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/track.h"
+#include "core/modes.h"
 
 // What the windows show for the numbers in a track.
 
 namespace zento {
-
-inline constexpr int kModes = 8;
-inline constexpr std::array<std::string_view, kModes> ModeName = {
-    "None", "CV", "RDE", "PS", "RPMvs.j", "Multi", "SSV", "SSVAll"};
-inline constexpr std::array<std::string_view, kModes> ModeCaption = {
-    "Mode:",        "Mode:CV",    "Mode:RDE", "Mode:PS",
-    "Mode:RPMvs.j", "Mode:Multi", "Mode:SSV", "Mode:SSVAll"};
 
 // Index 0 stands for none. UnitFactor turns amperes into the unit of the same index.
 inline constexpr int kUnits = 5;
@@ -36,11 +29,6 @@ template <typename Entry, std::size_t N>
 constexpr const Entry& EntryOf(const std::array<Entry, N>& table, std::int32_t index) {
   const auto at = static_cast<std::size_t>(index);
   return at < N ? table[at] : table[0];
-}
-
-// Whether the track carries a ring current in column 2.
-constexpr bool HasRing(std::int32_t mode) {
-  return mode == kModeRDE || mode == kModeSSV;
 }
 
 }  // namespace zento

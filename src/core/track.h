@@ -4,19 +4,9 @@
 #include <cstdint>
 #include <string>
 
-namespace zento {
+#include "core/modes.h"
 
-// Measurement modes of a track; the numbers are those of track files.
-enum Mode : std::int32_t {
-  kModeNone = 0,
-  kModeCV = 1,
-  kModeRDE = 2,
-  kModePS = 3,
-  kModeRPMvsj = 4,
-  kModeMulti = 5,
-  kModeSSV = 6,
-  kModeSSVAll = 7,
-};
+namespace zento {
 
 // The header of one recorded curve.
 struct TrackRecord {

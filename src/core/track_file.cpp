@@ -95,10 +95,10 @@ bool ReadTableAt(TrackFileLines& lines, TrackStore& tracks, int slot, int column
 }
 
 void ShareMultichannelTime(TrackStore& tracks) {
-  if (tracks.Record(0).Mode != kModeMulti) return;
-  constexpr int kChannels = 10;
+  const std::int32_t mode = tracks.Record(0).Mode;
+  if (!IsMultichannel(mode)) return;
   const std::span<const double> time = tracks.Points(2, 0);
-  for (int track = 1; track < kChannels; ++track) {
+  for (int track = 1; track < TraitsOf(mode).channels; ++track) {
     std::vector<double>& column = tracks.Column(2, track);
     if (column.size() < time.size()) column.resize(time.size());
     std::copy(time.begin(), time.end(), column.begin());

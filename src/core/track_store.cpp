@@ -87,9 +87,8 @@ void TrackStore::CopyTrackHeader(int from, int to) {
 
 void TrackStore::CopyTrackData(int from, int to) {
   if (from == to) return;
-  const std::int32_t mode = Record(from).Mode;
-  const bool has_ring = mode == kModeRDE || mode == kModeSSV || mode == kModeSSVAll;
-  for (int column = 0; column < (has_ring ? 3 : 2); ++column) {
+  const bool third = TraitsOf(Record(from).Mode).third_in == ThirdColumnIn::kEveryTrack;
+  for (int column = 0; column < (third ? 3 : 2); ++column) {
     const std::span<const double> source = Points(column, from);
     std::vector<double>& target = Column(column, to);
     if (target.size() < source.size()) target.resize(source.size());

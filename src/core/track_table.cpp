@@ -176,13 +176,14 @@ double At(const std::vector<double>& column, std::size_t point) {
 }  // namespace
 
 int WrittenColumns(const TrackRecord& record, bool multi_time) {
-  const bool third = HasRing(record.Mode) || record.Mode == kModeSSVAll ||
-                     record.Mode == kModeRPMvsj || (record.Mode == kModeMulti && multi_time);
-  return third ? 3 : 2;
+  const ThirdColumnIn third = TraitsOf(record.Mode).third_in;
+  if (third == ThirdColumnIn::kFirstChannel) return multi_time ? 3 : 2;
+  return third == ThirdColumnIn::kNone ? 2 : 3;
 }
 
 int KeptColumns(const TrackRecord& record, bool multi_time) {
-  if (record.Mode == kModeRPMvsj && record.TimeRecording != 1) return 2;
+  const bool if_recorded = TraitsOf(record.Mode).third_in == ThirdColumnIn::kTimeRecording;
+  if (if_recorded && record.TimeRecording != 1) return 2;
   return WrittenColumns(record, multi_time);
 }
 
