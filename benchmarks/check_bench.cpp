@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "app/macro_check.h"
+#include "cli/macro_check.h"
 #include "host/virtual/memory_services.h"
 #include "sim/bench.h"
 

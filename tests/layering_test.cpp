@@ -33,9 +33,12 @@ const std::map<std::string, std::vector<std::string>> kMayInclude = {
     {"analysis", {"text", "host", "core", "graph"}},
     {"ui/main", {"text", "host", "core", "graph", "devices"}},
     {"qt", {"text", "host", "host/native", "graph"}},
-    {"app",
+    {"program",
      {"text", "host", "host/native", "host/virtual", "core", "graph", "devices/vendor", "devices",
       "sim", "measure", "macro", "analysis", "ui/main", "qt"}},
+    {"cli",
+     {"text", "host", "host/native", "host/virtual", "core", "graph", "devices/vendor", "devices",
+      "sim", "measure", "macro", "analysis", "ui/main", "program"}},
 };
 
 std::string RoomOf(const std::string& path) {
@@ -93,7 +96,7 @@ TEST(Layering, OnlyTheQtRoomKnowsQt) {
   const std::regex include("^\\s*#\\s*include\\s*[<\"]Q[A-Z]");
   ForEachProductLine([&](const std::string& path, int number, const std::string& line) {
     if (!std::regex_search(line, include)) return;
-    EXPECT_TRUE(RoomOf(path) == "qt" || path.rfind("app/gui", 0) == 0) << path << ":" << number;
+    EXPECT_TRUE(RoomOf(path) == "qt" || path.rfind("program/gui", 0) == 0) << path << ":" << number;
   });
 }
 
@@ -109,7 +112,7 @@ TEST(Layering, TimeThreadsAndLocaleStayWithTheHost) {
       EXPECT_FALSE(std::regex_search(code, clock)) << path << ":" << number << ": " << line;
     }
     // The toolkit sets the program's locale; the graphical program sets it back.
-    if (room != "qt" && path.rfind("app/gui", 0) != 0) {
+    if (room != "qt" && path.rfind("program/gui", 0) != 0) {
       EXPECT_FALSE(std::regex_search(code, locale)) << path << ":" << number << ": " << line;
     }
   });

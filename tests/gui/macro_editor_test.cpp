@@ -8,7 +8,7 @@
 #include <QTextBlock>
 #include <QTextLayout>
 
-#include "app/main_program.h"
+#include "program/main_program.h"
 #include "gui_fixture.h"
 #include "macro/macro_form.h"
 

@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/main_program.h"
+#include "program/main_program.h"
 #include "gui_fixture.h"
 #include "qt/canvas_widget.h"
 

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/cli.h"
+#include "cli/cli.h"
 #include "host/native/native_files.h"
 #include "host/path_text.h"
 

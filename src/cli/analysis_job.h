@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "analysis/outcome.h"
+#include "cli/analysis_command.h"
+#include "host/services.h"
+#include "text/status.h"
+
+namespace zento {
+
+struct AnalysisRequest {
+  const AnalysisCommand* command;
+  std::filesystem::path file;
+  std::filesystem::path home;  // whose settings count; empty = the built-in ones
+  std::vector<GivenEntry> given;
+};
+
+struct AnalysisAnswer {
+  std::string report;  // as the window has it, lines ending in CR LF; empty without one
+  Outcome outcome;
+  std::string fit_line;               // what the window shows below the report
+  std::vector<std::string> messages;  // boxes that were shown
+  std::vector<std::string> notes;     // what a person should know besides
+};
+
+// Opens the file and the command's window on a machine without instruments, enters the options,
+// presses the window's button. Nothing is written, whatever the window does. Fails when the file
+// cannot be read or an option makes no sense; a refusal of the window is an answer.
+Result<AnalysisAnswer> Analyse(const AnalysisRequest& request, Files& files);
+
+// Options and values as words: "--potential", "0.4", .... Fails on one that the command does not
+// have, or that lacks its value.
+Result<std::vector<GivenEntry>> ParseEntries(const AnalysisCommand& command,
+                                             const std::vector<std::string>& words);
+
+}  // namespace zento

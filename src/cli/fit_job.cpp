@@ -1,0 +1,210 @@
+#include "cli/fit_job.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <random>
+#include <utility>
+
+#include "analysis/exponential_fit.h"
+#include "cli/listings.h"
+#include "host/path_text.h"
+#include "text/number.h"
+
+namespace zento {
+namespace {
+
+constexpr int kDigits = 6;
+constexpr int kErrorDigits = 2;
+
+// What is fitted.
+struct Data {
+  std::string title;
+  int track = 0;
+  std::int32_t first = 0, last = 0;
+  std::vector<double> x, y;
+  ColumnName x_name, y_name;
+};
+
+Result<int> TrackOf(const TrackStore& tracks, const std::optional<int>& asked) {
+  if (asked && tracks.Record(*asked).Mode == kModeNone) {
+    return Status::Failure("track " + PlainNumber(*asked) + " is empty");
+  }
+  for (int track = asked.value_or(0); track < kTracks; ++track) {
+    if (tracks.Record(track).Mode != kModeNone) return track;
+  }
+  return Status::Failure("the file holds no track");
+}
+
+std::vector<double> Part(const TrackStore& tracks, int column, const Data& data) {
+  std::vector<double> part;
+  for (std::int32_t point = data.first; point <= data.last; ++point) {
+    part.push_back(tracks.Value(column, data.track, point));
+  }
+  return part;
+}
+
+Result<Data> TakeData(const TrackStore& tracks, const FitRequest& request,
+                      std::vector<std::string>& notes) {
+  const auto track = TrackOf(tracks, request.track);
+  if (!track.ok()) return track.status();
+  Data data;
+  data.track = track.value();
+  const TrackRecord& record = tracks.Record(data.track);
+  data.title = record.Title;
+  const auto names = ColumnNames(record);
+  const auto name = [&](int column) { return names.at(static_cast<std::size_t>(column)); };
+  const int columns = static_cast<int>(names.size());
+  if (request.x_column >= columns || request.y_column >= columns) {
+    return Status::Failure("track " + PlainNumber(data.track) + " has columns 0 to " +
+                           PlainNumber(columns - 1));
+  }
+  data.x_name = name(request.x_column);
+  data.y_name = name(request.y_column);
+  const std::int32_t end = tracks.PointCount(data.track) - 1;
+  data.first = request.points.first.value_or(0);
+  data.last = std::min(request.points.last.value_or(end), end);
+  if (request.points.last && *request.points.last > end) {
+    notes.push_back("--points: point " + PlainNumber(*request.points.last) + " became " +
+                    PlainNumber(end));
+  }
+  data.x = Part(tracks, request.x_column, data);
+  data.y = Part(tracks, request.y_column, data);
+  return data;
+}
+
+SSVGaussNewtonLog::Uniform RandomNumbers(int seed) {
+  auto engine = std::make_shared<std::mt19937_64>(static_cast<std::uint64_t>(seed));
+  return [engine] { return static_cast<double>((*engine)() >> 11) * 0x1p-53; };
+}
+
+Outcome OutcomeOf(const ExponentialFit& fit, const Data& data) {
+  Outcome outcome;
+  for (std::size_t i = 0; i < fit.parameters.size(); ++i) {
+    const bool is_time_constant = i == 1 || i == 4;
+    std::optional<double> error;
+    if (i < fit.errors.size()) error = fit.errors[i];
+    outcome.quantities.push_back({"p" + PlainNumber(i + 1),
+                                  is_time_constant ? data.x_name.unit : data.y_name.unit,
+                                  fit.parameters[i], error});
+  }
+  outcome.quantities.push_back({"s", "", static_cast<double>(fit.direction), {}});
+  outcome.quantities.push_back({"iterations", "", static_cast<double>(fit.iterations), {}});
+  const std::string square = data.y_name.unit.empty() ? "" : data.y_name.unit + "2";
+  outcome.quantities.push_back({"chi_square", square, fit.chi_square, {}});
+  outcome.columns = {{"x", data.x_name.unit, data.x},
+                     {"y", data.y_name.unit, data.y},
+                     {"fit", data.y_name.unit, fit.fitted}};
+  return outcome;
+}
+
+std::string Row(const std::vector<std::string>& cells) {
+  std::string line;
+  for (const std::string& cell : cells) line += (line.empty() ? "" : "\t") + cell;
+  return line + "\n";
+}
+
+std::string WithUnit(const std::string& name, const std::string& unit) {
+  return unit.empty() ? name : name + " /" + unit;
+}
+
+std::string ReportOf(const Outcome& outcome, const Data& data, const std::string& file) {
+  std::string text = Row({"File", file}) + Row({"Track", PlainNumber(data.track)}) +
+                     Row({"Title", data.title}) +
+                     Row({"Points", PlainNumber(data.first), PlainNumber(data.last)});
+  text += outcome.quantities.size() > 6 ? Row({"y", "p3 - s (p1 exp(-x/p2) + p4 exp(-x/p5))"})
+                                        : Row({"y", "p3 - s p1 exp(-x/p2)"});
+  text += Row({"parameter", "value", "standard error"});
+  for (const Quantity& quantity : outcome.quantities) {
+    text += Row({WithUnit(quantity.name, quantity.unit), PlainNumber(quantity.value, kDigits),
+                 quantity.error ? PlainNumber(*quantity.error, kErrorDigits) : "-"});
+  }
+  text += Row({WithUnit("x: " + data.x_name.name, data.x_name.unit),
+               WithUnit("y: " + data.y_name.name, data.y_name.unit), "fit"});
+  const auto& columns = outcome.columns;
+  for (std::size_t i = 0; i < data.x.size(); ++i) {
+    text += Row({PlainNumber(columns[0].values[i]), PlainNumber(columns[1].values[i]),
+                 PlainNumber(columns[2].values[i], kDigits)});
+  }
+  return text;
+}
+
+// "1e-5,0.2,0"; nothing when a piece is no number.
+std::optional<std::vector<double>> ParseNumbers(std::string_view text) {
+  std::vector<double> numbers;
+  while (true) {
+    const std::size_t comma = text.find(',');
+    const auto number = ParseStrict(text.substr(0, comma));
+    if (!number) return std::nullopt;
+    numbers.push_back(*number);
+    if (comma == std::string_view::npos) return numbers;
+    text.remove_prefix(comma + 1);
+  }
+}
+
+// A whole number from `least` to `most`.
+bool Take(const std::string& text, int least, int most, int& value) {
+  const auto number = ParseWhole(text);
+  if (!number || *number < least || *number > most) return false;
+  value = *number;
+  return true;
+}
+
+// One option's value. False when it makes no sense for that option.
+bool TakeOption(const std::string& option, const std::string& value, FitRequest& request) {
+  int number = 0;
+  if (option == "--x") return Take(value, 0, kTrackColumns - 1, request.x_column);
+  if (option == "--y") return Take(value, 0, kTrackColumns - 1, request.y_column);
+  if (option == "--track") {
+    if (!Take(value, 0, kTracks - 1, number)) return false;
+    request.track = number;
+  } else if (option == "--seed") {
+    if (!Take(value, 0, std::numeric_limits<int>::max(), number)) return false;
+    request.seed = number;
+  } else if (option == "--parameters") {
+    return Take(value, 3, 5, request.parameters) && request.parameters != 4;
+  } else if (option == "--points") {
+    const auto range = ParseIndexRange(value);
+    if (!range) return false;
+    request.points = *range;
+  } else if (option == "--start") {
+    const auto numbers = ParseNumbers(value);
+    if (!numbers) return false;
+    request.start = *numbers;
+  }
+  return true;
+}
+
+}  // namespace
+
+Result<FitRequest> ParseFitRequest(const std::vector<std::string>& words) {
+  FitRequest request;
+  for (std::size_t i = 0; i + 1 < words.size(); i += 2) {
+    if (!TakeOption(words[i], words[i + 1], request)) {
+      return Status::Failure(words[i] + ": '" + words[i + 1] + "' makes no sense here");
+    }
+  }
+  return request;
+}
+
+Result<FitAnswer> FitTrack(const FitRequest& request, Files& files) {
+  const auto tracks = ReadTrackFile(files, request.file);
+  if (!tracks.ok()) return tracks.status();
+  FitAnswer answer;
+  const auto data = TakeData(*tracks.value(), request, answer.notes);
+  if (!data.ok()) return data.status().Within(TextFromPath(request.file));
+  ExponentialFitOptions options;
+  options.start = request.start;
+  if (request.seed) options.random = RandomNumbers(*request.seed);
+  const auto fit = FitExponential(data->x, data->y, request.parameters, options);
+  if (!fit.ok()) {
+    answer.outcome.refusal = fit.why();
+    return answer;
+  }
+  if (!fit->converged) answer.notes.push_back("the fit has not come to a minimum");
+  answer.outcome = OutcomeOf(fit.value(), data.value());
+  answer.report = ReportOf(answer.outcome, data.value(), TextFromPath(request.file.filename()));
+  return answer;
+}
+
+}  // namespace zento

@@ -1,0 +1,188 @@
+#include "cli/macro_check.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "cli/bus_range.h"
+#include "core/home.h"
+#include "core/settings_file.h"
+#include "core/settings_table.h"
+#include "host/virtual/memory_services.h"
+
+namespace zento {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+
+const std::filesystem::path kHome = "/home/lab";
+
+class MacroCheckTest : public testing::Test {
+ protected:
+  MacroCheck Check(const std::string& text) {
+    auto check = CheckMacro({text, "test.zmc", kHome, {}}, files_);
+    EXPECT_TRUE(check.ok()) << check.why();
+    return check.value();
+  }
+  // "LINE problem|note TEXT" each.
+  static std::vector<std::string> Findings(const MacroCheck& check) {
+    std::vector<std::string> texts;
+    for (const auto& finding : check.findings) {
+      texts.push_back(std::to_string(finding.line) + (finding.problem ? " problem " : " note ") +
+                      finding.text);
+    }
+    return texts;
+  }
+  void UseSettings(void (*change)(Settings&)) {
+    Settings settings;
+    SetAllToDefaults(settings);
+    settings.ADBoard = 2;
+    change(settings);
+    ASSERT_TRUE(files_.Replace(SettingsPath(kHome), FormatSettings(settings)).ok());
+    ASSERT_TRUE(files_.Replace(kHome / "rpm.txt", "0\t0\r\n3000\t3\r\n").ok());
+  }
+
+  MemoryFiles files_;
+};
+
+constexpr char kShortCV[] =
+    "CV.Voltage 0 0.3 0\nCV.Scanrate 100\nCV.Repeat 1\nCV.RetainTime 2\nCV.SamplingRate 5\n"
+    "CV.Accumlation 10\n";
+
+TEST_F(MacroCheckTest, TellsStepsTimesAndTracks) {
+  const MacroCheck check =
+      Check(std::string(kShortCV) + "CV.RecordTrack 4\nCV.Start\nWait 60000\nCV.Start");
+  EXPECT_THAT(Findings(check), IsEmpty());
+  EXPECT_TRUE(check.Clean());
+  ASSERT_EQ(check.steps.size(), 3u);
+  EXPECT_EQ(check.steps[0].line, 8);
+  // 2 s at rest, 6 s of sweep, and a tick or two.
+  EXPECT_NEAR(static_cast<double>(check.steps[0].takes), 8300, 300);
+  EXPECT_NEAR(static_cast<double>(check.steps[1].takes), 60500, 2);
+  EXPECT_NEAR(static_cast<double>(check.steps[2].begins), 68800, 400);
+  // The run that the last line began is followed to its end.
+  EXPECT_NEAR(static_cast<double>(check.total), 77300, 600);
+  ASSERT_EQ(check.tracks.size(), 2u);
+  EXPECT_EQ(check.tracks[0].track, 4);
+  EXPECT_EQ(check.tracks[1].track, 5) << "the window moves on by itself";
+  EXPECT_THAT(check.tracks[1].lines, ElementsAre(10));
+}
+
+TEST_F(MacroCheckTest, LeavesNoTraceInTheHome) {
+  UseSettings([](Settings& s) { s.GPIBControl = 2; });
+  const auto before = files_.List();
+  const std::string settings = files_.Read(SettingsPath(kHome)).value();
+  Check(std::string(kShortCV) + "CV.Start\nMail.Address a@b\nMail.Send");
+  EXPECT_EQ(files_.List(), before);
+  EXPECT_EQ(files_.Read(SettingsPath(kHome)).value(), settings);
+}
+
+TEST_F(MacroCheckTest, FindsTracksThatAreWrittenTwice) {
+  const MacroCheck check =
+      Check(std::string(kShortCV) + "CV.RecordTrack 4\nCV.Start\nCV.RecordTrack 4\nCV.Start");
+  EXPECT_THAT(Findings(check), ElementsAre("10 problem track 4 is written again: the points of "
+                                           "line 8 are lost"));
+  EXPECT_FALSE(check.Clean());
+}
+
+TEST_F(MacroCheckTest, FindsAFullBuffer) {
+  const MacroCheck check = Check(
+      "CV.Voltage 0 1 0\nCV.Scanrate 10\nCV.RetainTime 1\nCV.SamplingRate 200\nCV.Accumlation 1\n"
+      "CV.Start");
+  EXPECT_THAT(Findings(check), IsSupersetOf({"6 problem message: \"Buffer overflow!\"",
+                                             "6 problem the buffer is full before the measurement "
+                                             "is over: what follows is not kept"}));
+}
+
+TEST_F(MacroCheckTest, FindsValuesThatDoNotGetThroughAsWritten) {
+  const MacroCheck check = Check(
+      "CV.RPM 20000\nCV.Voltage 0 12 0.0004\nCV.Scanrate 12.5\nCV.RetainTime 2000\n"
+      "CV.SamplingRate 1,5\nCV.Repeat 1.6\nCV.Accumlation 1\nMotor.On 50\nCV.Setting 2\nCV.Voltage "
+      "0 0.1 0\nCV.Scanrate 100\nCV.RPM 0\nCV.RetainTime 2\nCV.Repeat 1\nCV.SamplingRate 5\n"
+      "Power 7 1\nCV.Start");
+  const auto findings = Findings(check);
+  EXPECT_THAT(findings, Contains("1 problem CV.RPM: 20000 is limited to 10000"));
+  EXPECT_THAT(findings, Contains("5 problem \"1,5\" is no number: 1 counts"));
+  EXPECT_THAT(findings, Contains("6 note 1.6 is rounded to 2"));
+  EXPECT_THAT(findings, Contains("8 problem 50 rpm is below the calibration: the motor stays off"));
+  EXPECT_THAT(findings, Contains("16 problem there is no outlet 7: they are numbered 0 to 4"));
+  // Setting 2 took the place of the readings of line 7.
+  EXPECT_THAT(findings, Contains(HasSubstr("where CV.Accumlation of line 7 had set 1")));
+}
+
+TEST_F(MacroCheckTest, FindsWhatTheBusDoesNotTake) {
+  const MacroCheck check = Check(
+      "CV.Voltage 0 12 0.0004\nCV.Scanrate 1250\nCV.RetainTime 2000\nCV.Repeat 1\nCV.RPM 4600\n"
+      "CV.SamplingRate 5\nCV.Accumlation 1\nCV.Start");
+  const auto findings = Findings(check);
+  EXPECT_THAT(findings, Contains("8 problem 12 V is sent as 2 V: the bus takes less than 10 V"));
+  EXPECT_THAT(findings, Contains("8 note 0.0004 V is sent as 0 V"));
+  EXPECT_THAT(findings, Contains(HasSubstr("8 note 1250 mV/s is sent as 1300 mV/s")));
+  EXPECT_THAT(findings, Contains("8 problem the run begins with 999 where CV.RetainTime of line 3 "
+                                 "had set 2000"));
+}
+
+TEST_F(MacroCheckTest, KnowsWhatThePersonsSettingsLeaveOut) {
+  UseSettings([](Settings& s) { s.GPIBControl = 0; });
+  const auto findings = Findings(Check("SetPotential 0.5\nMotor.On 400\nPower 1 1"));
+  EXPECT_THAT(findings,
+              ElementsAre("1 problem there is no function generator that could set a potential",
+                          "2 problem 400 rpm cannot be set: there is no rotation control",
+                          "3 problem there are no outlets that could be switched"));
+  const MacroCheck own = Check(std::string(kShortCV) + "CV.Start");
+  EXPECT_THAT(Findings(own), Contains(HasSubstr("7 note there is no function generator")));
+  EXPECT_EQ(own.tracks.size(), 1u);
+  UseSettings([](Settings& s) {
+    s.GPIBControl = 2;
+    s.GPIBAddress = 12;
+    s.DABoard = 1;
+    s.RPMvsVoltageFile = "rpm.txt";
+  });
+  EXPECT_THAT(Findings(Check("Motor.On 4000")),
+              ElementsAre("1 problem 4000 rpm is outside the calibration: the motor turns at 3000 "
+                          "rpm"));
+  // The generator answers at its own address, or the sweep would never begin.
+  EXPECT_EQ(Check(std::string(kShortCV) + "CV.Start").tracks.size(), 1u);
+}
+
+TEST_F(MacroCheckTest, ShowsTheMessagesARunWouldShow) {
+  const MacroCheck check = Check("cv.rpm 1\nMail.Address nobody\nMail.Send\nWait\nCV.RPM 5");
+  EXPECT_THAT(
+      Findings(check),
+      IsSupersetOf({"1 problem message: \" 1line Syntax Error\"",
+                    "3 problem the mail would not be sent: \"nobody\" is no mail address",
+                    "3 problem the mail would not be sent: there is no Mail.txt in the home",
+                    "4 problem message: \" 4line Syntax error:Wait time/ms\""}));
+  EXPECT_EQ(check.verdict.outcome.line, 4);
+}
+
+TEST_F(MacroCheckTest, MarksWhatTheSampleDecides) {
+  const MacroCheck check = Check(
+      "PS.Voltage 0 0.5\nPS.MeasureMode 2\nPS.Coulomb 1e-3\nPS.RetainTime 5\nPS.InitSamplingRate "
+      "20\nPS.Accumlation 10\nPS.Start");
+  ASSERT_EQ(check.steps.size(), 1u);
+  EXPECT_TRUE(check.steps[0].by_sample);
+  EXPECT_THAT(FormatCheck(check), HasSubstr("~"));
+}
+
+TEST(BusRange, FollowsTheDigitsThatAreSent) {
+  bool lost = true;
+  EXPECT_EQ(PotentialRemark(-0.25, lost), "");
+  EXPECT_FALSE(lost);
+  EXPECT_NE(PotentialRemark(-10, lost), "");
+  EXPECT_TRUE(lost);
+  EXPECT_EQ(PotentialRemark(0.1 + 0.2, lost), "");
+  EXPECT_EQ(RateRemark(50), "");
+  EXPECT_EQ(RateRemark(0.1), "");
+  EXPECT_THAT(RateRemark(0.125), HasSubstr("sent as 0.13 mV/s"));
+}
+
+}  // namespace
+}  // namespace zento

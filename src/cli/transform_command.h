@@ -1,0 +1,29 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "cli/analysis_command.h"
+
+namespace zento {
+
+// A window that makes new points of a track, as a command: it calculates with cmdCalc and writes
+// with one of two buttons.
+struct TransformCommand {
+  AnalysisCommand window;
+  // Writes into the track that the window shows; empty when the window always asks for another.
+  std::string_view update_button;
+  // Writes into the track that `destination` names, under the title in `title`.
+  std::string_view record_button;
+  std::string_view destination;
+  std::string_view title;
+  // What the help says about where the result goes.
+  std::string_view into_help;
+};
+
+std::span<const TransformCommand> TransformCommands();
+
+// The options of frmSpecialCopy, which shows the main window's track.
+const AnalysisCommand& SpecialCopyCommand();
+
+}  // namespace zento
