@@ -19,7 +19,7 @@
 #endif
 
 #include "analysis/gauss_newton_log.h"
-#include "analysis/test_literal_fit.h"
+#include "analysis/test_definitions.h"
 
 namespace {
 

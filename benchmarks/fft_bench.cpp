@@ -16,8 +16,8 @@
 #endif
 
 #include "analysis/fft.h"
-#include "analysis/fft_passes.h"
-#include "analysis/test_literal_fft.h"
+#include "analysis/test_definitions.h"
+#include "analysis/vector_passes.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "analysis/oxygen.h"
-#include "analysis/test_literal_oxygen.h"
+#include "analysis/test_definitions.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "analysis/smoothing.h"
-#include "analysis/test_literal_smoothing.h"
+#include "analysis/test_definitions.h"
 #include "core/tables.h"
 
 namespace {

@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "analysis/analysis_forms.h"
+#include "analysis/fft.h"
 #include "analysis/fft_form.h"
-#include "analysis/fft_spectrum.h"
 #include "analysis/oxygen_form.h"
 #include "analysis/tafel_form.h"
 #include "analysis/track_points.h"

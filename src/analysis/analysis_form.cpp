@@ -1,6 +1,7 @@
 #include "analysis/analysis_form.h"
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -8,6 +9,12 @@
 #include "host/path_text.h"
 
 namespace zento {
+namespace {
+
+// Of an own graph when it is shown first, in pixels.
+constexpr std::int16_t kGraphLeft = 67, kGraphTop = 67, kGraphWidth = 480, kGraphHeight = 480;
+
+}  // namespace
 
 AnalysisForm::AnalysisForm(Workstation& workstation, Host& host, std::string name,
                            std::string caption)
@@ -86,6 +93,25 @@ void AnalysisForm::AskToSaveReport() {
 void AnalysisForm::SaveReport(const std::filesystem::path& path) {
   const Status saved = host().files.Replace(path, report_);
   if (!saved.ok()) host().dialogs.Message(saved.Within("save " + TextFromPath(path)).why());
+}
+
+OwnGraph::OwnGraph(Host& host, std::string name) : host_(host), name_(std::move(name)) {
+  host_.desktop.Register(
+      name_, [&host = host_, name = name_] { return std::make_unique<Graph>(host, name); });
+  host_.desktop.Load(name_);
+}
+
+OwnGraph::~OwnGraph() {
+  host_.desktop.Unload(name_);
+}
+
+Graph& OwnGraph::Show() {
+  auto* graph = host_.desktop.LoadAs<Graph>(name_);
+  if (!host_.desktop.Shown(name_)) {
+    graph->SetSize(kGraphLeft, kGraphTop, kGraphWidth, kGraphHeight);
+  }
+  host_.desktop.Show(name_);
+  return *graph;
 }
 
 }  // namespace zento

@@ -5,8 +5,9 @@
 #include <string>
 
 #include "analysis/outcome.h"
-#include "analysis/track_selector.h"
+#include "analysis/track_selection.h"
 #include "core/workstation.h"
+#include "graph/graph_form.h"
 #include "host/controls.h"
 #include "host/form.h"
 
@@ -70,6 +71,23 @@ class AnalysisForm : public Form {
   std::int32_t generation_ = 0;  // of the track files
   std::string report_;
   Outcome outcome_;
+};
+
+// A graph window that belongs to one analysis window: made with it, gone with it. A person may
+// close and reopen it in between; its picture is then empty until the next one is drawn.
+class OwnGraph {
+ public:
+  OwnGraph(Host& host, std::string name);
+  ~OwnGraph();
+  OwnGraph(const OwnGraph&) = delete;
+  OwnGraph& operator=(const OwnGraph&) = delete;
+
+  // The graph, on the screen: where it was, or at the size that analysis plots have.
+  Graph& Show();
+
+ private:
+  Host& host_;
+  std::string name_;
 };
 
 }  // namespace zento

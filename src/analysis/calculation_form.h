@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/track_selector.h"
+#include "analysis/track_selection.h"
 #include "analysis/track_sum.h"
 #include "core/workstation.h"
 #include "graph/plot_range.h"

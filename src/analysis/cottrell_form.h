@@ -5,7 +5,7 @@
 
 #include "analysis/analysis_form.h"
 #include "analysis/cottrell.h"
-#include "analysis/point_range.h"
+#include "analysis/track_selection.h"
 #include "graph/plot_range.h"
 #include "graph/preview_plot.h"
 

@@ -8,7 +8,7 @@
 
 #include "analysis/analysis_form.h"
 #include "analysis/coulomb.h"
-#include "analysis/point_range.h"
+#include "analysis/track_selection.h"
 #include "graph/preview_plot.h"
 
 namespace zento {

@@ -1,13 +1,44 @@
 #include "analysis/fft.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
+#include <cmath>
+#include <memory>
 #include <utility>
 
-#include "analysis/fft_passes.h"
-#include "analysis/fft_tables.h"
+#include "analysis/vector_passes.h"
 
 namespace zento {
 namespace {
+
+FftTables::Twiddles EverySecond(const FftTables::Twiddles& all) {
+  FftTables::Twiddles some;
+  for (std::size_t j = 0; j < all.c.size(); j += 2) {
+    some.c.push_back(all.c[j]);
+    some.s.push_back(all.s[j]);
+  }
+  return some;
+}
+
+FftTables MakeTables(std::size_t points, bool negative) {
+  const double sign = negative ? -1 : 1;
+  const double theta = 6.2831853071796 / static_cast<double>(points);
+  FftTables tables;
+  tables.points = points;
+  for (std::size_t j = 0; j < points / 2; ++j) {
+    tables.last.c.push_back(std::cos(static_cast<double>(j) * theta));
+    tables.last.s.push_back(std::sin(sign * static_cast<double>(j) * theta));
+  }
+  tables.last_but_one = EverySecond(tables.last);
+  const int bits = std::countr_zero(points / 2);
+  for (std::size_t b = 0; b < points / 8; ++b) {
+    const std::size_t j = ReversedBits(b, bits);
+    tables.block.c.push_back(tables.last.c[j]);
+    tables.block.s.push_back(tables.last.s[j]);
+  }
+  return tables;
+}
 
 FftPasses BestPasses() {
 #ifdef ZENTO_AVX2
@@ -50,6 +81,15 @@ void ShortTransform(double* re, double* im, const FftTables& tables, double fact
 
 }  // namespace
 
+const FftTables& TablesFor(std::size_t points, bool negative) {
+  constexpr std::size_t kBits = 8 * sizeof(std::size_t);
+  thread_local std::array<std::unique_ptr<FftTables>, 2 * kBits> kept;
+  const auto power = static_cast<std::size_t>(std::countr_zero(points));
+  std::unique_ptr<FftTables>& tables = kept[2 * power + (negative ? 1 : 0)];
+  if (tables == nullptr) tables = std::make_unique<FftTables>(MakeTables(points, negative));
+  return *tables;
+}
+
 void FFT(double* re, double* im, std::size_t N, double sign) {
   if (N < 2 || !std::has_single_bit(N)) return;
   static const FftPasses passes = BestPasses();
@@ -62,6 +102,41 @@ void FFT(double* re, double* im, std::size_t N, double sign) {
   } else {
     passes(re, im, tables, factor);
   }
+}
+
+std::size_t TransformLength(std::size_t points) {
+  return points == 0 ? 0 : std::bit_ceil(points + 1);
+}
+
+Spectrum SpectrumOf(std::span<const double> values) {
+  Spectrum spectrum;
+  if (values.empty()) return spectrum;
+  const std::size_t length = TransformLength(values.size());
+  spectrum.re.assign(values.begin(), values.end());
+  spectrum.re.resize(length + 1);
+  spectrum.im.resize(length + 1);
+  FFT(spectrum.re.data(), spectrum.im.data(), length, +1);
+  spectrum.magnitude.resize(length + 1);
+  for (std::size_t k = 0; k <= length; ++k) {
+    spectrum.magnitude[k] =
+        std::sqrt(spectrum.re[k] * spectrum.re[k] + spectrum.im[k] * spectrum.im[k]);
+  }
+  return spectrum;
+}
+
+std::vector<double> LowPass(const Spectrum& spectrum, double df, double cut_off,
+                            std::size_t points) {
+  const std::size_t length = spectrum.Length();
+  std::vector<double> re = spectrum.re;
+  std::vector<double> im = spectrum.im;
+  for (std::size_t k = 0; k <= length / 2 && length > 0; ++k) {
+    if (!(static_cast<double>(k) * df >= cut_off)) continue;
+    re[k] = im[k] = 0;
+    re[length - k] = im[length - k] = 0;
+  }
+  FFT(re.data(), im.data(), length, -1);
+  re.resize(std::min(points, re.size()));
+  return re;
 }
 
 }  // namespace zento

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/fft_spectrum.h"
+#include "analysis/fft.h"
 #include "analysis/transform_form.h"
 #include "core/workstation.h"
 #include "graph/preview_plot.h"

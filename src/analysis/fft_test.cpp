@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "analysis/fft_passes.h"
-#include "analysis/test_literal_fft.h"
+#include "analysis/test_definitions.h"
+#include "analysis/vector_passes.h"
 
 namespace zento {
 namespace {

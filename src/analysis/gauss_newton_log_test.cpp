@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/test_literal_fit.h"
+#include "analysis/test_definitions.h"
 
 namespace zento {
 

@@ -7,7 +7,9 @@
 #include <utility>
 
 #include "analysis/track_points.h"
+#include "core/axis_step.h"
 #include "core/palette.h"
+#include "text/format.h"
 #include "text/number.h"
 
 namespace zento {
@@ -16,9 +18,16 @@ namespace {
 constexpr int kLightBlue = 9;
 constexpr int kLightGreen = 10;
 constexpr int kLightRed = 12;
+constexpr double kPointRadius = 2;
+constexpr int kFontSize = 10;
+// The origin stays in view.
+constexpr PlotRange kInitialRange{-0.2, -0.2, 1, 1};
 
 constexpr int kGreyed = 2;
+constexpr int kSubtractValue = 1;
 constexpr int kUseBaseTrack = 2;
+
+constexpr char kNotProper[] = "Parameters are not proper!";
 
 // A box that writes its setting at every change.
 void Bind(TextBox& box, double& setting) {
@@ -234,6 +243,228 @@ void frmKoutecky_Levich::UseWholeBaseTrack() {
   if (tracks().kl.KLBaseMode[Current()] != kUseBaseTrack) return;
   std::int32_t& end = tracks().kl.KLBaseNEnd[Current()];
   if (end == 0) end = std::max(tracks().PointCount(BaseTrack()) - 1, 0);
+}
+
+void frmKoutecky_Levich::Points::Add(const std::optional<Point>& point, double rate) {
+  if (!point) return;
+  x.push_back(point->x);
+  y.push_back(point->y);
+  rpm.push_back(rate);
+}
+
+bool frmKoutecky_Levich::OneTrack() const {
+  return tracks().Record(Track()).Mode == kModeRPMvsj;
+}
+
+bool frmKoutecky_Levich::HasPotentials(int track) const {
+  return Usable(track) && tracks().Record(track).Mode != kModeRPMvsj;
+}
+
+LevichMethod frmKoutecky_Levich::Method() const {
+  return settings().KLMethod == 1 ? LevichMethod::kLevich : LevichMethod::kKouteckyLevich;
+}
+
+LevichUnknown frmKoutecky_Levich::Unknown() const {
+  const int variable = settings().KLVariable;
+  return variable >= 0 && variable <= 3 ? static_cast<LevichUnknown>(variable)
+                                        : LevichUnknown::kElectrons;
+}
+
+LevichQuantities frmKoutecky_Levich::Quantities() const {
+  const Settings& s = settings();
+  return {s.KLne, s.KLViscosity, s.KLDm, s.KLConc};
+}
+
+std::optional<double> frmKoutecky_Levich::MeanCurrent(int track, const PotentialWindow& window,
+                                                      Ends ends) {
+  const std::span<const double> x = tracks().Points(0, track);
+  if (!HasPotentials(track) || x.empty() || ends.first > ends.last) return std::nullopt;
+  const auto first = static_cast<std::size_t>(ends.first);
+  const auto count = static_cast<std::size_t>(ends.last - ends.first) + 1;
+  return WindowMean(x.subspan(first, count), tracks().Points(1, track).subspan(first, count),
+                    window);
+}
+
+double frmKoutecky_Levich::BaseCurrent(int track) {
+  const auto at = static_cast<std::size_t>(track);
+  const KouteckyLevichLists& kl = tracks().kl;
+  if (kl.KLBaseMode[at] == kSubtractValue) return kl.KLSubVal[at];
+  if (kl.KLBaseMode[at] != kUseBaseTrack) return 0;
+  const int base = std::clamp<int>(kl.KLBaseTrack[at], 0, kTracks - 1);
+  const std::int32_t last = tracks().PointCount(base) - 1;
+  return MeanCurrent(base, Window(), {0, std::min(kl.KLBaseNEnd[at], last)}).value_or(0);
+}
+
+frmKoutecky_Levich::Points frmKoutecky_Levich::TrackPoints() {
+  Points points;
+  for (int track = 0; track < kTracks; ++track) {
+    if (tracks().kl.KLUseFlag[static_cast<std::size_t>(track)] != 1) continue;
+    const double rpm = tracks().Record(track).RPM;
+    const auto current = MeanCurrent(track, Window(), EndsOf(track));
+    std::optional<Point> point;
+    if (current && rpm > 0) {
+      point = LevichPoint(Method(), rpm, *current - BaseCurrent(track),
+                          std::abs(settings().KLElectrodeArea));
+    }
+    points.Add(point, rpm);
+    if (!point) points.left_out.push_back(track);
+  }
+  return points;
+}
+
+frmKoutecky_Levich::Points frmKoutecky_Levich::SweepPoints() {
+  Points points;
+  const int track = Track();
+  const Ends ends = EndsOf(track);
+  for (std::int32_t i = ends.first; i <= ends.last && i < tracks().PointCount(track); ++i) {
+    const double rpm = tracks().Value(0, track, i);
+    points.Add(LevichPoint(Method(), rpm, tracks().Value(1, track, i),
+                           std::abs(settings().KLElectrodeArea)),
+               rpm);
+  }
+  return points;
+}
+
+void frmKoutecky_Levich::Calculate() {
+  const bool sweep = OneTrack();
+  const Points points = sweep ? SweepPoints() : TrackPoints();
+  if (points.x.empty()) {
+    if (sweep) return Refuse("No valid Data");
+    return Refuse(Method() == LevichMethod::kLevich ? "Please Check at least one 'Use' Check Box"
+                                                    : "Please check at least one 'Use' Check Box");
+  }
+  DrawPlot(points);
+  const std::size_t count = points.x.size();
+  if (Method() == LevichMethod::kLevich) {
+    const auto slope = FitThroughOrigin(points.x, points.y, count);
+    if (!slope) return ReportFailure(points, {});
+    DrawLine({*slope, 0});
+    Report(points, QualityThroughOrigin(points.x, points.y, *slope));
+  } else {
+    const auto line = FitLine(points.x, points.y, count);
+    if (!line) return ReportFailure(points, {});
+    DrawLine(*line);
+    Report(points, QualityOf(points.x, points.y, *line));
+  }
+}
+
+void frmKoutecky_Levich::DrawPlot(const Points& points) {
+  plot_range_ = kInitialRange;
+  for (std::size_t i = 0; i < points.x.size(); ++i) {
+    Extend(plot_range_, points.x[i], points.y[i]);
+  }
+  plot_range_ = WithMargin(plot_range_);
+  const PlotRange& r = plot_range_;
+  Graph& graph = graph_.Show();
+  graph.SetYFormat("#.##e+#");
+  graph.View(r.x1, r.y2, r.x2, r.y1);
+  graph.Axis(TickStep(r.x1, r.x2), TickStep(r.y1, r.y2), kFontSize, "/Hz");
+  graph.SetTitle("Koutecky-Levich Plot");
+  for (std::size_t i = 0; i < points.x.size(); ++i) {
+    graph.VCircle(points.x[i], points.y[i], kPointRadius, QBColor(kLightBlue));
+  }
+}
+
+void frmKoutecky_Levich::DrawLine(const StraightLine& line) {
+  const double end = plot_range_.x2;
+  graph_.Show().VLine(0, line.intercept, end, line.slope * end + line.intercept,
+                      QBColor(kLightGreen));
+}
+
+void frmKoutecky_Levich::ReportFailure(const Points& points,
+                                       const std::optional<LineQuality>& fit) {
+  Outcome outcome;
+  outcome.refusal = kNotProper;
+  outcome.fit = fit;
+  ShowReport(std::string(kNotProper) + "\r\n", std::move(outcome));
+  TellLeftOut(points);
+}
+
+void frmKoutecky_Levich::TellLeftOut(const Points& points) {
+  if (points.left_out.empty()) return;
+  std::string text = lblFit.text();
+  if (!text.empty()) text += "\n";
+  text += "used tracks without a point: ";
+  for (std::size_t i = 0; i < points.left_out.size(); ++i) {
+    text += (i > 0 ? ", " : "") + PlainNumber(points.left_out[i]);
+  }
+  lblFit.SetText(text);
+}
+
+double frmKoutecky_Levich::ReportedPotential() const {
+  return OneTrack() ? tracks().Record(Track()).V[0] : settings().KLVuse;
+}
+
+void frmKoutecky_Levich::Store(LevichUnknown unknown, double value) {
+  Settings& s = settings();
+  if (unknown == LevichUnknown::kViscosity) s.KLViscosity = value;
+  if (unknown == LevichUnknown::kDiffusion) s.KLDm = value;
+  if (unknown == LevichUnknown::kConcentration) s.KLConc = value;
+  if (unknown != LevichUnknown::kElectrons) ShowQuantities();
+}
+
+void frmKoutecky_Levich::Report(const Points& points, const LineQuality& fit) {
+  LevichQuantities quantities = Quantities();
+  const auto solved = SolveLevich(Method(), Unknown(), quantities, fit.line.slope);
+  if (!solved) return ReportFailure(points, fit);
+  quantities.Of(Unknown()) = *solved;
+  Store(Unknown(), *solved);
+
+  const double b = fit.line.intercept;
+  const double jk = Method() == LevichMethod::kKouteckyLevich && b != 0 ? 1 / b : 0;
+  Outcome outcome;
+  outcome.fit = fit;
+  outcome.quantities = {{"n", "", quantities.electrons, {}},
+                        {"viscosity", "cm2/s", quantities.viscosity, {}},
+                        {"D", "cm2/s", quantities.diffusion, {}},
+                        {"C", "mol/cm3", quantities.concentration, {}}};
+  if (fit.slope_error) {
+    outcome.quantities[static_cast<std::size_t>(Unknown())].error =
+        *solved * LevichErrorFactor(Unknown()) * *fit.slope_error / fit.line.slope;
+  }
+  if (Method() == LevichMethod::kKouteckyLevich) {
+    outcome.quantities.push_back({"jk", "A/cm2", jk, {}});
+    if (fit.intercept_error && b != 0) {
+      outcome.quantities.back().error = *fit.intercept_error / (b * b);
+    }
+  }
+  outcome.quantities.push_back({"area", "cm2", std::abs(settings().KLElectrodeArea), {}});
+  outcome.quantities.push_back({"potential", "V", ReportedPotential(), {}});
+  const bool levich = Method() == LevichMethod::kLevich;
+  outcome.columns = {{"rotation_rate", "rpm", points.rpm},
+                     {"x", levich ? "Hz^(1/2)" : "Hz^(-1/2)", points.x},
+                     {"y", levich ? "A/cm2" : "cm2/A", points.y}};
+  ShowReport(ReportText(points, quantities, jk), std::move(outcome));
+  TellLeftOut(points);
+}
+
+std::string frmKoutecky_Levich::ReportText(const Points& points, const LevichQuantities& quantities,
+                                           double jk) const {
+  std::string report;
+  const auto line = [&](const char* label, const std::string& value) {
+    report.append(label).append("\t").append(value).append("\r\n");
+  };
+  const auto quantity = [&](LevichUnknown which, const char* label, const std::string& value) {
+    if (which == Unknown()) report += "*";
+    line(label, value);
+  };
+  const bool levich = Method() == LevichMethod::kLevich;
+  line("File", workstation().FileTitle);
+  if (OneTrack()) line("Title:", tracks().Record(Track()).Title);
+  line("Area /cm2", Format(std::abs(settings().KLElectrodeArea), "0.0###"));
+  quantity(LevichUnknown::kViscosity, "ν /cm2s-1", Format(quantities.viscosity, "0.0###"));
+  quantity(LevichUnknown::kDiffusion, "Dm /cm2s-1", Format(quantities.diffusion, "0.00e+00"));
+  quantity(LevichUnknown::kConcentration, "Conc /molcm-3",
+           Format(quantities.concentration, "0.00e+00"));
+  line("Potential/V", Format(ReportedPotential(), "0.000"));
+  quantity(LevichUnknown::kElectrons, "n", Format(quantities.electrons, "#0.00"));
+  if (!levich) line("jk /Acm-2", Format(jk, "0.000e+00"));
+  line(levich ? "sqr(Hz)" : "1/sqr(Hz)", levich ? "j /cm2A-1 " : "j-1 /cm2A-1 ");
+  for (std::size_t i = 0; i < points.x.size(); ++i) {
+    report += Format(points.x[i], "0.0000") + "\t" +
+              Format(points.y[i], levich ? "0.000e+0" : "0.0000e+0") + "\r\n";
+  }
+  return report;
 }
 
 LayoutNode frmKoutecky_Levich::Layout() {

@@ -7,8 +7,7 @@
 
 #include "analysis/analysis_form.h"
 #include "analysis/koutecky_levich.h"
-#include "analysis/own_graph.h"
-#include "analysis/point_range.h"
+#include "analysis/track_selection.h"
 #include "graph/plot_range.h"
 #include "graph/preview_plot.h"
 

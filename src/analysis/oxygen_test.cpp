@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/test_literal_oxygen.h"
+#include "analysis/test_definitions.h"
 
 namespace zento {
 namespace {

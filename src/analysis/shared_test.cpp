@@ -4,9 +4,8 @@
 
 #include "analysis/analysis_form.h"
 #include "analysis/line_fit.h"
-#include "analysis/point_range.h"
 #include "analysis/track_points.h"
-#include "analysis/track_selector.h"
+#include "analysis/track_selection.h"
 #include "host/virtual/virtual_host.h"
 
 namespace zento {

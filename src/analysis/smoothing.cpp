@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "analysis/smoothing_passes.h"
+#include "analysis/vector_passes.h"
 #include "core/sweeps.h"
 #include "core/tables.h"
 

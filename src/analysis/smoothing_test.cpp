@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "analysis/smoothing_passes.h"
-#include "analysis/test_literal_smoothing.h"
+#include "analysis/test_definitions.h"
+#include "analysis/vector_passes.h"
 #include "core/tables.h"
 #include "host/virtual/memory_services.h"
 

@@ -4,9 +4,8 @@
 #include <string>
 
 #include "analysis/analysis_form.h"
-#include "analysis/own_graph.h"
-#include "analysis/point_range.h"
 #include "analysis/tafel.h"
+#include "analysis/track_selection.h"
 #include "graph/plot_range.h"
 #include "graph/preview_plot.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/track_selector.h"
+#include "analysis/track_selection.h"
 #include "core/workstation.h"
 #include "host/controls.h"
 #include "host/form.h"

@@ -9,8 +9,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
-#include "analysis/point_range.h"
-#include "analysis/track_selector.h"
+#include "analysis/track_selection.h"
 #include "cli/option_values.h"
 #include "cli/outcome_json.h"
 #include "host/virtual/virtual_host.h"

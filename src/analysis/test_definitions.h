@@ -1,11 +1,67 @@
 #pragma once
 
+// Transform, filters, oxygen evaluation and exponential fit as they are defined, step by step and
+// with nothing saved: what the quick ones must agree with to the last bit, and what the benchmarks
+// measure them against.
+
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <functional>
+#include <span>
+#include <utility>
 #include <vector>
 
+#include "analysis/oxygen.h"
+#include "analysis/smoothing.h"
+
 namespace zento {
+
+inline void LiteralFft(double* re, double* im, long N, double sign) {
+  const double theta = 6.2831853071796 / static_cast<double>(N);
+  for (long half = N / 2; half >= 1; half /= 2) {
+    long j = 0;
+    for (long b = 0; b <= N - 1; b += 2 * half) {
+      const double c = std::cos(static_cast<double>(j) * theta);
+      const double s = std::sin(sign * static_cast<double>(j) * theta);
+      for (long i = b; i <= b + half - 1; ++i) {
+        const long k = i + half;
+        const double tr = c * re[k] - s * im[k];
+        const double ti = s * re[k] + c * im[k];
+        re[k] = re[i] - tr;
+        im[k] = im[i] - ti;
+        re[i] = re[i] + tr;
+        im[i] = im[i] + ti;
+      }
+      long m = N / 4;
+      while (m >= 1 && m <= j) {
+        j -= m;
+        m /= 2;
+      }
+      j += m;
+    }
+  }
+  if (sign < 0) {
+    for (long i = 0; i < N; ++i) {
+      re[i] /= static_cast<double>(N);
+      im[i] /= static_cast<double>(N);
+    }
+  }
+  long j = 0;
+  for (long i = 0; i <= N - 2; ++i) {
+    if (i <= j) {
+      std::swap(re[i], re[j]);
+      std::swap(im[i], im[j]);
+    }
+    long m = N / 2;
+    while (m >= 1 && m <= j) {
+      j -= m;
+      m /= 2;
+    }
+    j += m;
+  }
+}
 
 // The definition of SSVGaussNewtonLog written down as plainly as it can be, with nothing saved:
 // each value is computed where it is needed, and raising p3 transforms every point for every point.
@@ -179,5 +235,94 @@ struct LiteralFit {
     return true;
   }
 };
+
+inline OxygenShares LiteralOxygen(std::span<const double> x, std::span<const double> disk,
+                                  std::span<const double> ring,
+                                  const std::array<double, 3>& vertices,
+                                  const OxygenSettings& settings) {
+  OxygenShares shares;
+  const double width = settings.half_width;
+  std::size_t q = 0;
+  for (std::size_t segment = 0; segment < 2; ++segment) {
+    const double start = vertices[segment];
+    const double end = vertices[segment + 1];
+    const double d = end - start > 0 ? 1 : -1;
+    const double step = settings.step * d;
+    for (double e = start; d > 0 ? e <= end : e >= end; e += step) {
+      double sum_x = 0, sum_disk = 0, sum_ring = 0;
+      std::size_t n = 0, next = 0;
+      bool found = false;
+      std::size_t p = q;
+      for (; p < x.size(); ++p) {
+        if (d > 0) {
+          if (x[p] <= e - width) continue;
+          if (!found && x[p] > e + settings.step - width) {
+            found = true;
+            next = p;
+          }
+          if (x[p] >= e + width) break;
+        } else {
+          if (x[p] >= e + width) continue;
+          if (!found && x[p] <= e - settings.step + width) {
+            found = true;
+            next = p;
+          }
+          if (x[p] <= e - width) break;
+        }
+        sum_x += x[p];
+        sum_disk += disk[p];
+        sum_ring += ring[p];
+        ++n;
+      }
+      q = found ? next : p;
+      if (n == 0) continue;
+      const auto count = static_cast<double>(n);
+      const double id = std::fabs(sum_disk / count);
+      const double ir = std::fabs(sum_ring / count);
+      if (id == 0 && ir == 0) continue;
+      shares.potential.push_back(sum_x / count);
+      shares.disk.push_back(id);
+      shares.ring.push_back(ir);
+      shares.water.push_back((id - ir / settings.collection) / (ir / settings.collection + id) *
+                             100);
+    }
+  }
+  return shares;
+}
+
+// The filters as they are defined, one sum a point. For tests and as a peer of benchmarks.
+inline std::vector<double> LiteralSmooth(const std::vector<double>& y, const Smoothing& s) {
+  const auto end = static_cast<long>(y.size()) - 1;
+  const auto at = [&](long q) { return y[static_cast<std::size_t>(std::clamp(q, 0L, end))]; };
+  const long half = s.points / 2;
+  std::vector<double> out(y.size());
+  for (long p = 0; p <= end; ++p) {
+    double& result = out[static_cast<std::size_t>(p)];
+    double sum = 0;
+    if (s.method == SmoothingMethod::kMovingAverage) {
+      for (long k = -half; k <= half; ++k) sum += at(p + k);
+      result = sum / s.points;
+    } else if (s.method == SmoothingMethod::kSavitzkyGolay) {
+      sum = s.row.a[0] * at(p);
+      for (long k = 1; k <= half; ++k) {
+        sum += s.row.a[static_cast<std::size_t>(k)] * (at(p - k) + at(p + k));
+      }
+      result = sum / s.row.divisor;
+    } else if (p == 0) {
+      result = at(p);
+    } else {
+      for (long k = -half; k <= half; ++k) {
+        if (k != 0) sum += at(p + k);
+      }
+      const double m = sum / (s.points - 1);
+      const double d = std::fabs(at(p) - m);
+      result = s.w + d == 0 ? m : s.w / (s.w + d) * (at(p) - m) + m;
+    }
+  }
+  for (long p = 0; p <= end && s.skip > 0; ++p) {
+    if (p <= s.skip || p >= end - s.skip) out[static_cast<std::size_t>(p)] = at(p);
+  }
+  return out;
+}
 
 }  // namespace zento

@@ -1,4 +1,4 @@
-#include "analysis/fft_passes.h"
+#include "analysis/vector_passes.h"
 
 #ifdef ZENTO_AVX2
 
@@ -11,12 +11,17 @@
 #pragma GCC target("avx2")
 #endif
 
-#include "analysis/fft_kernel.h"
+#include "analysis/vector_kernels.h"
 
 namespace zento {
 
 void FftPassesAvx2(double* re, double* im, const FftTables& tables, double factor) {
   AllPasses(re, im, tables, factor);
+}
+
+const SmoothingPasses& Avx2Smoothing() {
+  static constexpr SmoothingPasses kPasses{Average, Weigh, Suppress};
+  return kPasses;
 }
 
 }  // namespace zento
