@@ -12,16 +12,16 @@
 #include "cli/cli_mail.h"
 #include "cli/cli_run.h"
 #include "cli/cli_script.h"
-#include "cli/cli_session.h"
 #include "cli/cli_tracks.h"
 #include "cli/cli_verify.h"
 #include "cli/console_text.h"
+#include "cli/exit_status.h"
 #include "cli/listings.h"
 #include "cli/script.h"
 #include "core/settings_file.h"
 #include "host/native/native_files.h"
 #include "host/path_text.h"
-#include "program/home_setup.h"
+#include "program/home.h"
 #include "program/program_options.h"
 
 namespace zento {
@@ -71,7 +71,7 @@ int ListSettings(const Request& request) {
 }
 
 int ListBench(const Request& request) {
-  const auto parameters = request.options.bench_options().Parameters();
+  const auto parameters = request.options.CellParameters();
   if (!parameters.ok()) return FailWith(parameters.status());
   return Print(BenchListing(parameters.value()));
 }

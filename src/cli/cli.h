@@ -5,14 +5,8 @@
 
 namespace zento {
 
-// Exit statuses of the command-line program; 128 + the signal's number when a signal ended it.
-enum CliExit {
-  kExitOk = 0,
-  kExitFailure = 1,     // wrong options, a file that cannot be read, a home in use
-  kExitScriptLine = 2,  // a line of a script or macro could not be carried out
-};
-
-// The command-line program. `arguments` in UTF-8, the program's name first.
+// The command-line program. `arguments` in UTF-8, the program's name first. Returns the exit
+// status, see CliExit.
 int RunCli(const std::vector<std::string>& arguments);
 
 }  // namespace zento

@@ -1,13 +1,13 @@
 #include "cli/cli_check.h"
 
-#include "cli/cli.h"
-#include "cli/cli_session.h"
 #include "cli/console_text.h"
+#include "cli/exit_status.h"
 #include "cli/macro_check.h"
 #include "core/home.h"
+#include "host/native/native_files.h"
 #include "host/path_text.h"
 #include "macro/macro_file.h"
-#include "program/home_setup.h"
+#include "program/home.h"
 
 namespace zento {
 namespace {
@@ -29,7 +29,7 @@ int CheckMacroFile(const ProgramOptions& options, const std::filesystem::path& m
   if (!bytes.ok()) return FailWith(bytes.status());
   const auto home = HomeFor(options, files);
   if (!home.ok()) return FailWith(home.status());
-  const auto cell = options.bench_options().Parameters();
+  const auto cell = options.CellParameters();
   if (!cell.ok()) return FailWith(cell.status());
 
   const bool has_settings = files.Exists(SettingsPath(home.value()));

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "cli/cli.h"
-#include "cli/cli_session.h"
 #include "cli/console_text.h"
+#include "cli/exit_status.h"
 #include "cli/fit_job.h"
 #include "cli/outcome_json.h"
+#include "host/native/native_files.h"
 #include "host/path_text.h"
 
 namespace zento {

@@ -1,12 +1,11 @@
 #include "cli/cli_mail.h"
 
-#include "cli/cli.h"
-#include "cli/cli_session.h"
 #include "cli/console_text.h"
+#include "cli/exit_status.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_mail.h"
 #include "host/path_text.h"
-#include "program/home_setup.h"
+#include "program/home.h"
 
 namespace zento {
 

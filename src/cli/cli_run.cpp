@@ -10,11 +10,12 @@
 #include <system_error>
 #include <vector>
 
-#include "cli/cli.h"
 #include "cli/cli_session.h"
 #include "cli/console_text.h"
+#include "cli/exit_status.h"
 #include "cli/macro_job.h"
 #include "core/track_file.h"
+#include "host/native/native_files.h"
 #include "host/native/termination.h"
 #include "host/path_text.h"
 #include "macro/macro_file.h"
@@ -101,15 +102,6 @@ Status Load(Workstation& workstation, Files& files, const std::filesystem::path&
   return Status::Ok();
 }
 
-// True when all is where it was asked for. What cannot be saved there goes to the home.
-bool Save(CliSession& session, const std::filesystem::path& path) {
-  Status saved;
-  if (!path.empty()) saved = SaveTracksAs(session.workstation(), session.host().files, path);
-  if (!saved.ok()) WriteError("NOT SAVED: " + saved.why());
-  if (path.empty() || !saved.ok()) session.Rescue();
-  return saved.ok();
-}
-
 int ExitStatus(const MacroVerdict& verdict) {
   if (Termination::Requested()) return 128 + Termination::Signal();
   return verdict.Clean() ? kExitOk : kExitScriptLine;
@@ -117,7 +109,7 @@ int ExitStatus(const MacroVerdict& verdict) {
 
 }  // namespace
 
-int RunMacro(const SessionChoice& choice, const MacroRequest& request) {
+int RunMacro(const HeadlessOptions& choice, const MacroRequest& request) {
   NativeFiles files;
   const auto bytes = files.Read(request.macro);
   if (!bytes.ok()) return FailWith(bytes.status());
@@ -126,27 +118,32 @@ int RunMacro(const SessionChoice& choice, const MacroRequest& request) {
   auto opened = CliSession::Open(choice, "zento-cli running " + TextFromPath(request.macro));
   if (!opened.ok()) return FailWith(opened.status());
   CliSession& session = *opened.value();
+  HeadlessProgram& program = session.program();
+  Workstation& workstation = program.workstation();
   if (!request.load.empty()) {
-    Status loaded = Load(session.workstation(), session.host().files, request.load);
+    Status loaded = Load(workstation, program.host().files, request.load);
     if (!loaded.ok()) {
-      session.End();
+      session.EndSafely({.rescue = false});
       return FailWith(loaded);
     }
   }
-  if (!request.log.empty()) session.workstation().run_log.CopyTo(request.log);
+  if (!request.log.empty()) workstation.run_log.CopyTo(request.log);
 
-  const bool on_virtual_time = choice.time == ConsoleMachine::Time::kVirtual;
-  Progress progress(session.host().clock, text, on_virtual_time);
+  const bool on_virtual_time = choice.time == HeadlessOptions::Time::kVirtual;
+  Progress progress(program.host().clock, text, on_virtual_time);
   MacroVerdict verdict;
   verdict.outcome.end = MacroOutcome::End::kStopped;
   session.Guarded([&] {
-    verdict = FollowMacro(session.program(), session.host(), session.machine().dialogs(),
-                          session.machine().loop(), text, TextFromPath(request.macro.filename()),
+    verdict = FollowMacro(program, text, TextFromPath(request.macro.filename()),
                           on_virtual_time ? kLongestInVirtualTime : kNoLimit, progress);
   });
   if (verdict.endless) WriteError("a measurement does not come to an end; it is ended now");
-  session.End();
-  const bool saved = Save(session, request.save);
+  // What cannot be saved where it was asked for goes to the home.
+  TracksAtEnd tracks;
+  if (!request.save.empty()) {
+    tracks.save = [&] { return SaveTracksAs(workstation, program.host().files, request.save); };
+  }
+  const bool saved = session.EndSafely(tracks);
   const int status = ExitStatus(verdict);
   if (status < 128) WriteError(VerdictText(verdict));
   return saved || status != kExitOk ? status : kExitFailure;

@@ -17,6 +17,6 @@ struct MacroRequest {
 // Carries out a macro on the whole program and ends it safely; progress goes to standard error.
 // However it ends, the tracks are saved. Returns the exit status: kExitOk only when every line was
 // carried out, every mail was sent and no message was shown.
-int RunMacro(const SessionChoice& choice, const MacroRequest& request);
+int RunMacro(const HeadlessOptions& choice, const MacroRequest& request);
 
 }  // namespace zento

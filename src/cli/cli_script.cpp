@@ -2,10 +2,11 @@
 
 #include <cstdint>
 
-#include "cli/cli.h"
 #include "cli/cli_session.h"
 #include "cli/console_text.h"
+#include "cli/exit_status.h"
 #include "cli/script.h"
+#include "host/native/native_files.h"
 #include "host/native/termination.h"
 #include "host/path_text.h"
 
@@ -28,7 +29,7 @@ int ExitStatus(ScriptEnd end) {
 
 }  // namespace
 
-int RunScript(const SessionChoice& choice, const std::filesystem::path& script) {
+int RunScript(const HeadlessOptions& choice, const std::filesystem::path& script) {
   const bool from_input = script == "-";
   const auto text = from_input ? ReadStandardInput() : NativeFiles().Read(script);
   if (!text.ok()) return FailWith(text.status());
@@ -36,6 +37,7 @@ int RunScript(const SessionChoice& choice, const std::filesystem::path& script) 
                                                     : "zento-cli running " + TextFromPath(script));
   if (!opened.ok()) return FailWith(opened.status());
   CliSession& session = *opened.value();
+  HeadlessProgram& program = session.program();
 
   // Each line at once: somebody may be following a run that takes all night.
   const ScriptOutput output{[](std::string_view line) {
@@ -43,15 +45,12 @@ int RunScript(const SessionChoice& choice, const std::filesystem::path& script) 
                               static_cast<void>(FlushOut());
                             },
                             WriteError};
-  ScriptDriver driver(session.workstation(), session.host(), session.machine().dialogs(),
-                      session.machine().loop(), output, &Termination::Requested);
-  if (choice.time == ConsoleMachine::Time::kReal) driver.idle_limit_micros = kNoLimit;
-  driver.kept_mails = session.machine().kept_mails();
+  ScriptDriver driver(program, output, &Termination::Requested);
+  if (choice.time == HeadlessOptions::Time::kReal) driver.idle_limit_micros = kNoLimit;
   ScriptEnd end = ScriptEnd::kFailed;
   session.Guarded([&] { end = driver.Run(text.value()); });
-  session.End();
   // What a script that did not get to its end had no chance to save.
-  if (end != ScriptEnd::kCompleted) session.Rescue();
+  session.EndSafely({.rescue = end != ScriptEnd::kCompleted});
   return ExitStatus(end);
 }
 

@@ -8,6 +8,6 @@ namespace zento {
 
 // Runs a script ("-": standard input) against the whole program and ends it safely. Returns the
 // exit status.
-int RunScript(const SessionChoice& choice, const std::filesystem::path& script);
+int RunScript(const HeadlessOptions& choice, const std::filesystem::path& script);
 
 }  // namespace zento

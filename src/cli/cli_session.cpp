@@ -1,38 +1,32 @@
 #include "cli/cli_session.h"
 
 #include <exception>
-#include <optional>
+#include <string>
 #include <utility>
 
-#include "cli/cli.h"
 #include "cli/console_text.h"
-#include "core/rescue.h"
 #include "host/path_text.h"
 
 namespace zento {
 
-int FailWith(const Status& status) {
-  WriteError(status.why());
-  return kExitFailure;
-}
+CliSession::CliSession(HeldHome home, const HeadlessOptions& options)
+    : home_(std::move(home)), program_(options) {}
 
-Result<std::unique_ptr<CliSession>> CliSession::Open(const SessionChoice& choice,
+Result<std::unique_ptr<CliSession>> CliSession::Open(const HeadlessOptions& choice,
                                                      std::string_view who) {
-  auto home = TakeHome(choice.home, choice.simulated.has_value(), who);
+  HeadlessOptions options = choice;
+  auto home = TakeHome(options.program.home, options.program.simulated.has_value(), who);
   if (!home.ok()) return home.status();
-  std::unique_ptr<CliSession> session(new CliSession);
-  session->home_ = std::move(home.value());
-  session->machine_ = ConsoleMachine::Make(choice.time, session->home_.folder);
-  session->program_ = std::make_unique<MainProgram>(
-      session->host(), MainOptions{choice.simulated, session->home_.folder, DataFolders()});
-  if (Status started = session->program_->Start(); !started.ok()) {
-    session->End();
+  options.program.home = home->folder;
+  options.program.data_folders = DataFolders();
+  options.interruptible = true;
+  std::unique_ptr<CliSession> session(new CliSession(std::move(home.value()), options));
+  if (Status started = session->program().Start(); !started.ok()) {
+    session->EndSafely({.rescue = false});
     return started;
   }
   return session;
 }
-
-CliSession::~CliSession() = default;
 
 bool CliSession::Guarded(const std::function<void()>& act) {
   try {
@@ -44,23 +38,17 @@ bool CliSession::Guarded(const std::function<void()>& act) {
   }
 }
 
-void CliSession::End() {
-  const bool active = workstation().running_flag != 0;
-  program_->End();
-  machine_->loop().Settle();
-  if (active) WriteError("a run was still active; it was brought to its safe end");
-  for (const std::string& text : machine_->dialogs().TakeMessages()) {
-    WriteError("message: " + text);
+bool CliSession::EndSafely(const TracksAtEnd& tracks) {
+  const SafeEnd end = program_.program().EndSafely(tracks);
+  if (end.run_was_active) WriteError("a run was still active; it was brought to its safe end");
+  for (const std::string& text : program_.TakeMessages()) WriteError("message: " + text);
+  if (!end.saved.ok()) WriteError("NOT SAVED: " + end.saved.why());
+  if (!end.rescued.ok()) {
+    WriteError("the tracks could not be rescued: " + end.rescued.why());
+  } else if (end.rescued.value()) {
+    WriteError("the tracks as they were are in " + TextFromPath(*end.rescued.value()));
   }
-}
-
-void CliSession::Rescue() {
-  const auto rescued = RescueTracks(workstation(), host().files);
-  if (!rescued.ok()) {
-    WriteError("the tracks could not be rescued: " + rescued.why());
-  } else if (rescued.value()) {
-    WriteError("the tracks as they were are in " + TextFromPath(*rescued.value()));
-  }
+  return end.saved.ok();
 }
 
 }  // namespace zento

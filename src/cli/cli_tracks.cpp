@@ -10,14 +10,14 @@
 #include <string>
 #include <vector>
 
-#include "cli/cli.h"
-#include "cli/cli_session.h"
 #include "cli/console_text.h"
 #include "cli/entry_options.h"
+#include "cli/exit_status.h"
 #include "cli/listings.h"
 #include "cli/track_jobs.h"
 #include "cli/transform_job.h"
 #include "core/tables.h"
+#include "host/native/native_files.h"
 #include "host/path_text.h"
 #include "text/codepage.h"
 #include "text/number.h"

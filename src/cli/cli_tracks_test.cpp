@@ -14,7 +14,7 @@
 #include "analysis/savitzky_golay.h"
 #include "core/track_file.h"
 #include "host/native/native_files.h"
-#include "program/home_setup.h"
+#include "program/home.h"
 #include "support/cli_fixture.h"
 #include "text/number.h"
 

@@ -8,10 +8,10 @@
 #include <memory>
 #include <string>
 
-#include "cli/cli.h"
-#include "cli/cli_session.h"
 #include "cli/console_text.h"
+#include "cli/exit_status.h"
 #include "cli/verify.h"
+#include "host/native/native_files.h"
 #include "host/path_text.h"
 
 namespace zento {

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "cli/exit_status.h"
+
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
@@ -42,6 +44,11 @@ Result<std::string> ReadStandardInput() {
     bytes.append(block, got);
   if (std::ferror(stdin) != 0) return Status::Failure("standard input could not be read");
   return bytes;
+}
+
+int FailWith(const Status& status) {
+  WriteError(status.why());
+  return kExitFailure;
 }
 
 }  // namespace zento

@@ -16,5 +16,7 @@ void WriteError(std::string_view line);  // adds the program's name and the line
 // Whether all that was written to standard output has got there.
 Status FlushOut();
 Result<std::string> ReadStandardInput();
+// Notes a failure on standard error and returns the exit status for it.
+int FailWith(const Status& status);
 
 }  // namespace zento

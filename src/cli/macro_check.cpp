@@ -8,8 +8,7 @@
 #include "core/run_log.h"
 #include "core/settings_file.h"
 #include "host/mail_settings.h"
-#include "host/virtual/virtual_host.h"
-#include "program/dry_files.h"
+#include "program/headless_program.h"
 
 namespace zento {
 namespace {
@@ -84,18 +83,17 @@ bool MacroCheck::Clean() const {
 }
 
 Result<MacroCheck> CheckMacro(const CheckQuestion& question, Files& files) {
-  DryFiles dry(files);
   const sim::Parameters parameters = ParametersFor(question, files);
   const std::string mail_problem = MailProblem(question.home, files);
-  VirtualHost machine(&dry);
-  MainProgram program(machine.host, {parameters, question.home});
+  HeadlessProgram program(
+      {.program = {.simulated = parameters, .home = question.home}, .files = &files, .dry = true});
   if (Status started = program.Start(); !started.ok()) return started;
 
   MacroCheck check;
-  MacroInspector inspector(program, machine.host, question.text, mail_problem, check);
-  for (const std::string& text : machine.dialogs.TakeMessages()) inspector.MessageShown(0, text);
-  check.verdict = FollowMacro(program, machine.host, machine.dialogs, machine.loop, question.text,
-                              question.title, kLongestMeasurement, inspector);
+  MacroInspector inspector(program.program(), program.host(), question.text, mail_problem, check);
+  for (const std::string& text : program.dialogs().TakeMessages()) inspector.MessageShown(0, text);
+  check.verdict =
+      FollowMacro(program, question.text, question.title, kLongestMeasurement, inspector);
   inspector.Finish();
   if (check.verdict.endless) {
     check.findings.push_back(

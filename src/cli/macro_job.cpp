@@ -7,12 +7,12 @@ namespace {
 
 class Job : private MacroObserver {
  public:
-  Job(MainProgram& program, Host& host, VirtualDialogs& dialogs, MacroFollower& follower)
+  Job(HeadlessProgram& program, MacroFollower& follower)
       : workstation_(program.workstation()),
-        host_(host),
-        dialogs_(dialogs),
+        host_(program.host()),
+        dialogs_(program.dialogs()),
         follower_(follower),
-        interpreter_(workstation_, host, program.instruments()) {
+        interpreter_(workstation_, host_, program.program().instruments()) {
     interpreter_.observer = this;
     workstation_.run_begun = [this](const std::string& what) {
       measuring_since_ = host_.clock.Micros();
@@ -102,10 +102,9 @@ std::string VerdictText(const MacroVerdict& verdict) {
   return text;
 }
 
-MacroVerdict FollowMacro(MainProgram& program, Host& host, VirtualDialogs& dialogs, EventLoop& loop,
-                         std::string_view text, const std::string& title,
+MacroVerdict FollowMacro(HeadlessProgram& program, std::string_view text, const std::string& title,
                          std::int64_t longest_measurement_micros, MacroFollower& follower) {
-  return Job(program, host, dialogs, follower).Run(loop, text, title, longest_measurement_micros);
+  return Job(program, follower).Run(program.loop(), text, title, longest_measurement_micros);
 }
 
 }  // namespace zento

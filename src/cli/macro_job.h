@@ -5,11 +5,8 @@
 #include <string_view>
 
 #include "core/run_report.h"
-#include "host/event_loop.h"
-#include "host/host.h"
-#include "host/virtual/virtual_dialogs.h"
 #include "macro/interpreter.h"
-#include "program/main_program.h"
+#include "program/headless_program.h"
 
 namespace zento {
 
@@ -44,13 +41,12 @@ std::string VerdictText(const MacroVerdict& verdict);
 
 // Carries out a macro on a started program without a person: to its last line, to the end of the
 // measurement that this line may have begun, and until all mails are through. Message boxes are
-// taken off `dialogs` and told instead. When it was interrupted, or is endless, the macro is
+// taken off the program and told instead. When it was interrupted, or is endless, the macro is
 // stopped; a measurement is left running for whoever ends the program.
 //
 // A measurement that lasts longer than `longest_measurement_micros` is endless: in virtual time it
 // would hold the machine for ever.
-MacroVerdict FollowMacro(MainProgram& program, Host& host, VirtualDialogs& dialogs, EventLoop& loop,
-                         std::string_view text, const std::string& title,
+MacroVerdict FollowMacro(HeadlessProgram& program, std::string_view text, const std::string& title,
                          std::int64_t longest_measurement_micros, MacroFollower& follower);
 
 }  // namespace zento

@@ -6,11 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "core/workstation.h"
-#include "host/event_loop.h"
-#include "host/host.h"
-#include "host/virtual/memory_mail.h"
-#include "host/virtual/virtual_dialogs.h"
+#include "host/control.h"
+#include "program/headless_program.h"
 
 namespace zento {
 
@@ -32,9 +29,9 @@ enum class ScriptEnd {
 // After each line everything that is due by then has run: answers are delivered, forms have gone.
 class ScriptDriver {
  public:
-  // `dialogs` must be those of `host`. `interrupted` is asked before every line; empty = never.
-  ScriptDriver(Workstation& workstation, Host& host, VirtualDialogs& dialogs, EventLoop& loop,
-               ScriptOutput output, std::function<bool()> interrupted = {});
+  // `interrupted` is asked before every line; empty = never.
+  ScriptDriver(HeadlessProgram& program, ScriptOutput output,
+               std::function<bool()> interrupted = {});
 
   ScriptEnd Run(std::string_view text);
 
@@ -44,9 +41,6 @@ class ScriptDriver {
 
   // One line a verb, for --help.
   static std::string Help();
-
-  // Where the machine keeps mails instead of sending them; null when it sends them.
-  MemoryMail* kept_mails = nullptr;
 
  private:
   struct Verb;
@@ -80,10 +74,8 @@ class ScriptDriver {
   void NoteUnanswered();
   void PrintLines(std::string_view text);
 
-  Workstation& workstation_;
+  HeadlessProgram& program_;
   Host& host_;
-  VirtualDialogs& dialogs_;
-  EventLoop& loop_;
   ScriptOutput output_;
   std::function<bool()> interrupted_;
   int line_ = 0;  // from 1; 0 outside Run

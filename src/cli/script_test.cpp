@@ -10,7 +10,8 @@
 #include "cli/script_words.h"
 #include "host/controls.h"
 #include "host/timer.h"
-#include "host/virtual/virtual_host.h"
+#include "host/virtual/memory_services.h"
+#include "host/virtual/virtual_loop.h"
 
 namespace zento {
 namespace {
@@ -74,12 +75,13 @@ class Probe : public Form {
 class ScriptTest : public testing::Test {
  protected:
   ScriptTest() {
-    machine_.desktop.Register(
-        "frmProbe", [this] { return std::make_unique<Probe>(machine_.host, workstation_); });
+    program_.desktop().Register("frmProbe", [this] {
+      return std::make_unique<Probe>(program_.host(), program_.workstation());
+    });
   }
 
   ScriptEnd Run(const std::string& text) {
-    ScriptDriver driver(workstation_, machine_.host, machine_.dialogs, machine_.loop,
+    ScriptDriver driver(program_,
                         {[this](std::string_view line) { printed_.emplace_back(line); },
                          [this](std::string_view line) { notes_.emplace_back(line); }},
                         [this] { return interrupted_; });
@@ -93,11 +95,11 @@ class ScriptTest : public testing::Test {
     return printed_;
   }
 
-  Workstation workstation_;
   bool interrupted_ = false;
   std::vector<std::string> printed_;
   std::vector<std::string> notes_;
-  VirtualHost machine_;
+  MemoryFiles files_;
+  HeadlessProgram program_{{.program = {.windows = Windows::kAnalyses}, .files = &files_}};
 };
 
 TEST_F(ScriptTest, SetsTypesAndReads) {
@@ -145,17 +147,17 @@ TEST_F(ScriptTest, AClickOnADisabledControlIsOnlyNoted) {
 }
 
 TEST_F(ScriptTest, WaitsForRunsAndForTime) {
-  const std::int64_t began = machine_.clock.Micros();
+  const std::int64_t began = program_.host().clock.Micros();
   Printed("click frmProbe.cmdRun\nwait idle");
-  EXPECT_EQ(machine_.clock.Micros() - began, 2'000'000);
+  EXPECT_EQ(program_.host().clock.Micros() - began, 2'000'000);
   Printed("wait 2.5s\nwait 250ms");
-  EXPECT_EQ(machine_.clock.Micros() - began, 4'750'000);
+  EXPECT_EQ(program_.host().clock.Micros() - began, 4'750'000);
 }
 
 TEST_F(ScriptTest, AWaitThatCannotEndFails) {
   EXPECT_EQ(Run("open frmProbe\nclick frmProbe.cmdStick\nwait idle"), ScriptEnd::kFailed);
   EXPECT_THAT(notes_.back(), HasSubstr("line 3: a run is active, but no timer is left"));
-  TimerQueue::Entry monitor(machine_.timers, [] {});
+  TimerQueue::Entry monitor(program_.host().timers, [] {});
   monitor.SetInterval(60'000);
   monitor.SetEnabled(true);
   EXPECT_EQ(Run("wait idle 8h"), ScriptEnd::kFailed);
@@ -195,7 +197,7 @@ TEST_F(ScriptTest, StopsAtTheFirstLineThatCannotBeCarriedOut) {
 }
 
 TEST_F(ScriptTest, FillsAndPrintsTheClipboard) {
-  ASSERT_TRUE(machine_.files.Replace("table.txt", "1\t2\r\n3\t4").ok());
+  ASSERT_TRUE(files_.Replace("table.txt", "1\t2\r\n3\t4").ok());
   EXPECT_THAT(Printed("clipboard set table.txt\nclipboard"), ElementsAre("1\t2", "3\t4"));
 }
 
@@ -204,8 +206,8 @@ TEST_F(ScriptTest, EndsWhenTheProgramIsAskedTo) {
   EXPECT_EQ(Run("open frmProbe"), ScriptEnd::kInterrupted);
   interrupted_ = false;
   int asked = 0;
-  machine_.loop.interrupted = [&] { return ++asked > 3; };
-  TimerQueue::Entry monitor(machine_.timers, [] {});
+  dynamic_cast<VirtualLoop&>(program_.loop()).interrupted = [&] { return ++asked > 3; };
+  TimerQueue::Entry monitor(program_.host().timers, [] {});
   monitor.SetEnabled(true);
   EXPECT_EQ(Run("wait 1h\nget frmNone"), ScriptEnd::kInterrupted);
 }

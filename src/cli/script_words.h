@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/control.h"
+
 namespace zento {
 
 // The pieces of a script line.
@@ -29,5 +31,13 @@ std::optional<ControlAddress> ParseControlAddress(std::string_view text);
 std::optional<std::int64_t> ParseDuration(std::string_view text);
 
 std::optional<int> ParseIndex(std::string_view text);
+
+// "Enter", "Escape", "Delete", "Backspace", "Up", "Down", "Left", "Right", "Tab" or one character.
+std::optional<Key> ParseKey(std::string_view name);
+
+// Presses a key while `control` has the focus, as it acts in a window: characters are typed, Enter
+// in a box that does not handle it itself accepts the entry and presses the default button, Escape
+// presses the cancel button, arrows step the up-down beside the box.
+Status PressKey(Control& control, Key key);
 
 }  // namespace zento

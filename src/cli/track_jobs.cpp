@@ -124,7 +124,7 @@ Result<JobTold> PasteIntoFile(const PasteRequest& request, Files& files) {
   Status begun = BeginTrackJob(session, request.file, request.save, files, told.notes);
   if (!begun.ok()) return begun;
   session.panel().ShowDataInfo(request.track);
-  session.machine().clipboard.SetText(request.text);
+  session.clipboard().SetText(request.text);
   Status clicked = session.Click(session.panel(), "mnuPastefromClip");
   if (!clicked.ok()) return clicked;
   told.messages = session.TakeMessages();
@@ -147,7 +147,7 @@ Result<SearchAnswer> SearchFolder(const SearchRequest& request, Files& files) {
   if (Status there = form.lists.ShowFolder(Full(request.folder)); !there.ok()) return there;
   if (Status entered = EnterCriteria(session, form, request); !entered.ok()) return entered;
   if (Status clicked = session.Click(form, "cmdSearch"); !clicked.ok()) return clicked;
-  session.machine().RunUntil([&] { return !form.searching(); }, kLongestSearch);
+  session.loop().RunUntil([&] { return !form.searching(); }, kLongestSearch);
   SearchAnswer answer;
   answer.messages = session.TakeMessages();
   if (form.search() != nullptr) answer.hits = form.search()->hits();

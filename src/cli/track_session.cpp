@@ -1,11 +1,9 @@
 #include "cli/track_session.h"
 
-#include "analysis/analysis_forms.h"
 #include "cli/track_load.h"
 #include "core/track_file.h"
 #include "host/path_text.h"
-#include "program/home_setup.h"
-#include "ui/main/main_forms.h"
+#include "program/home.h"
 
 namespace zento {
 namespace {
@@ -17,19 +15,20 @@ constexpr char kNoHome[] = "(no home)";
 }  // namespace
 
 TrackSession::TrackSession(Files& files, const std::filesystem::path& home)
-    : real_files_(files), files_(files), home_(home) {
-  workstation_.home = home.empty() ? std::filesystem::path(kNoHome) : home;
-  RegisterMainForms(machine_.desktop, workstation_, machine_.host, instruments_);
-  RegisterAnalysisForms(machine_.desktop, workstation_, machine_.host, DataFolders());
-}
+    : files_(files),
+      home_(home),
+      program_({.program = {.home = home.empty() ? std::filesystem::path(kNoHome) : home,
+                            .data_folders = DataFolders(),
+                            .windows = Windows::kMainAndAnalyses},
+                .files = &files,
+                .dry = true}) {}
 
 Status TrackSession::Start() {
-  machine_.desktop.Show("frmControlPanel");
-  panel_ = machine_.desktop.FindAs<frmControlPanel>("frmControlPanel");
-  if (panel_ == nullptr) return Status::Failure("the main window did not open");
+  if (Status started = program_.Start(); !started.ok()) return started;
+  panel_ = program_.desktop().FindAs<frmControlPanel>(kMainForm);
   // What a home's settings say of instruments does not matter here.
   static_cast<void>(TakeMessages());
-  if (home_.empty() || workstation_.SettingsLoaded) return Status::Ok();
+  if (home_.empty() || workstation().SettingsLoaded) return Status::Ok();
   return Status::Failure(TextFromPath(home_) + " holds no settings");
 }
 
@@ -40,7 +39,7 @@ Status TrackSession::OpenFile(const std::filesystem::path& path, std::vector<std
 }
 
 Result<Form*> TrackSession::Show(std::string_view form) {
-  Form* shown = machine_.desktop.Show(form);
+  Form* shown = program_.desktop().Show(form);
   if (shown == nullptr) return Status::Failure(std::string(form) + " did not open");
   return shown;
 }
@@ -56,7 +55,7 @@ Status TrackSession::Click(Form& form, std::string_view control) {
   const auto found = Usable(form, control);
   if (!found.ok()) return found.status();
   Status clicked = found.value()->UserClick();
-  machine_.Settle();
+  program_.loop().Settle();
   return clicked;
 }
 
@@ -64,17 +63,16 @@ Status TrackSession::Set(Form& form, std::string_view control, const std::string
   const auto found = Usable(form, control);
   if (!found.ok()) return found.status();
   Status set = found.value()->UserSet(value);
-  machine_.Settle();
+  program_.loop().Settle();
   return set;
 }
 
 std::vector<std::string> TrackSession::TakeMessages() {
-  machine_.Settle();
-  return machine_.dialogs.TakeMessages();
+  return program_.TakeMessages();
 }
 
 Status TrackSession::Save(const std::filesystem::path& path) {
-  return SaveTracksAs(workstation_, real_files_, path);
+  return SaveTracksAs(workstation(), files_, path);
 }
 
 }  // namespace zento

@@ -6,9 +6,7 @@
 #include <vector>
 
 #include "core/workstation.h"
-#include "devices/instruments.h"
-#include "host/virtual/virtual_host.h"
-#include "program/dry_files.h"
+#include "program/headless_program.h"
 #include "ui/main/control_panel.h"
 
 namespace zento {
@@ -37,18 +35,16 @@ class TrackSession {
   Status Save(const std::filesystem::path& path);
 
   frmControlPanel& panel() { return *panel_; }
-  Workstation& workstation() { return workstation_; }
-  VirtualHost& machine() { return machine_; }
+  Workstation& workstation() { return program_.workstation(); }
+  Clipboard& clipboard() { return program_.host().clipboard; }
+  EventLoop& loop() { return program_.loop(); }
 
  private:
   Result<Control*> Usable(Form& form, std::string_view control);
 
-  Files& real_files_;
-  DryFiles files_;
+  Files& files_;
   std::filesystem::path home_;
-  VirtualHost machine_{&files_};
-  Workstation workstation_;
-  Instruments instruments_{workstation_, machine_.host, vendor::Libraries{}};
+  HeadlessProgram program_;
   frmControlPanel* panel_ = nullptr;
 };
 

@@ -111,14 +111,13 @@ Result<CopyAnswer> CopyFromFile(const CopyRequest& request, Files& files) {
     return Status::Failure("track " + PlainNumber(request.track) + " is empty")
         .Within(TextFromPath(request.file));
   }
-  session.machine().clipboard.SetText({});
+  session.clipboard().SetText({});
   Status pressed = PressCopy(session, request, answer.told.notes);
   if (!pressed.ok()) return pressed;
   answer.told.messages = session.TakeMessages();
   if (!answer.told.messages.empty()) return answer;
-  session.machine().RunUntil([&] { return !session.machine().clipboard.Text().empty(); },
-                             kLongestCopy);
-  answer.text = session.machine().clipboard.Text();
+  session.loop().RunUntil([&] { return !session.clipboard().Text().empty(); }, kLongestCopy);
+  answer.text = session.clipboard().Text();
   if (answer.text.empty()) {
     return Status::Failure("track " + PlainNumber(request.track) +
                            " is not of the mode that this table is for");

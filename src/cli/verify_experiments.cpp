@@ -4,8 +4,7 @@
 
 #include "cli/script.h"
 #include "host/path_text.h"
-#include "host/virtual/virtual_host.h"
-#include "program/main_program.h"
+#include "program/headless_program.h"
 
 namespace zento {
 namespace {
@@ -156,19 +155,18 @@ std::filesystem::path TrackFileOf(const Experiment& experiment) {
 }
 
 Status Measure(const Experiment& experiment, MemoryFiles& files) {
-  VirtualHost machine(&files);
-  MainProgram program(machine.host,
-                      {BenchOf(experiment), PathFromText("home-" + std::string(experiment.name))});
+  HeadlessProgram program({.program = {.simulated = BenchOf(experiment),
+                                       .home = "home-" + std::string(experiment.name)},
+                           .files = &files});
   if (Status started = program.Start(); !started.ok()) return started;
   std::string said;
   const ScriptOutput output{[](std::string_view) {},
                             [&](std::string_view note) { said += std::string(note) + "; "; }};
-  ScriptDriver driver(program.workstation(), machine.host, machine.dialogs, machine.loop, output);
+  ScriptDriver driver(program, output);
   const ScriptEnd end =
       driver.Run(experiment.script() + "answer " + TextFromPath(TrackFileOf(experiment)) +
                  "\nclick frmControlPanel.mnuSaveAs\n");
-  for (const std::string& message : machine.dialogs.TakeMessages()) said += message + "; ";
-  program.End();
+  for (const std::string& message : program.dialogs().TakeMessages()) said += message + "; ";
   if (end == ScriptEnd::kCompleted && said.empty()) return Status::Ok();
   return Status::Failure("measuring " + std::string(experiment.name) + ": " +
                          (said.empty() ? "not completed" : said));

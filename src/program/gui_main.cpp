@@ -11,15 +11,14 @@
 #include <string>
 #include <vector>
 
-#include "core/rescue.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
 #include "host/native/native_sound.h"
 #include "host/native/termination.h"
 #include "host/path_text.h"
-#include "program/gui_options.h"
-#include "program/home_setup.h"
+#include "program/home.h"
 #include "program/main_program.h"
+#include "program/program_options.h"
 #include "qt/appearance.h"
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
@@ -69,15 +68,15 @@ class Application : public QApplication {
 // or because of an error inside.
 class Session {
  public:
-  Session(const Application& application, QtHost& host, MainProgram& program, Files& files)
-      : application_(application), host_(host), program_(program), files_(files) {}
+  Session(const Application& application, QtHost& host, MainProgram& program)
+      : application_(application), host_(host), program_(program) {}
 
   int Run() {
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, [this] { Watch(); });
     watch.start(kPollMs);
     QApplication::exec();
-    if (!told_) return 0;
+    if (!end_requested_) return 0;
     // Nobody was there to read.
     for (const std::string& text : host_.dialogs().Unread()) {
       std::fprintf(stderr, "zento: message: %s\n", text.c_str());
@@ -91,35 +90,30 @@ class Session {
 
  private:
   void Watch() {
-    if ((Termination::Requested() || !application_.failure().empty()) && !told_) {
-      told_ = true;
-      program_.End();
-    }
-    if (!program_.Ended()) return;
-    // What nobody saved, or could save because the end came first.
-    if (!rescued_) Rescue();
+    end_requested_ |= Termination::Requested() || !application_.failure().empty();
+    if (!ended_ && (end_requested_ || program_.Ended())) End();
     // A message is read before the program goes, unless the system is in a hurry. Not quit(), which
     // would ask every window once more.
-    if (told_ || !host_.dialogs().Open()) QApplication::exit();
+    if (ended_ && (end_requested_ || !host_.dialogs().Open())) QApplication::exit();
   }
 
-  void Rescue() {
-    rescued_ = true;
-    const auto saved = RescueTracks(program_.workstation(), files_);
-    if (!saved.ok()) {
-      host_.dialogs().Message("The tracks could not be saved: " + saved.why());
-    } else if (saved.value()) {
+  void End() {
+    ended_ = true;
+    // What nobody saved, or could save because the end came first.
+    const auto rescued = program_.EndSafely().rescued;
+    if (!rescued.ok()) {
+      host_.dialogs().Message("The tracks could not be saved: " + rescued.why());
+    } else if (rescued.value()) {
       host_.dialogs().Message("The program was ended before the tracks were saved. They are in " +
-                              TextFromPath(*saved.value()));
+                              TextFromPath(*rescued.value()));
     }
   }
 
   const Application& application_;
   QtHost& host_;
   MainProgram& program_;
-  Files& files_;
-  bool told_ = false;  // by the system or an error, to end
-  bool rescued_ = false;
+  bool end_requested_ = false;  // by the system or an error
+  bool ended_ = false;
 };
 
 int Run(const Application& application, const GuiOptions& options, bool simulated) {
@@ -136,7 +130,7 @@ int Run(const Application& application, const GuiOptions& options, bool simulate
   main_options.data_folders = DataFolders();
   MainProgram program(host.host(), main_options);
   if (const Status started = program.Start(); !started.ok()) return Refuse(started.why());
-  return Session(application, host, program, files).Run();
+  return Session(application, host, program).Run();
 }
 
 int Answer(const GuiOptions& options) {

@@ -3,11 +3,13 @@
 #include <utility>
 
 #include "analysis/analysis_forms.h"
+#include "core/rescue.h"
+#include "core/settings_file.h"
 #include "devices/vendor/loader.h"
 #include "graph/graph_form.h"
 #include "macro/macro_form.h"
 #include "measure/measure_forms.h"
-#include "program/furnish.h"
+#include "program/home.h"
 #include "ui/main/main_forms.h"
 
 namespace zento {
@@ -25,44 +27,64 @@ std::unique_ptr<sim::Bench> MakeBench(const Host& host, const MainOptions& optio
   return std::make_unique<sim::Bench>(host.clock, *options.simulated);
 }
 
+vendor::Libraries LibrariesFor(const MainOptions& options, sim::Bench* bench) {
+  if (options.windows != Windows::kAll) return {};
+  return bench != nullptr ? bench->Libraries() : vendor::LoadLibraries();
+}
+
 }  // namespace
 
 MainProgram::MainProgram(Host& host, MainOptions options)
     : host_(host),
       options_(std::move(options)),
       bench_(MakeBench(host, options_)),
-      instruments_(workstation_, host, bench_ ? bench_->Libraries() : vendor::LoadLibraries()) {
+      instruments_(workstation_, host, LibrariesFor(options_, bench_.get())) {
   workstation_.home = options_.home;
-  workstation_.run_log.Attach(host, options_.home);
+  if (options_.windows == Windows::kAll) workstation_.run_log.Attach(host, options_.home);
 }
 
 MainProgram::~MainProgram() {
-  End();
+  CloseMainWindow();
+  // With everything switched off: what becomes of the mails.
+  host_.mail.Finish();
+  workstation_.run_log.Flush();
   host_.desktop.Clear();
 }
 
 void MainProgram::RegisterForms() {
   Desktop& desktop = host_.desktop;
-  for (const char* name : {"Graph1", "Graph2"}) {
-    desktop.Register(name, [this, name] { return std::make_unique<Graph>(host_, name); });
+  const bool all = options_.windows == Windows::kAll;
+  if (all) {
+    for (const char* name : {"Graph1", "Graph2"}) {
+      desktop.Register(name, [this, name] { return std::make_unique<Graph>(host_, name); });
+    }
+    RegisterDeviceForms(desktop, workstation_, host_, instruments_);
+    RegisterMeasureForms(desktop, workstation_, host_, instruments_);
+    RegisterMacroForms(desktop, workstation_, host_, instruments_);
   }
-  RegisterDeviceForms(desktop, workstation_, host_, instruments_);
-  RegisterMeasureForms(desktop, workstation_, host_, instruments_);
-  RegisterMacroForms(desktop, workstation_, host_, instruments_);
   RegisterAnalysisForms(desktop, workstation_, host_, options_.data_folders);
-  RegisterMainForms(desktop, workstation_, host_, instruments_);
+  if (options_.windows != Windows::kAnalyses) {
+    RegisterMainForms(desktop, workstation_, host_, instruments_);
+  }
 }
 
 Status MainProgram::Start() {
   if (options_.simulated) {
-    const Status furnished = FurnishBench(host_.files, options_.home, *options_.simulated);
-    if (!furnished.ok()) return furnished.Within("furnish the simulated bench's home");
+    const Status prepared = PrepareBenchHome(host_.files, options_.home, *options_.simulated);
+    if (!prepared.ok()) return prepared.Within("furnish the simulated bench's home");
     host_.desktop.SetBanner(kSimulatedBanner);
   }
   RegisterForms();
+  if (options_.windows == Windows::kAnalyses) {
+    // What the main window does when it loads.
+    ApplyDefaultSettings(workstation_);
+    for (int track = 0; track < kTracks; ++track) workstation_.tracks.ClearTrack(track);
+    return Status::Ok();
+  }
   if (host_.desktop.Show(kMainForm) == nullptr) {
     return Status::Failure("the main window did not open");
   }
+  if (options_.windows != Windows::kAll) return Status::Ok();
   host_.desktop.Load("Graph2");
   if (auto* graph = host_.desktop.LoadAs<Graph>("Graph1")) {
     graph->SetPosition(kGraphLeft, kGraphTop);
@@ -71,19 +93,19 @@ Status MainProgram::Start() {
   return Status::Ok();
 }
 
-void MainProgram::End() {
-  // Copies: what ends takes its function away. The macro goes first, or it would take its next
-  // line.
-  const auto end_macro = workstation_.end_active_macro;
-  if (end_macro) end_macro();
-  const auto end_run = workstation_.end_active_run;
-  if (end_run) end_run();
+void MainProgram::CloseMainWindow() {
   host_.desktop.RequestClose(kMainForm);
-  // What the closing windows still sent on the bus; then, with everything switched off, what
-  // becomes of the mails.
+  // What the closing windows still sent on the bus.
   workstation_.run_log.Flush();
-  host_.mail.Finish();
-  workstation_.run_log.Flush();
+}
+
+SafeEnd MainProgram::EndSafely(const TracksAtEnd& tracks) {
+  SafeEnd end;
+  end.run_was_active = workstation_.running_flag != 0;
+  CloseMainWindow();
+  if (tracks.save) end.saved = tracks.save();
+  if (tracks.rescue) end.rescued = RescueTracks(workstation_, host_.files);
+  return end;
 }
 
 bool MainProgram::Ended() const {

@@ -135,14 +135,14 @@ TEST_F(MainProgramTest, EndingDuringARunStoresItAndLeavesTheBenchAtRest) {
   ASSERT_TRUE(program.bench()->plant().rotor().powered());
   ASSERT_EQ(program.workstation().running_flag, -1);
 
-  program.End();
+  program.EndSafely();
   EXPECT_TRUE(program.Ended());
   EXPECT_EQ(program.workstation().running_flag, 0);
   EXPECT_GT(program.workstation().tracks.Record(0).pnum, 800);
   EXPECT_FALSE(program.bench()->plant().rotor().powered());
   EXPECT_TRUE(machine_.desktop.Loaded().empty());
   EXPECT_THAT(machine_.files.Read("/home/Parameters.txt").value(), HasSubstr("CVRPM= 1000"));
-  program.End();
+  program.EndSafely();
   machine_.RunFor(1'000'000);
 }
 
@@ -152,7 +152,7 @@ TEST_F(MainProgramTest, EndingSwitchesAMotorOffThatWasOnForAdjusting) {
   ASSERT_NE(machine_.desktop.Show("frmAdjustRPM"), nullptr);
   Click("frmAdjustRPM", "cmdMotorOn");
   ASSERT_TRUE(program.bench()->plant().rotor().powered());
-  program.End();
+  program.EndSafely();
   EXPECT_FALSE(program.bench()->plant().rotor().powered());
 }
 

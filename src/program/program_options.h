@@ -1,11 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "program/bench_options.h"
-#include "program/console_machine.h"
+#include "program/headless_program.h"
 #include "sim/parameters.h"
 #include "text/status.h"
 
@@ -14,13 +15,6 @@ class App;
 }
 
 namespace zento {
-
-// What a program works with: its instruments, its home, its time.
-struct SessionChoice {
-  std::optional<sim::Parameters> simulated;  // not set: the instruments on this machine
-  ConsoleMachine::Time time = ConsoleMachine::Time::kVirtual;
-  std::filesystem::path home;  // empty: where the program's home is
-};
 
 // The options --bench, --home, --bench-set and --seed, which both programs take.
 class ProgramOptions {
@@ -33,21 +27,38 @@ class ProgramOptions {
   // Whether --bench was given, and how; nothing without it.
   std::optional<bool> simulated() const;
   std::filesystem::path home() const;
-  // The bench's parameters; fails on an unknown key or a bad value, and when some are given for
-  // anything but the simulated bench.
+  // The simulated bench's parameters with what was given; fails on an unknown key or a bad value.
+  Result<sim::Parameters> CellParameters() const;
+  // The same; fails when some are given for anything but the simulated bench, too.
   Result<sim::Parameters> BenchParameters() const;
 
+  // What a program works with: its instruments, its time, its home (empty: where it looks for it).
   // For jobs that act: --bench must have been given, because data are never made up unasked.
   // Instruments know real time only; the simulated bench's is virtual unless said otherwise.
-  Result<SessionChoice> Choose() const;
-
-  const BenchOptions& bench_options() const { return bench_parameters_; }
+  Result<HeadlessOptions> Choose() const;
 
  private:
   std::string bench_;
   std::string clock_;
   std::string home_;
-  BenchOptions bench_parameters_;
+  std::optional<std::uint64_t> seed_;
+  std::vector<std::string> assignments_;  // KEY=VALUE
 };
+
+// What the graphical program was asked for.
+struct GuiOptions {
+  // Set: the person's choice between the simulated bench and the instruments on this machine. Not
+  // set: to be asked for.
+  std::optional<bool> simulated;
+  std::filesystem::path home;  // empty = where the program looks for it
+  sim::Parameters bench;
+
+  // Set: print it and end with `exit_status` instead of starting (help, version, bad options).
+  std::optional<std::string> answer;
+  int exit_status = 0;
+};
+
+// `arguments` in UTF-8, the program's name first.
+GuiOptions ParseGuiOptions(const std::vector<std::string>& arguments);
 
 }  // namespace zento

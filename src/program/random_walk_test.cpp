@@ -377,7 +377,7 @@ TEST_F(RandomWalk, LeavesNoStuckFlagNoTurningMotorAndNoWrongTrack) {
       StartSession();
     }
   }
-  session_->program->End();
+  session_->program->EndSafely();
   EXPECT_EQ(workstation().running_flag, 0);
   EXPECT_FALSE(MotorTurns());
   EXPECT_FALSE(session_->program->bench()->plant().potentiostat().generator().output_on());

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cli/cli.h"
+#include "cli/exit_status.h"
 #include "host/native/native_files.h"
 #include "host/path_text.h"
 

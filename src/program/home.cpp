@@ -1,12 +1,13 @@
-#include "program/furnish.h"
+#include "program/home.h"
 
 #include <cmath>
-#include <vector>
+#include <utility>
 
 #include "core/home.h"
 #include "core/settings_file.h"
 #include "core/settings_table.h"
 #include "devices/calibration.h"
+#include "host/native/home.h"
 #include "sim/rotor.h"
 
 namespace zento {
@@ -100,11 +101,34 @@ std::vector<CalibrationPoint> MotorLaw(const sim::Parameters& parameters) {
 
 }  // namespace
 
-Status FurnishBench(Files& files, const std::filesystem::path& home,
-                    const sim::Parameters& parameters) {
+Result<std::filesystem::path> FindHome(const std::filesystem::path& wanted, bool simulated) {
+  HomeQuestion question;
+  question.wanted = wanted;
+  question.simulated = simulated;
+  question.executable_folder = ExecutableFolder();
+  return ResolveHome(question);
+}
+
+std::vector<std::filesystem::path> DataFolders() {
+  const std::filesystem::path folder = ExecutableFolder();
+  if (folder.empty()) return {};
+  return {folder, folder.parent_path() / "share" / "zento"};
+}
+
+Result<HeldHome> TakeHome(const std::filesystem::path& wanted, bool simulated,
+                          std::string_view who) {
+  auto folder = FindHome(wanted, simulated);
+  if (!folder.ok()) return folder.status();
+  auto lock = HomeLock::Take(folder.value(), who);
+  if (!lock.ok()) return lock.status();
+  return HeldHome{std::move(folder.value()), std::move(lock.value())};
+}
+
+Status PrepareBenchHome(Files& files, const std::filesystem::path& home,
+                        const sim::Parameters& parameters) {
   if (files.Exists(SettingsPath(home))) return Status::Ok();
   if (Status made = files.CreateFolder(home); !made.ok()) return made;
-  // The settings come last: they are the sign that the home is furnished.
+  // The settings come last: they are the sign that the home is complete.
   const auto calibration = home / kCalibrationFile;
   if (!files.Exists(calibration)) {
     Status saved = files.Replace(calibration, FormatCalibration(MotorLaw(parameters)));

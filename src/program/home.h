@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "host/native/home_lock.h"
+#include "host/services.h"
+#include "sim/parameters.h"
 #include "text/status.h"
 
 namespace zento {
@@ -27,5 +29,11 @@ std::vector<std::filesystem::path> DataFolders();
 
 // The home without holding it, for looking only.
 Result<std::filesystem::path> FindHome(const std::filesystem::path& wanted, bool simulated);
+
+// Writes what a fresh home of the simulated bench needs: settings that switch every device of the
+// bench on, with one preset for its cell, and the calibration of its motor. A home that has
+// settings is left as it is.
+Status PrepareBenchHome(Files& files, const std::filesystem::path& home,
+                        const sim::Parameters& parameters);
 
 }  // namespace zento
