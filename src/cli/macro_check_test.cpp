@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "cli/bus_range.h"
 #include "core/home.h"
 #include "core/settings_file.h"
 #include "core/settings_table.h"
@@ -170,18 +169,6 @@ TEST_F(MacroCheckTest, MarksWhatTheSampleDecides) {
   ASSERT_EQ(check.steps.size(), 1u);
   EXPECT_TRUE(check.steps[0].by_sample);
   EXPECT_THAT(FormatCheck(check), HasSubstr("~"));
-}
-
-TEST(BusRange, FollowsTheDigitsThatAreSent) {
-  bool lost = true;
-  EXPECT_EQ(PotentialRemark(-0.25, lost), "");
-  EXPECT_FALSE(lost);
-  EXPECT_NE(PotentialRemark(-10, lost), "");
-  EXPECT_TRUE(lost);
-  EXPECT_EQ(PotentialRemark(0.1 + 0.2, lost), "");
-  EXPECT_EQ(RateRemark(50), "");
-  EXPECT_EQ(RateRemark(0.1), "");
-  EXPECT_THAT(RateRemark(0.125), HasSubstr("sent as 0.13 mV/s"));
 }
 
 }  // namespace

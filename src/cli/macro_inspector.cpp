@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstdint>
 
-#include "cli/bus_range.h"
 #include "devices/calibration.h"
+#include "devices/function_generator.h"
 #include "host/mail_text.h"
 #include "host/path_text.h"
 #include "text/lines.h"
@@ -237,7 +237,8 @@ void MacroInspector::CheckProgramme(int line, const std::string& form) {
   }
   for (const Box& box : kRates) {
     if (!here(box) || workstation_.settings.GPIBControl <= 0) continue;
-    if (auto remark = RateRemark(value(box)); !remark.empty()) Note(line, std::move(remark));
+    auto sent = RateAsSent(value(box));
+    if (!sent.remark.empty()) Note(line, std::move(sent.remark));
   }
   for (const Box& box : kRotations) {
     if (here(box)) CheckRotation(line, value(box));
@@ -250,9 +251,10 @@ void MacroInspector::CheckProgramme(int line, const std::string& form) {
 
 void MacroInspector::CheckPotential(int line, double volts) {
   if (workstation_.settings.GPIBControl <= 0) return;
-  bool lost = false;
-  std::string remark = PotentialRemark(volts, lost);
-  if (!remark.empty()) check_.findings.push_back({line, lost, std::move(remark)});
+  SentValue sent = PotentialAsSent(volts);
+  if (!sent.remark.empty()) {
+    check_.findings.push_back({line, sent.lost, std::move(sent.remark)});
+  }
 }
 
 void MacroInspector::CheckRotation(int line, double rpm) {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "text/format.h"
+#include "text/number.h"
 
 namespace zento {
 namespace {
@@ -11,6 +12,11 @@ namespace {
 std::string Last(const std::string& text, std::size_t count) {
   return text.substr(text.size() - std::min(count, text.size()));
 }
+
+// Less is the arithmetic's own: 0.1 + 0.2 is sent as it is.
+constexpr double kLeastShift = 1e-9;  // V
+// Half a millivolt is what rounding may take; a lost leading digit takes volts.
+constexpr double kRounding = 0.000501;  // V
 
 std::string SelectFunction(std::int32_t function) {
   return "F" + Last(std::to_string(function), 1) + "ED1";
@@ -29,6 +35,25 @@ std::string RateCode(double scan_rate) {
 
 std::string HoldCode(std::int32_t seconds) {
   return Last(Format(seconds, "000"), 3);
+}
+
+SentValue PotentialAsSent(double volts) {
+  SentValue sent{ParseLenient(PotentialCode(volts)) / 1000, false, {}};
+  const double shift = std::abs(sent.value - volts);
+  sent.lost = shift > kRounding;
+  if (shift < kLeastShift) return sent;
+  sent.remark = PlainNumber(volts) + " V is sent as " + PlainNumber(sent.value, 6) + " V" +
+                (sent.lost ? ": the bus takes less than 10 V" : "");
+  return sent;
+}
+
+SentValue RateAsSent(double millivolts_per_s) {
+  SentValue sent{ParseLenient(RateCode(millivolts_per_s)) * 1000, false, {}};
+  if (std::abs(sent.value - millivolts_per_s) <= 1e-9 * std::abs(millivolts_per_s)) return sent;
+  sent.remark = PlainNumber(millivolts_per_s) + " mV/s is sent as " + PlainNumber(sent.value, 6) +
+                " mV/s: the bus takes two digits; the planned time is that of " +
+                PlainNumber(millivolts_per_s) + " mV/s";
+  return sent;
 }
 
 void FunctionGenerator::ProgrammeCyclicSweep(std::int32_t function,

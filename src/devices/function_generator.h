@@ -49,4 +49,15 @@ std::string PotentialCode(double volts);     // signed millivolts: -0.2 gives "-
 std::string RateCode(double scan_rate);      // V/s from mV/s: 50 gives "50E-3"
 std::string HoldCode(std::int32_t seconds);  // 5 gives "005"
 
+// What the generator gets when it is sent a value: its commands have few digits.
+struct SentValue {
+  double value = 0;   // in the unit of what was asked for
+  bool lost = false;  // another value altogether, not only a rounded one
+  // What became of it, as a half sentence ("12 V is sent as 2 V: ..."); empty when it arrives as it
+  // is.
+  std::string remark;
+};
+SentValue PotentialAsSent(double volts);        // whole millivolts, four digits of them
+SentValue RateAsSent(double millivolts_per_s);  // two digits
+
 }  // namespace zento

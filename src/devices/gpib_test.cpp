@@ -164,6 +164,19 @@ TEST(GeneratorCodes, KeepTheirWidth) {
   EXPECT_EQ(HoldCode(1005), "005");
 }
 
+TEST(GeneratorCodes, SayWhatTheirDigitsLose) {
+  EXPECT_DOUBLE_EQ(PotentialAsSent(12).value, 2);
+  EXPECT_EQ(PotentialAsSent(-0.25).remark, "");
+  EXPECT_EQ(PotentialAsSent(0.1 + 0.2).remark, "");
+  EXPECT_EQ(PotentialAsSent(0.0004).remark, "0.0004 V is sent as 0 V");
+  EXPECT_FALSE(PotentialAsSent(0.0004).lost);
+  EXPECT_TRUE(PotentialAsSent(-10).lost);
+  EXPECT_EQ(RateAsSent(50).remark, "");
+  EXPECT_EQ(RateAsSent(0.1).remark, "");
+  EXPECT_DOUBLE_EQ(RateAsSent(1250).value, 1300);
+  EXPECT_THAT(RateAsSent(0.125).remark, testing::HasSubstr("sent as 0.13 mV/s"));
+}
+
 TEST_F(GpibTest, OutputOffIsTriedAgainOnALinkInitialisedAnew) {
   settings.GPIBControl = 1;
   ASSERT_EQ(link.InitialiseLink(), 0);
