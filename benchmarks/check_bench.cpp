@@ -6,8 +6,8 @@
 
 #include <string>
 
-#include "cli/macro_check.h"
 #include "host/virtual/memory_services.h"
+#include "program/dry_run.h"
 #include "sim/bench.h"
 
 namespace {

@@ -13,7 +13,7 @@
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
 #include "macro/interpreter.h"
-#include "macro/macro_look.h"
+#include "macro/macro_line.h"
 #include "measure/measure_forms.h"
 #include "sim/bench.h"
 #include "text/lines.h"

@@ -12,7 +12,7 @@
 
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
-#include "macro/macro_look.h"
+#include "macro/macro_line.h"
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
 

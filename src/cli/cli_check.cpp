@@ -2,11 +2,11 @@
 
 #include "cli/console_text.h"
 #include "cli/exit_status.h"
-#include "cli/macro_check.h"
 #include "core/home.h"
 #include "host/native/native_files.h"
 #include "host/path_text.h"
 #include "macro/macro_file.h"
+#include "program/dry_run.h"
 #include "program/home.h"
 
 namespace zento {

@@ -13,12 +13,13 @@
 #include "cli/cli_session.h"
 #include "cli/console_text.h"
 #include "cli/exit_status.h"
-#include "cli/macro_job.h"
 #include "core/track_file.h"
 #include "host/native/native_files.h"
 #include "host/native/termination.h"
 #include "host/path_text.h"
+#include "macro/follow_macro.h"
 #include "macro/macro_file.h"
+#include "program/dry_run.h"
 #include "text/format.h"
 #include "text/lines.h"
 
@@ -134,7 +135,7 @@ int RunMacro(const HeadlessOptions& choice, const MacroRequest& request) {
   MacroVerdict verdict;
   verdict.outcome.end = MacroOutcome::End::kStopped;
   session.Guarded([&] {
-    verdict = FollowMacro(program, text, TextFromPath(request.macro.filename()),
+    verdict = FollowMacro(Unattended(program), text, TextFromPath(request.macro.filename()),
                           on_virtual_time ? kLongestInVirtualTime : kNoLimit, progress);
   });
   if (verdict.endless) WriteError("a measurement does not come to an end; it is ended now");

@@ -81,7 +81,6 @@ bool MacroInterpreter::Start(std::string_view text, const std::string& title) {
   workstation_.end_active_macro = [this] { Stop(); };
   stop_requested_ = false;
   ignore_failures_ = false;
-  measuring_since_ = 0;
   line_ = 0;
   next_ = 0;
   context_.mail = {};
@@ -106,7 +105,7 @@ bool MacroInterpreter::OpenDevices() {
   outcome_.end = MacroOutcome::End::kNotStarted;
   outcome_.why = trouble;
   workstation_.run_log.End(log_entry_, MacroOutcomeText(outcome_));
-  told().RunEnded(outcome_);
+  Observer().RunEnded(outcome_);
   return false;
 }
 
@@ -126,13 +125,12 @@ void MacroInterpreter::Turn() {
   in_turn_ = false;
   if (!active_) return;
   turn_timer_.SetInterval(workstation_.running_flag != 0 ? kWatchMillis : kNextTurnMillis);
-  told().Yielded(line_);
+  Observer().Yielded(line_);
 }
 
 // One pass: true while the next line may follow at once.
 bool MacroInterpreter::Step() {
   if (workstation_.running_flag != 0) return false;
-  if (measuring_since_ != 0) told().MeasurementEnded(std::exchange(measuring_since_, 0));
   if (stop_requested_) {
     Finish(MacroOutcome::End::kStopped);
   } else if (TakeLine() && active_) {
@@ -160,7 +158,7 @@ bool MacroInterpreter::TakeLine() {
 }
 
 void MacroInterpreter::CarryOut(const MacroLine& line) {
-  told().LineBegun(line_, line);
+  Observer().LineBegun(line_, line);
   MacroLineResult result = MacroLineResult::kUnknown;
   switch (line.kind) {
     case MacroLine::Kind::kUnknown:
@@ -176,7 +174,7 @@ void MacroInterpreter::CarryOut(const MacroLine& line) {
       result = Act(line);
       break;
   }
-  told().LineDone(line_, result);
+  Observer().LineDone(line_, line, result);
   if (result == MacroLineResult::kRefused) Finish(MacroOutcome::End::kRefused);
 }
 
@@ -196,9 +194,6 @@ MacroLineResult MacroInterpreter::Act(const MacroLine& line) {
     BeginWait(*wait);
   } else if (std::exchange(context_.send_mail, false)) {
     SendMail();
-  } else if (workstation_.running_flag != 0) {
-    measuring_since_ = line_;
-    told().MeasurementBegun(line_);
   }
   return MacroLineResult::kCarriedOut;
 }
@@ -227,7 +222,7 @@ void MacroInterpreter::BeginWait(std::int32_t millis) {
 void MacroInterpreter::WaitTick() {
   const std::int64_t remaining = wait_millis_ - wait_time_.Read(host_.clock.TickCount());
   if (remaining < 0) EndWait();
-  told().WaitTicked(remaining);
+  Observer().WaitTicked(remaining);
 }
 
 void MacroInterpreter::EndWait() {
@@ -239,7 +234,7 @@ void MacroInterpreter::EndWait() {
 }
 
 // The run does not wait for the mail. What becomes of it is noted by the log, which outlives runs
-// and windows, and told if the interpreter is still there.
+// and windows, and the observer hears of it if the interpreter is still there.
 void MacroInterpreter::SendMail() {
   ignore_failures_ = true;
   const std::weak_ptr<MacroInterpreter*> self = self_;
@@ -247,7 +242,7 @@ void MacroInterpreter::SendMail() {
                                   line = line_, to = context_.mail.address](const Status& sent) {
     log.Event(sent.ok() ? "Mail to " + to + " sent" : "MAIL TO " + to + " NOT SENT: " + sent.why(),
               entry);
-    if (const auto interpreter = self.lock()) (*interpreter)->told().MailEnded(line, sent);
+    if (const auto interpreter = self.lock()) (*interpreter)->Observer().MailEnded(line, sent);
   });
 }
 
@@ -263,7 +258,7 @@ void MacroInterpreter::Finish(MacroOutcome::End end) {
   workstation_.end_active_macro = nullptr;
   lines_.clear();
   workstation_.run_log.End(log_entry_, MacroOutcomeText(outcome_));
-  told().RunEnded(outcome_);
+  Observer().RunEnded(outcome_);
 }
 
 void MacroInterpreter::MakeSafe(MacroOutcome::End end) {
@@ -280,7 +275,6 @@ void MacroInterpreter::MakeSafe(MacroOutcome::End end) {
 void MacroInterpreter::Say(const std::string& message) {
   Log((message.front() == ' ' ? "Message:" : "Message: ") + message);
   host_.dialogs.Message(message);
-  told().MessageShown(message);
 }
 
 void MacroInterpreter::Log(const std::string& text) {

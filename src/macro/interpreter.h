@@ -10,7 +10,7 @@
 #include "devices/instruments.h"
 #include "host/host.h"
 #include "host/timer_queue.h"
-#include "macro/command.h"
+#include "macro/command_table.h"
 #include "macro/macro_line.h"
 #include "measure/run.h"
 
@@ -45,19 +45,15 @@ enum class MacroLineResult {
   kIgnored,  // failed, but a mail was sent before
 };
 
-// Told what a run does, on the window thread. Lines count from 1. An observer may call Stop.
+// Hears what a run does, on the window thread. Lines count from 1. An observer may call Stop.
 class MacroObserver {
  public:
   virtual ~MacroObserver() = default;
+  // Before and after the line has taken effect.
   virtual void LineBegun(int /*line*/, const MacroLine& /*what*/) {}
-  virtual void LineDone(int /*line*/, MacroLineResult /*result*/) {}
-  // A message box that the interpreter itself showed; windows show their own.
-  virtual void MessageShown(const std::string& /*text*/) {}
+  virtual void LineDone(int /*line*/, const MacroLine& /*what*/, MacroLineResult /*result*/) {}
   // The turn is over: other things are served. `line` is the one carried out last.
   virtual void Yielded(int /*line*/) {}
-  virtual void MeasurementBegun(int /*line*/) {}
-  // Not told of a measurement that outlives the run.
-  virtual void MeasurementEnded(int /*line*/) {}
   // What became of the mail that a line sent: also long after the line, and after the run's end.
   virtual void MailEnded(int /*line*/, const Status& /*how*/) {}
   // Every 500 ms of a wait; at most 0 the last time.
@@ -87,7 +83,7 @@ class MacroInterpreter {
 
   // Opens what the settings name, shows the power window when there are outlets, and begins with
   // the first line in the next turn. False when the run does not start: a device did not open
-  // (said, and told as kNotStarted), or a macro is active already (nothing is said).
+  // (said, and reported as kNotStarted), or a macro is active already (nothing is said).
   // `title` names the macro in the run log.
   bool Start(std::string_view text, const std::string& title = {});
 
@@ -123,7 +119,7 @@ class MacroInterpreter {
   void MakeSafe(MacroOutcome::End end);
   void Say(const std::string& message);
   void Log(const std::string& text);
-  MacroObserver& told() { return observer != nullptr ? *observer : nobody_; }
+  MacroObserver& Observer() { return observer != nullptr ? *observer : nobody_; }
 
   Workstation& workstation_;
   Host& host_;
@@ -138,7 +134,6 @@ class MacroInterpreter {
   bool waiting_ = false;
   bool ignore_failures_ = false;
   std::int16_t debug_mode_ = 0;
-  int measuring_since_ = 0;  // the line that began the measurement; 0 = none
   int line_ = 0;
 
   std::vector<std::string> lines_;

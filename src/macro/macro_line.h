@@ -4,7 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "macro/command.h"
+#include "host/controls.h"
+#include "macro/command_table.h"
 
 namespace zento {
 
@@ -33,5 +34,12 @@ std::string MacroLineMessage(const MacroLine& line, int number);
 
 // The same for a command whose window this program does not have.
 std::string MissingWindowMessage(std::string_view command, int number);
+
+// How the editor shows a line of a macro: commands, numbers and comments coloured, and the message
+// with which a run would refuse it. `number` counts from 1.
+LineLook LookOfMacroLine(std::string_view line, int number);
+
+// What helps with the line at the caret: that message, else how its command is written.
+std::string HelpForMacroLine(std::string_view line, int number);
 
 }  // namespace zento

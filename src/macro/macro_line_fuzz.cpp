@@ -7,7 +7,6 @@
 
 #include "macro/macro_file.h"
 #include "macro/macro_line.h"
-#include "macro/macro_look.h"
 #include "text/lines.h"
 
 namespace {

@@ -7,7 +7,6 @@
 #include <sstream>
 #include <string>
 
-#include "macro/macro_look.h"
 #include "macro/templates.h"
 #include "text/lines.h"
 

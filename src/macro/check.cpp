@@ -1,21 +1,24 @@
-#include "cli/macro_inspector.h"
+#include "macro/check.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdint>
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <utility>
 
 #include "devices/calibration.h"
 #include "devices/function_generator.h"
+#include "devices/power_form.h"
+#include "host/mail_settings.h"
 #include "host/mail_text.h"
 #include "host/path_text.h"
-#include "text/lines.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
 
-constexpr int kOutlets = 5;
+constexpr std::int64_t kLongestMeasurement = std::int64_t{72} * 3600 * 1'000'000;  // us
 
 // A window's box and what it holds, at the start of a run.
 struct Box {
@@ -50,32 +53,70 @@ bool IsNumber(Conversion conversion) {
   return conversion != Conversion::kWord && conversion != Conversion::kWords;
 }
 
-// The words of a line as its command takes them.
-std::vector<std::string> Words(std::string_view line) {
-  const std::size_t first = line.find_first_not_of(' ');
-  std::vector<std::string> words;
-  if (first == line.npos) return words;
-  line = line.substr(first, line.find_last_not_of(' ') - first + 1);
-  for (std::size_t blank = 0; blank != line.npos;) {
-    blank = line.find(' ');
-    words.emplace_back(line.substr(0, blank));
-    if (blank != line.npos) line.remove_prefix(blank + 1);
-  }
-  return words;
+// Why no mail at all would be sent.
+std::string MailProblem(const std::filesystem::path& home, Files& files) {
+  const auto bytes = files.Read(MailSettingsPath(home));
+  if (!bytes.ok()) return "there is no Mail.txt in the home";
+  const auto settings = ParseMailSettings(bytes.value());
+  return settings.ok() ? std::string() : "Mail.txt: " + settings.why();
 }
 
-}  // namespace
+// Follows a dry run and notes, line by line, what a person would want to know before the night.
+class MacroInspector : public MacroFollower {
+ public:
+  // `check` is filled in.
+  MacroInspector(const UnattendedProgram& program, MacroCheck& check);
 
-MacroInspector::MacroInspector(MainProgram& program, Host& host, std::string_view text,
-                               std::string mail_problem, MacroCheck& check)
-    : workstation_(program.workstation()),
-      host_(host),
+  void LineBegun(int line, const MacroLine& what) override;
+  void LineDone(int line, const MacroLine& what, MacroLineResult result) override;
+  void MeasurementBegun(int line, const std::string& what) override;
+  void MeasurementEnded(int line, const RunReport& report) override;
+  void MessageShown(int line, const std::string& text) override;
+
+  // The run is over: closes what is still open.
+  void Finish();
+
+ private:
+  // A number that a line put into a control, and what stood there afterwards.
+  struct Asked {
+    int line = 0;
+    std::string_view command;
+    std::string became;
+  };
+  using Place = std::pair<std::string, std::string>;  // window, control
+
+  std::int64_t Now() const;
+  void Problem(int line, std::string text);
+  void Note(int line, std::string text);
+  double NumberIn(const char* form, const char* control, int index = -1) const;
+
+  void CloseWait();
+  void CheckWords(int line, const MacroLine& what);
+  void CheckLimits(int line, const MacroLine& what);
+  void CheckAction(int line, const MacroLine& what);
+  void CheckOverwritten(int line, const std::string& window);
+  void CheckProgramme(int line, const std::string& form);
+  void CheckPotential(int line, double volts);
+  void CheckRotation(int line, double rpm);
+  void CheckMail(int line);
+  void CheckMethod(int line, const std::string& form);
+
+  Workstation& workstation_;
+  Host& host_;
+  MacroCheck& check_;
+  const std::int64_t began_;               // us, on the host's clock
+  const MacroCommand* command_ = nullptr;  // of the line being carried out
+  std::map<Place, Asked> asked_;
+  std::string mail_address_;
+  bool waiting_ = false;
+  bool measuring_ = false;
+};
+
+MacroInspector::MacroInspector(const UnattendedProgram& program, MacroCheck& check)
+    : workstation_(program.workstation),
+      host_(program.host),
       check_(check),
-      mail_problem_(std::move(mail_problem)),
-      began_(host.clock.Micros()) {
-  std::string_view line;
-  for (LineReader lines(text); lines.Next(line);) lines_.emplace_back(line);
-}
+      began_(program.host.clock.Micros()) {}
 
 std::int64_t MacroInspector::Now() const {
   return (host_.clock.Micros() - began_ + 500) / 1000;
@@ -89,13 +130,6 @@ void MacroInspector::Note(int line, std::string text) {
   check_.findings.push_back({line, false, std::move(text)});
 }
 
-Control* MacroInspector::ControlFor(const MacroEntry& entry, std::size_t argument) const {
-  const char* const name = entry.controls.at(argument);
-  const Form* form = host_.desktop.Find(entry.form);
-  if (name == nullptr || form == nullptr) return nullptr;
-  return form->Find(name, entry.array ? static_cast<int>(argument) : -1);
-}
-
 double MacroInspector::NumberIn(const char* form, const char* control, int index) const {
   const Form* window = host_.desktop.Find(form);
   const Control* box = window != nullptr ? window->Find(control, index) : nullptr;
@@ -104,6 +138,7 @@ double MacroInspector::NumberIn(const char* form, const char* control, int index
 
 void MacroInspector::LineBegun(int line, const MacroLine& what) {
   CloseWait();
+  command_ = what.command;
   if (what.kind == MacroLine::Kind::kCommand && what.command->kind == CommandKind::kWait) {
     waiting_ = true;
     check_.steps.push_back({line, Now(), 0, false, false, "Wait"});
@@ -123,41 +158,38 @@ void MacroInspector::LineDone(int line, const MacroLine& what, MacroLineResult r
     return;
   }
   CheckWords(line, what);
-  if (const MacroEntry* entry = FindMacroEntry(what.name)) {
-    CheckEntry(line, what, *entry);
-  } else {
-    CheckAction(line, what);
-  }
+  CheckLimits(line, what);
+  CheckAction(line, what);
 }
 
 // Numbers are read leniently, which a slip of the finger should not hide behind.
 void MacroInspector::CheckWords(int line, const MacroLine& what) {
-  const auto words = Words(lines_.at(static_cast<std::size_t>(line) - 1));
-  for (std::size_t i = 0; i < what.command->arguments.size() && i + 1 < words.size(); ++i) {
+  for (std::size_t i = 0; i < what.arguments.size(); ++i) {
     if (!IsNumber(what.command->arguments[i])) continue;
-    const auto value = ParseStrict(words[i + 1]);
+    const std::string word(what.arguments[i].word);
+    const auto value = ParseStrict(word);
     const double counts = what.arguments[i].number;
     if (!value) {
-      Problem(line, "\"" + words[i + 1] + "\" is no number: " + PlainNumber(counts) + " counts");
+      Problem(line, "\"" + word + "\" is no number: " + PlainNumber(counts) + " counts");
     } else if (*value != counts) {
-      Note(line, words[i + 1] + " is rounded to " + PlainNumber(counts));
+      Note(line, word + " is rounded to " + PlainNumber(counts));
     }
   }
 }
 
-void MacroInspector::CheckEntry(int line, const MacroLine& what, const MacroEntry& entry) {
-  form_ = entry.form;
-  for (std::size_t i = 0; i < what.arguments.size() && i < entry.controls.size(); ++i) {
-    const Control* control = ControlFor(entry, i);
-    if (control == nullptr) return;
-    const std::string became = control->Value();
+// The window puts numbers out of its range right without a word.
+void MacroInspector::CheckLimits(int line, const MacroLine& what) {
+  if (what.command->controls == nullptr) return;
+  const auto controls = what.command->controls(host_.desktop);
+  for (std::size_t i = 0; i < what.arguments.size() && i < controls.size(); ++i) {
+    const std::string became = controls[i]->Value();
     const double wanted = what.arguments[i].number;
     if (ParseLenient(became) != wanted) {
       Problem(line,
               std::string(what.name) + ": " + PlainNumber(wanted) + " is limited to " + became);
     }
-    if (entry.moves_on) continue;
-    asked_[{entry.form, control->Address()}] = {line, std::string(what.name), became};
+    if (what.command->moves_on) continue;
+    asked_[{what.command->window, controls[i]->Address()}] = {line, what.command->name, became};
   }
 }
 
@@ -171,54 +203,54 @@ void MacroInspector::CheckAction(int line, const MacroLine& what) {
   } else if (name == "Motor.On") {
     CheckRotation(line, what.arguments[0].number);
   } else if (name == "Power") {
+    constexpr auto kOutlets = static_cast<double>(PowerForm::kOutlets);
     const double channel = what.arguments[0].number;
     if (workstation_.settings.PowerControl <= 0) {
       Problem(line, "there are no outlets that could be switched");
     } else if (channel < 0 || channel >= kOutlets) {
-      Problem(line, "there is no outlet " + PlainNumber(channel) + ": they are numbered 0 to 4");
+      Problem(line, "there is no outlet " + PlainNumber(channel) + ": they are numbered 0 to " +
+                        PlainNumber(kOutlets - 1));
     }
   } else if (name == "Sound") {
     if (!host_.files.Exists(PathFromText(what.arguments[0].text))) {
       Note(line, "there is no sound file " + what.arguments[0].text);
     }
   } else if (name == "Mail.Address") {
-    mail_.address = what.arguments[0].text;
+    mail_address_ = what.arguments[0].text;
   } else if (name == "Mail.Send") {
     CheckMail(line);
   }
 }
 
 void MacroInspector::CheckMail(int line) {
-  if (!IsMailAddress(mail_.address)) {
-    Problem(line, "the mail would not be sent: \"" + mail_.address + "\" is no mail address");
+  if (!IsMailAddress(mail_address_)) {
+    Problem(line, "the mail would not be sent: \"" + mail_address_ + "\" is no mail address");
   }
-  if (!mail_problem_.empty()) Problem(line, "the mail would not be sent: " + mail_problem_);
+  const std::string why = MailProblem(workstation_.home, host_.files);
+  if (!why.empty()) Problem(line, "the mail would not be sent: " + why);
 }
 
 void MacroInspector::MeasurementBegun(int line, const std::string& what) {
   measuring_ = true;
   check_.steps.push_back({line, Now(), 0, true, false, what});
-  const auto command = Words(lines_.at(static_cast<std::size_t>(line) - 1)).front();
-  // The window that the command is about, also when no line has set anything in it.
-  for (const char* const prefix : {"CV.", "RDE.", "PS.", "RPMvsi."}) {
-    if (command.rfind(prefix, 0) != 0) continue;
-    form_ = FindMacroEntry(std::string(prefix) + "RecordTrack")->form;
-  }
-  CheckOverwritten(line, form_);
-  CheckProgramme(line, form_);
-  CheckMethod(line, form_);
+  const char* const window = command_->window;
+  if (window == nullptr) return;
+  CheckOverwritten(line, window);
+  CheckProgramme(line, window);
+  CheckMethod(line, window);
 }
 
 // The values that lines have set must be those that the run begins with.
-void MacroInspector::CheckOverwritten(int line, const std::string& form) {
-  const Form* window = host_.desktop.Find(form);
-  if (window == nullptr) return;
+void MacroInspector::CheckOverwritten(int line, const std::string& window) {
+  const Form* const form = host_.desktop.Find(window);
+  if (form == nullptr) return;
   for (auto& [place, asked] : asked_) {
-    if (place.first != form) continue;
-    for (const Control* control : window->controls()) {
+    if (place.first != window) continue;
+    for (const Control* control : form->controls()) {
       if (control->Address() != place.second || control->Value() == asked.became) continue;
-      Problem(line, "the run begins with " + control->Value() + " where " + asked.command +
-                        " of line " + std::to_string(asked.line) + " had set " + asked.became);
+      Problem(line, "the run begins with " + control->Value() + " where " +
+                        std::string(asked.command) + " of line " + std::to_string(asked.line) +
+                        " had set " + asked.became);
       asked.became = control->Value();
     }
   }
@@ -319,6 +351,27 @@ void MacroInspector::Finish() {
   check_.total = Now();
   if (measuring_) check_.steps.back().takes = Now() - check_.steps.back().begins;
   std::ranges::sort(check_.tracks, {}, &MacroCheck::Written::track);
+}
+
+}  // namespace
+
+bool MacroCheck::Clean() const {
+  return verdict.Clean() &&
+         std::none_of(findings.begin(), findings.end(), [](const Finding& f) { return f.problem; });
+}
+
+MacroCheck CheckMacroOn(const UnattendedProgram& program, std::string_view text,
+                        const std::string& title) {
+  MacroCheck check;
+  MacroInspector inspector(program, check);
+  for (const std::string& message : program.take_messages()) inspector.MessageShown(0, message);
+  check.verdict = FollowMacro(program, text, title, kLongestMeasurement, inspector);
+  inspector.Finish();
+  if (check.verdict.endless) {
+    check.findings.push_back(
+        {check.verdict.outcome.line, true, "the measurement does not come to an end"});
+  }
+  return check;
 }
 
 }  // namespace zento

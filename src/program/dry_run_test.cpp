@@ -1,4 +1,4 @@
-#include "cli/macro_check.h"
+#include "program/dry_run.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "cli/macro_job.h"
+#include "macro/follow_macro.h"
 
 #include <utility>
 
@@ -7,15 +7,14 @@ namespace {
 
 class Job : private MacroObserver {
  public:
-  Job(HeadlessProgram& program, MacroFollower& follower)
-      : workstation_(program.workstation()),
-        host_(program.host()),
-        dialogs_(program.dialogs()),
+  Job(const UnattendedProgram& program, MacroFollower& follower)
+      : program_(program),
+        workstation_(program.workstation),
         follower_(follower),
-        interpreter_(workstation_, host_, program.program().instruments()) {
+        interpreter_(workstation_, program.host, program.instruments) {
     interpreter_.observer = this;
     workstation_.run_begun = [this](const std::string& what) {
-      measuring_since_ = host_.clock.Micros();
+      measuring_since_ = program_.host.clock.Micros();
       follower_.MeasurementBegun(interpreter_.Line(), what);
     };
     workstation_.run_ended = [this](const RunReport& report) {
@@ -23,7 +22,7 @@ class Job : private MacroObserver {
     };
   }
   ~Job() override {
-    // Stopping, it would tell what is going away.
+    // Stopping, it would report to what is going away.
     interpreter_.observer = nullptr;
     workstation_.run_begun = nullptr;
     workstation_.run_ended = nullptr;
@@ -31,22 +30,21 @@ class Job : private MacroObserver {
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
 
-  MacroVerdict Run(EventLoop& loop, std::string_view text, const std::string& title,
-                   std::int64_t longest) {
+  MacroVerdict Run(std::string_view text, const std::string& title, std::int64_t longest) {
     interpreter_.Start(text, title);
     const auto over = [&] {
-      TellMessages();
+      PassMessages();
       verdict_.endless = workstation_.end_active_run != nullptr &&
-                         host_.clock.Micros() - measuring_since_ > longest;
+                         program_.host.clock.Micros() - measuring_since_ > longest;
       return verdict_.endless || Idle();
     };
     for (Waited waited = Waited::kTimeout; waited == Waited::kTimeout;) {
-      waited = loop.RunUntil(over, kSlice);
+      waited = program_.loop.RunUntil(over, kSlice);
       verdict_.interrupted = waited == Waited::kInterrupted;
       verdict_.endless |= waited == Waited::kNothingArmed;
     }
     if (verdict_.interrupted || verdict_.endless) interpreter_.Stop();
-    TellMessages();
+    PassMessages();
     return std::move(verdict_);
   }
 
@@ -54,24 +52,25 @@ class Job : private MacroObserver {
   static constexpr std::int64_t kSlice = std::int64_t{3600} * 1'000'000;
 
   bool Idle() const {
-    return !interpreter_.Active() && workstation_.running_flag == 0 && host_.mail.UnderWay() == 0;
+    return !interpreter_.Active() && workstation_.running_flag == 0 &&
+           program_.host.mail.UnderWay() == 0;
   }
 
-  void TellMessages() {
-    for (const std::string& message : dialogs_.TakeMessages()) {
+  void PassMessages() {
+    for (const std::string& message : program_.take_messages()) {
       ++verdict_.messages;
       follower_.MessageShown(interpreter_.Line(), message);
     }
   }
 
+  // What was shown since the line before belongs to that one.
   void LineBegun(int line, const MacroLine& what) override {
-    TellMessages();  // of the line before
-    what_ = &what;
+    PassMessages();
     follower_.LineBegun(line, what);
   }
-  void LineDone(int line, MacroLineResult result) override {
-    follower_.LineDone(line, *what_, result);
-    TellMessages();
+  void LineDone(int line, const MacroLine& what, MacroLineResult result) override {
+    follower_.LineDone(line, what, result);
+    PassMessages();
   }
   void MailEnded(int line, const Status& how) override {
     if (!how.ok()) ++verdict_.failed_mails;
@@ -79,14 +78,12 @@ class Job : private MacroObserver {
   }
   void RunEnded(const MacroOutcome& outcome) override { verdict_.outcome = outcome; }
 
+  const UnattendedProgram& program_;
   Workstation& workstation_;
-  Host& host_;
-  VirtualDialogs& dialogs_;
   MacroFollower& follower_;
   MacroInterpreter interpreter_;
   MacroVerdict verdict_;
-  const MacroLine* what_ = nullptr;  // the line being carried out
-  std::int64_t measuring_since_ = 0;
+  std::int64_t measuring_since_ = 0;  // us, on the program's clock
 };
 
 std::string Counted(int count, const char* what) {
@@ -102,9 +99,10 @@ std::string VerdictText(const MacroVerdict& verdict) {
   return text;
 }
 
-MacroVerdict FollowMacro(HeadlessProgram& program, std::string_view text, const std::string& title,
-                         std::int64_t longest_measurement_micros, MacroFollower& follower) {
-  return Job(program, follower).Run(program.loop(), text, title, longest_measurement_micros);
+MacroVerdict FollowMacro(const UnattendedProgram& program, std::string_view text,
+                         const std::string& title, std::int64_t longest_measurement_micros,
+                         MacroFollower& follower) {
+  return Job(program, follower).Run(text, title, longest_measurement_micros);
 }
 
 }  // namespace zento

@@ -1,41 +1,15 @@
-#include "cli/macro_check.h"
+// What a check found, for a person.
 
 #include <algorithm>
-#include <utility>
+#include <cstddef>
+#include <cstdint>
+#include <string>
 
-#include "cli/macro_inspector.h"
-#include "core/home.h"
 #include "core/run_log.h"
-#include "core/settings_file.h"
-#include "host/mail_settings.h"
-#include "program/headless_program.h"
+#include "macro/check.h"
 
 namespace zento {
 namespace {
-
-constexpr std::int64_t kLongestMeasurement = std::int64_t{72} * 3600 * 1'000'000;
-
-// The bench as it would have to be for the home's settings to find it.
-sim::Parameters ParametersFor(const CheckQuestion& question, Files& files) {
-  sim::Parameters parameters = question.cell;
-  const auto bytes = files.Read(SettingsPath(question.home));
-  Settings settings;
-  if (!bytes.ok() || !ParseSettings(bytes.value(), settings).ok()) return parameters;
-  // Without a generator somebody has set up the potentiostat to sweep by itself.
-  if (settings.GPIBControl <= 0) parameters.own = 1;
-  const std::string address = std::to_string(settings.GPIBAddress);
-  // An address that the bench does not take is one that no instrument has either.
-  static_cast<void>(sim::Set(parameters, "gpib_address", address));
-  return parameters;
-}
-
-// Why no mail at all would be sent.
-std::string MailProblem(const std::filesystem::path& home, Files& files) {
-  const auto bytes = files.Read(MailSettingsPath(home));
-  if (!bytes.ok()) return "there is no Mail.txt in the home";
-  const auto settings = ParseMailSettings(bytes.value());
-  return settings.ok() ? std::string() : "Mail.txt: " + settings.why();
-}
 
 // h:mm:ss
 std::string ClockText(std::int64_t millis) {
@@ -76,31 +50,6 @@ std::string Totals(const MacroCheck& check) {
 }
 
 }  // namespace
-
-bool MacroCheck::Clean() const {
-  return verdict.Clean() &&
-         std::none_of(findings.begin(), findings.end(), [](const Finding& f) { return f.problem; });
-}
-
-Result<MacroCheck> CheckMacro(const CheckQuestion& question, Files& files) {
-  const sim::Parameters parameters = ParametersFor(question, files);
-  const std::string mail_problem = MailProblem(question.home, files);
-  HeadlessProgram program(
-      {.program = {.simulated = parameters, .home = question.home}, .files = &files, .dry = true});
-  if (Status started = program.Start(); !started.ok()) return started;
-
-  MacroCheck check;
-  MacroInspector inspector(program.program(), program.host(), question.text, mail_problem, check);
-  for (const std::string& text : program.dialogs().TakeMessages()) inspector.MessageShown(0, text);
-  check.verdict =
-      FollowMacro(program, question.text, question.title, kLongestMeasurement, inspector);
-  inspector.Finish();
-  if (check.verdict.endless) {
-    check.findings.push_back(
-        {check.verdict.outcome.line, true, "the measurement does not come to an end"});
-  }
-  return check;
-}
 
 std::string FormatCheck(const MacroCheck& check) {
   std::string out = "  line  begins at      takes  what\n";

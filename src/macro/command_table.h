@@ -12,6 +12,8 @@
 
 #include "core/workstation.h"
 #include "devices/instruments.h"
+#include "host/control.h"
+#include "host/desktop.h"
 #include "host/host.h"
 #include "host/mail.h"
 
@@ -33,6 +35,7 @@ enum class Conversion : std::uint8_t {
 struct MacroArgument {
   double number = 0;
   std::string text;
+  std::string_view word = {};  // as it stands in the line
 };
 using MacroArguments = std::span<const MacroArgument>;
 
@@ -87,6 +90,9 @@ class Conversions {
 };
 
 using MacroAction = ActionResult (*)(MacroContext&, MacroArguments);
+// The controls that hold the command's numbers, in the order of its arguments; empty while the
+// window is not loaded.
+using ControlsOfCommand = std::vector<const Control*> (*)(const Desktop&);
 
 // One command of the macro language. The row is all there is to it: parsing, checking, marking and
 // carrying out go by the table.
@@ -98,6 +104,12 @@ struct MacroCommand {
   DryRule dry;
   // How the command is written, said when it is written wrongly; empty when it cannot be.
   std::string_view usage;
+  // The measurement window that the command is about, null when none.
+  const char* window = nullptr;
+  // Null when the command sets no number of its window.
+  ControlsOfCommand controls = nullptr;
+  // The window goes on with another value of its own after each run.
+  bool moves_on = false;
 };
 
 // All commands, in the order of the documentation.

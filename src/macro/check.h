@@ -1,15 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "cli/macro_job.h"
-#include "host/services.h"
-#include "sim/parameters.h"
-#include "text/status.h"
+#include "macro/follow_macro.h"
 
 namespace zento {
 
@@ -44,19 +40,11 @@ struct MacroCheck {
   bool Clean() const;
 };
 
-struct CheckQuestion {
-  std::string text;            // of the macro
-  std::string title;           // for messages
-  std::filesystem::path home;  // its settings and calibration are read, nothing is written
-  sim::Parameters cell;        // what the simulated bench measures
-};
-
-// Runs a macro in virtual time on a simulated bench, with the settings of the home, or those of a
-// fresh bench when there are none. Instruments that the settings name are taken to be there and to
-// work; the generator is taken to listen at the address that is set, and without one
-// the potentiostat to sweep by itself. No file is written, no mail
-// sent, no instrument touched. Fails when the program does not start with these settings.
-Result<MacroCheck> CheckMacro(const CheckQuestion& question, Files& files);
+// Runs a macro on a program that has just been started in virtual time on a simulated bench, and
+// notes, line by line, what a person would want to know before the night. What starting the program
+// already showed counts as well. A measurement of more than 72 hours does not end.
+MacroCheck CheckMacroOn(const UnattendedProgram& program, std::string_view text,
+                        const std::string& title);
 
 // For a person, lines ended by "\n".
 std::string FormatCheck(const MacroCheck& check);
