@@ -50,6 +50,7 @@ class FiveChannels : public MeasureForm {
     plot_.Begin("Voltammogram", {-1, -1, 1, 1}, kLook);
     StartRecording();
   }
+  Plan CurrentPlan() const override { return {}; }
   void RunTick() { timer_.on_tick(); }
   bool Full() const { return PointIndex() > 20000; }
 

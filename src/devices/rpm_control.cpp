@@ -17,6 +17,14 @@ constexpr double kMostVolts = 5.0;
 
 }  // namespace
 
+std::optional<double> RateAsApplied(const Workstation& workstation, double rpm) {
+  if (workstation.settings.DABoard == 0) return std::nullopt;
+  const auto& calibration = workstation.rpm_calibration;
+  const std::optional<MotorPoint> point = InterpolateCalibration(calibration, rpm);
+  const bool off = workstation.settings.PowerControl > 0 && rpm < LowestRate(calibration);
+  return point && !off ? point->rpm : 0;
+}
+
 void RpmControl::SetRotation(std::int32_t& rpm) {
   double rate = rpm;
   SetRate(rate);

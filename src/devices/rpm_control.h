@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "core/workstation.h"
 #include "devices/analog_output.h"
@@ -42,5 +43,9 @@ class RpmControl {
   AnalogOutput& output_;
   DigitalOutput& outlets_;
 };
+
+// The rate (rpm) at which the motor turns once it is told `rpm`: after the calibration's limits, 0
+// when it is switched off, nothing when the settings name no rotation control.
+std::optional<double> RateAsApplied(const Workstation& workstation, double rpm);
 
 }  // namespace zento

@@ -75,8 +75,9 @@ std::int32_t frmMeasureCV::CompletePlan(SweepPlan& plan) {
 std::vector<RunParameter> frmMeasureCV::Parameters() const {
   std::vector<RunParameter> parameters = SweepParameters();
   parameters.insert(parameters.begin() + 2, {"Setting", setting_});
-  parameters.insert(parameters.end() - 1, {"Scales", PlainNumber(Plan().x_scale) + " V/V, " +
-                                                         PlainNumber(Plan().disk_scale) + " A/V"});
+  parameters.insert(parameters.end() - 1,
+                    {"Scales", PlainNumber(SweepValues().x_scale) + " V/V, " +
+                                   PlainNumber(SweepValues().disk_scale) + " A/V"});
   return parameters;
 }
 

@@ -64,11 +64,11 @@ void frmMeasureCV::MonitorTick() {
 
 void frmMeasureCV::ShowEmptyGraphs() {
   progress_ = {};
-  plot_.Begin("Cyclic Voltammogram", EmptyRange(Plan().disk_scale), kEmptyLook);
+  plot_.Begin("Cyclic Voltammogram", EmptyRange(SweepValues().disk_scale), kEmptyLook);
 }
 
 bool frmMeasureCV::ReadPoint(std::int64_t& elapsed) {
-  const SweepPlan& plan = Plan();
+  const SweepPlan& plan = SweepValues();
   elapsed = ReadTime();
   std::array<double, 2> sums{};
   if (!ReadSums(kChannels, plan.rounds, sums)) {
@@ -83,7 +83,7 @@ void frmMeasureCV::Record(std::int64_t elapsed) {
   const std::int32_t index = PointIndex();
   const AcquiredPoint& point = Point(index);
   const bool changed = plot_.Include(point[0], point[1]);
-  if (Plan().sampling_rate < kLiveDrawingBelow) {
+  if (SweepValues().sampling_rate < kLiveDrawingBelow) {
     if (changed) {
       DrawCurve();
     } else {

@@ -116,6 +116,19 @@ void frmMultipotentiostat::StartMeasurement() {
   MMTimer.SetEnabled(true);
 }
 
+Plan frmMultipotentiostat::CurrentPlan() const {
+  Plan plan;
+  plan.technique = "Multichannel monitor";
+  plan.end = CurrentMethod() == kByTime ? PlannedEnd::kTime : PlannedEnd::kPerson;
+  if (plan.end == PlannedEnd::kTime) plan.duration = plan_.limit;
+  plan.sampling_rate = plan_.sampling_rate;
+  plan.interval = PeriodRounded(plan_.sampling_rate);
+  plan.rounds = plan_.rounds;
+  plan.points = PlanPoints(plan);
+  plan.last_target = static_cast<int>(kElectrodes) - 1;
+  return plan;
+}
+
 // Tracks 0 to 9 are about to be replaced. What stands in no file is kept in one first; false, and
 // the person told, when that fails.
 bool frmMultipotentiostat::KeepOldTracks() {

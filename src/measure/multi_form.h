@@ -48,6 +48,7 @@ class frmMultipotentiostat : public MeasureForm {
   Timer MMTimer{*this, "MMTimer"};
 
   bool Load() override;
+  Plan CurrentPlan() const override;
   LayoutNode Layout() override;
 
   void StartMeasurement();
@@ -72,7 +73,7 @@ class frmMultipotentiostat : public MeasureForm {
     std::array<double, kChannels> scale{};
   };
   // What a run was started with.
-  struct Plan {
+  struct MonitorPlan {
     Wiring wiring;
     double sampling_rate = 0;
     std::int32_t rounds = 0;  // 0: ticks do nothing
@@ -110,7 +111,7 @@ class frmMultipotentiostat : public MeasureForm {
   VoltageMonitor monitor_;
   LivePlot plot_;
   Wiring wiring_;
-  Plan plan_;
+  MonitorPlan plan_;
   std::int64_t elapsed_ = 0;  // ms, of the last tick
   bool fresh_ = false;        // the slot of the next point holds a reading
   std::vector<double> time_;  // ms

@@ -57,10 +57,10 @@ std::int32_t frmMeasureRDE::CompletePlan(SweepPlan& plan) {
 std::vector<RunParameter> frmMeasureRDE::Parameters() const {
   std::vector<RunParameter> parameters = SweepParameters();
   const auto value = [](double number, const char* unit) { return PlainNumber(number) + unit; };
+  parameters.push_back({"Disk scales", value(SweepValues().x_scale, " V/V, ") +
+                                           value(SweepValues().disk_scale, " A/V")});
   parameters.push_back(
-      {"Disk scales", value(Plan().x_scale, " V/V, ") + value(Plan().disk_scale, " A/V")});
-  parameters.push_back(
-      {"Ring scales", value(ring_x_scale_, " V/V, ") + value(Plan().ring_scale, " A/V")});
+      {"Ring scales", value(ring_x_scale_, " V/V, ") + value(SweepValues().ring_scale, " A/V")});
   parameters.push_back({"Rotation signal", value(rpm_scale_, " rpm/V")});
   return parameters;
 }

@@ -74,13 +74,13 @@ void frmMeasureRDE::ShowMeasured(double rpm) {
 }
 
 void frmMeasureRDE::ShowEmptyGraphs() {
-  disk_plot_.Begin("Disk Voltammogram", EmptyRange(Plan().disk_scale), kLook);
-  ring_plot_.Begin("Ring Voltammogram(x axis = Disk Voltage)", EmptyRange(Plan().ring_scale),
+  disk_plot_.Begin("Disk Voltammogram", EmptyRange(SweepValues().disk_scale), kLook);
+  ring_plot_.Begin("Ring Voltammogram(x axis = Disk Voltage)", EmptyRange(SweepValues().ring_scale),
                    kLook);
 }
 
 bool frmMeasureRDE::ReadPoint(std::int64_t& elapsed) {
-  const SweepPlan& plan = Plan();
+  const SweepPlan& plan = SweepValues();
   std::array<double, 5> sums{};
   const bool read = ReadSums(kChannels, plan.rounds, sums);
   elapsed = ReadTime();
@@ -139,7 +139,7 @@ void frmMeasureRDE::LogRotation() {
 void frmMeasureRDE::Draw(const AcquiredPoint& point) {
   const bool disk_changed = disk_plot_.Include(point[0], point[1]);
   const bool ring_changed = ring_plot_.Include(point[0], point[2]);
-  if (Plan().sampling_rate >= kLiveDrawingBelow) return;
+  if (SweepValues().sampling_rate >= kLiveDrawingBelow) return;
   if (disk_changed) DrawDisk();
   disk_plot_.Point(point[0], point[1], QBColor(kDiskColour));
   if (ring_changed) DrawRing();

@@ -104,6 +104,28 @@ void frmMeasureRPMvsj::Programme() {
   StartGenerator();
 }
 
+Plan frmMeasureRPMvsj::CurrentPlan() const {
+  Plan plan;
+  plan.technique = "Rotation-rate sweep";
+  plan.generator = plan_.generator;
+  plan.potentials = {{plan_.potential, PotentialAsSent(plan_.potential)}};
+  plan.rotation = {PlanRate(plan_.ramp.start)};
+  plan.retain_seconds = plan_.retain_seconds;
+  plan.end = plan_.mode == kByLimit ? PlannedEnd::kRate : PlannedEnd::kPerson;
+  if (plan_.mode == kRamp) {
+    plan.rotation.push_back(PlanRate(plan_.ramp.end));
+    plan.ramp_speed = plan_.ramp.speed;
+    plan.end = PlannedEnd::kTime;
+    plan.duration = plan_.ramp.DurationMillis();
+  }
+  plan.sampling_rate = plan_.rate;
+  plan.interval = PeriodRounded(plan_.rate);
+  plan.rounds = plan_.rounds;
+  plan.points = PlanPoints(plan);
+  plan.first_target = plan.last_target = target_.number();
+  return plan;
+}
+
 // By the button nothing is known of the rates: the range grows from next to nothing.
 void frmMeasureRPMvsj::ShowEmptyGraph() {
   const double y = 0.01 * plan_.y_scale;

@@ -67,6 +67,7 @@ class frmMeasureRPMvsj : public MeasureForm {
   Timer RPjTimer{*this, "RPjTimer"};
 
   bool Load() override;
+  Plan CurrentPlan() const override;
   LayoutNode Layout() override;
 
   // What macros call. Each puts its value into the control, limited as a person's entry is.
@@ -93,7 +94,7 @@ class frmMeasureRPMvsj : public MeasureForm {
 
  private:
   // What a run was started with.
-  struct Plan {
+  struct RatePlan {
     int mode = 0;
     double x_scale = 1;    // V/V
     double y_scale = 1;    // A/V
@@ -133,7 +134,7 @@ class frmMeasureRPMvsj : public MeasureForm {
   TargetTrack target_;
   VoltageMonitor monitor_;
   LivePlot plot_;
-  Plan plan_;
+  RatePlan plan_;
   std::optional<double> initial_;  // rpm, a multiple of 5; none until a reading succeeds
   double time_zero_ = 0;           // ms of ReadTime() from which points count their time
 };

@@ -167,6 +167,11 @@ bool MeasureForm::BeginRun() {
   return true;
 }
 
+std::optional<std::int64_t> MeasureForm::PlanPoints(const Plan& plan) {
+  if (!plan.duration) return std::nullopt;
+  return *plan.duration / plan.interval + 1;
+}
+
 void MeasureForm::LogBegin(const std::string& what) {
   what_ = what;
   log_entry_ = workstation_.run_log.Begin(what, Parameters());

@@ -14,6 +14,7 @@
 #include "host/form.h"
 #include "host/host.h"
 #include "host/timer.h"
+#include "measure/plan.h"
 
 namespace zento {
 
@@ -70,6 +71,8 @@ class MeasureForm : public Form {
   void Unload() override;
 
   bool Measuring() const { return measuring_; }
+  // The plan of the run that goes on, or of the last one.
+  virtual Plan CurrentPlan() const = 0;
 
  protected:
   MeasureForm(Workstation& workstation, Host& host, Instruments& instruments, std::string name,
@@ -163,6 +166,10 @@ class MeasureForm : public Form {
   // Everything the run was started with, as used by it and with units, title and target track
   // included. Called by LogBegin.
   virtual std::vector<RunParameter> Parameters() const = 0;
+
+  // What becomes of a rate that the motor is told, and how many points come in so many ms.
+  PlannedRate PlanRate(double rpm) const { return {rpm, RateAsApplied(workstation_, rpm)}; }
+  static std::optional<std::int64_t> PlanPoints(const Plan& plan);
 
   Workstation& workstation() const { return workstation_; }
   Instruments& instruments() const { return instruments_; }

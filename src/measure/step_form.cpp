@@ -104,6 +104,29 @@ void frmPotentialStep::Programme() {
   StartGenerator();
 }
 
+Plan frmPotentialStep::CurrentPlan() const {
+  Plan plan;
+  plan.technique = "Potential step";
+  plan.generator = plan_.generator;
+  for (const double volts : {plan_.first, plan_.second}) {
+    plan.potentials.push_back({volts, PotentialAsSent(volts)});
+  }
+  plan.rotation = {PlanRate(plan_.rpm)};
+  plan.retain_seconds = plan_.retain_seconds;
+  const int method = opnPSMeas.selected();
+  plan.end = method == kByButton   ? PlannedEnd::kPerson
+             : method == kByCharge ? PlannedEnd::kCharge
+                                   : PlannedEnd::kTime;
+  if (plan.end == PlannedEnd::kTime) plan.duration = plan_.limit;
+  plan.sampling_rate = plan_.rate;
+  plan.interval = PeriodRounded(plan_.rate);
+  plan.rounds = plan_.rounds;
+  // With variable sampling they become fewer and fewer.
+  if (opnSamplingMode.selected() != kVariable) plan.points = PlanPoints(plan);
+  plan.first_target = plan.last_target = target_.number();
+  return plan;
+}
+
 void frmPotentialStep::ShowEmptyGraph() {
   plot_.Begin("I-t Graph", {-2, -0.01 * plan_.y_scale, 10000, 0.01 * plan_.y_scale}, kLook);
   curve_drawn_ = true;

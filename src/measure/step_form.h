@@ -54,6 +54,7 @@ class frmPotentialStep : public MeasureForm {
   Timer PSTimer{*this, "PSTimer"};
 
   bool Load() override;
+  Plan CurrentPlan() const override;
   LayoutNode Layout() override;
 
   // What macros call. Each puts its value into the control, limited as a person's entry is.
@@ -81,7 +82,7 @@ class frmPotentialStep : public MeasureForm {
 
  private:
   // What a run was started with.
-  struct Plan {
+  struct StepPlan {
     double first = 0;                 // V
     double second = 0;                // V
     std::int32_t retain_seconds = 0;  // as the generator is told
@@ -133,7 +134,7 @@ class frmPotentialStep : public MeasureForm {
   TargetTrack target_;
   VoltageMonitor monitor_;
   LivePlot plot_;
-  Plan plan_;
+  StepPlan plan_;
   std::optional<double> reference_;  // V, raw, to one decimal; none until a reading succeeds
   // When the potential was last seen resting, ms since the start.
   std::optional<std::int64_t> resting_at_;

@@ -98,6 +98,24 @@ void SweepForm::MakePlan() {
   planned_ = ByButton() ? 0 : by_cycles;
 }
 
+Plan SweepForm::CurrentPlan() const {
+  Plan plan;
+  plan.technique = run_;
+  plan.generator = plan_.generator;
+  for (const double volts : plan_.v) plan.potentials.push_back({volts, PotentialAsSent(volts)});
+  plan.scan_rate = PlannedNumber{plan_.scan_rate, RateAsSent(plan_.scan_rate)};
+  plan.rotation = {PlanRate(plan_.rpm)};
+  plan.retain_seconds = plan_.retain_seconds;
+  plan.end = ByButton() ? PlannedEnd::kPerson : PlannedEnd::kTime;
+  if (!ByButton()) plan.duration = planned_;
+  plan.sampling_rate = plan_.sampling_rate;
+  plan.interval = PeriodCut(plan_.sampling_rate);
+  plan.rounds = plan_.rounds;
+  plan.points = PlanPoints(plan);
+  plan.first_target = plan.last_target = target_.number();
+  return plan;
+}
+
 void SweepForm::LimitRetainTime() {
   const double seconds = NumberIn(txtRetainTime);
   const std::int32_t limited = HoldableSeconds(seconds);

@@ -44,6 +44,8 @@ std::int32_t HoldableSeconds(double seconds);
 // target track and the method count as they are.
 class SweepForm : public MeasureForm {
  public:
+  Plan CurrentPlan() const override;
+
   ControlArray<TextBox, 3> txtVoltSetting{*this, "txtVoltSetting", {"-0.2", "1.2", "0.6"}};
   TextBox txtScanrate{*this, "txtScanrate"};
   TextBox txtCycleNum{*this, "txtCycleNum"};
@@ -79,7 +81,7 @@ class SweepForm : public MeasureForm {
   // Shows the settings in the boxes and begins to monitor; false when a device did not open.
   bool LoadSweep(const OpenMessages& messages);
 
-  const SweepPlan& Plan() const { return plan_; }
+  const SweepPlan& SweepValues() const { return plan_; }
   bool ByButton() const { return method_->selected() == 1; }
   // What every sweep is started with, for the log.
   std::vector<RunParameter> SweepParameters() const;
