@@ -1,53 +1,25 @@
 #include "macro/check.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <filesystem>
 #include <map>
 #include <utility>
 
-#include "devices/calibration.h"
 #include "devices/function_generator.h"
 #include "devices/power_form.h"
+#include "devices/rpm_control.h"
 #include "host/mail_settings.h"
 #include "host/mail_text.h"
 #include "host/path_text.h"
+#include "measure/plan.h"
+#include "measure/run.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
 
 constexpr std::int64_t kLongestMeasurement = std::int64_t{72} * 3600 * 1'000'000;  // us
-
-// A window's box and what it holds, at the start of a run.
-struct Box {
-  const char* form;
-  const char* control;
-  int index = -1;
-};
-constexpr Box kPotentials[] = {
-    {"frmMeasureCV", "txtVoltSetting", 0},     {"frmMeasureCV", "txtVoltSetting", 1},
-    {"frmMeasureCV", "txtVoltSetting", 2},     {"frmMeasureRDE", "txtVoltSetting", 0},
-    {"frmMeasureRDE", "txtVoltSetting", 1},    {"frmMeasureRDE", "txtVoltSetting", 2},
-    {"frmPotentialStep", "txtVoltSetting", 0}, {"frmPotentialStep", "txtVoltSetting", 1},
-    {"frmMeasureRPMvsj", "txtDiskXValue"}};
-constexpr Box kRates[] = {{"frmMeasureCV", "txtScanrate"}, {"frmMeasureRDE", "txtScanrate"}};
-constexpr Box kRotations[] = {
-    {"frmMeasureCV", "txtRPM"}, {"frmMeasureRDE", "txtRPM"}, {"frmPotentialStep", "txtRPM"}};
-constexpr Box kRamp[] = {{"frmMeasureRPMvsj", "txtStartRPM"}, {"frmMeasureRPMvsj", "txtEndRPM"}};
-
-// How each window is told to go on until somebody presses Stop: the option and its index.
-struct ByButton {
-  const char* form;
-  const char* control;
-  double index;
-};
-constexpr ByButton kByButton[] = {{"frmMeasureCV", "OpnCVMeas", 1},
-                                  {"frmMeasureRDE", "opnRDEMeas", 1},
-                                  {"frmPotentialStep", "opnPSMeas", 1},
-                                  {"frmMeasureRPMvsj", "opnRPMvsj", 1}};
-constexpr double kRampMode = 2;
 
 bool IsNumber(Conversion conversion) {
   return conversion != Conversion::kWord && conversion != Conversion::kWords;
@@ -88,18 +60,16 @@ class MacroInspector : public MacroFollower {
   std::int64_t Now() const;
   void Problem(int line, std::string text);
   void Note(int line, std::string text);
-  double NumberIn(const char* form, const char* control, int index = -1) const;
 
   void CloseWait();
   void CheckWords(int line, const MacroLine& what);
   void CheckLimits(int line, const MacroLine& what);
   void CheckAction(int line, const MacroLine& what);
   void CheckOverwritten(int line, const std::string& window);
-  void CheckProgramme(int line, const std::string& form);
-  void CheckPotential(int line, double volts);
-  void CheckRotation(int line, double rpm);
+  void CheckPlan(int line, const Plan& plan);
+  void CheckSent(int line, SentValue sent);
+  void CheckRotation(int line, const PlannedRate& rate);
   void CheckMail(int line);
-  void CheckMethod(int line, const std::string& form);
 
   Workstation& workstation_;
   Host& host_;
@@ -128,12 +98,6 @@ void MacroInspector::Problem(int line, std::string text) {
 
 void MacroInspector::Note(int line, std::string text) {
   check_.findings.push_back({line, false, std::move(text)});
-}
-
-double MacroInspector::NumberIn(const char* form, const char* control, int index) const {
-  const Form* window = host_.desktop.Find(form);
-  const Control* box = window != nullptr ? window->Find(control, index) : nullptr;
-  return box != nullptr ? ParseLenient(box->Value()) : 0;
 }
 
 void MacroInspector::LineBegun(int line, const MacroLine& what) {
@@ -198,10 +162,11 @@ void MacroInspector::CheckAction(int line, const MacroLine& what) {
   if (name == "SetPotential") {
     if (workstation_.settings.GPIBControl <= 0) {
       Problem(line, "there is no function generator that could set a potential");
-    }
-    CheckPotential(line, what.arguments[0].number);
+    } else
+      CheckSent(line, PotentialAsSent(what.arguments[0].number));
   } else if (name == "Motor.On") {
-    CheckRotation(line, what.arguments[0].number);
+    const double rpm = what.arguments[0].number;
+    CheckRotation(line, {rpm, RateAsApplied(workstation_, rpm)});
   } else if (name == "Power") {
     constexpr auto kOutlets = static_cast<double>(PowerForm::kOutlets);
     const double channel = what.arguments[0].number;
@@ -236,8 +201,8 @@ void MacroInspector::MeasurementBegun(int line, const std::string& what) {
   const char* const window = command_->window;
   if (window == nullptr) return;
   CheckOverwritten(line, window);
-  CheckProgramme(line, window);
-  CheckMethod(line, window);
+  const auto* const form = host_.desktop.FindAs<MeasureForm>(window);
+  if (form != nullptr) CheckPlan(line, form->CurrentPlan());
 }
 
 // The values that lines have set must be those that the run begins with.
@@ -256,60 +221,40 @@ void MacroInspector::CheckOverwritten(int line, const std::string& window) {
   }
 }
 
-void MacroInspector::CheckProgramme(int line, const std::string& form) {
-  if (workstation_.settings.GPIBControl <= 0 && form != "frmMeasureRPMvsj") {
+void MacroInspector::CheckPlan(int line, const Plan& plan) {
+  if (!plan.generator && plan.potentials.size() > 1) {
     Note(line,
          "there is no function generator: the potentiostat's own programme decides when the "
          "measurement begins");
   }
-  const auto here = [&](const Box& box) { return form == box.form; };
-  const auto value = [&](const Box& box) { return NumberIn(box.form, box.control, box.index); };
-  for (const Box& box : kPotentials) {
-    if (here(box)) CheckPotential(line, value(box));
+  if (plan.generator) {
+    for (const PlannedNumber& potential : plan.potentials) CheckSent(line, potential.sent);
+    if (plan.scan_rate) CheckSent(line, plan.scan_rate->sent);
   }
-  for (const Box& box : kRates) {
-    if (!here(box) || workstation_.settings.GPIBControl <= 0) continue;
-    auto sent = RateAsSent(value(box));
-    if (!sent.remark.empty()) Note(line, std::move(sent.remark));
+  // At one potential and without a ramp the measured rate is what counts, whoever makes it.
+  const bool measured_rate = plan.potentials.size() == 1 && !plan.ramp_speed;
+  if (!measured_rate) {
+    for (const PlannedRate& rate : plan.rotation) CheckRotation(line, rate);
   }
-  for (const Box& box : kRotations) {
-    if (here(box)) CheckRotation(line, value(box));
-  }
-  if (NumberIn("frmMeasureRPMvsj", "opnRPMvsj") != kRampMode) return;
-  for (const Box& box : kRamp) {
-    if (here(box)) CheckRotation(line, value(box));
-  }
-}
-
-void MacroInspector::CheckPotential(int line, double volts) {
-  if (workstation_.settings.GPIBControl <= 0) return;
-  SentValue sent = PotentialAsSent(volts);
-  if (!sent.remark.empty()) {
-    check_.findings.push_back({line, sent.lost, std::move(sent.remark)});
-  }
-}
-
-void MacroInspector::CheckRotation(int line, double rpm) {
-  if (rpm <= 0) return;
-  const std::string rate = PlainNumber(rpm) + " rpm";
-  if (workstation_.settings.DABoard == 0) {
-    Problem(line, rate + " cannot be set: there is no rotation control");
-    return;
-  }
-  const auto& calibration = workstation_.rpm_calibration;
-  const auto point = InterpolateCalibration(calibration, rpm);
-  if (!point || (rpm < LowestRate(calibration) && workstation_.settings.PowerControl > 0)) {
-    Problem(line, rate + " is below the calibration: the motor stays off");
-  } else if (point->rpm != rpm) {
-    Problem(line, rate + " is outside the calibration: the motor turns at " +
-                      PlainNumber(point->rpm) + " rpm");
-  }
-}
-
-void MacroInspector::CheckMethod(int line, const std::string& form) {
-  for (const ByButton& method : kByButton) {
-    if (form != method.form || NumberIn(method.form, method.control) != method.index) continue;
+  if (plan.end == PlannedEnd::kPerson) {
     Problem(line, "the measurement ends only when somebody presses Stop or the buffer is full");
+  }
+}
+
+void MacroInspector::CheckSent(int line, SentValue sent) {
+  if (!sent.remark.empty()) check_.findings.push_back({line, sent.lost, std::move(sent.remark)});
+}
+
+void MacroInspector::CheckRotation(int line, const PlannedRate& rate) {
+  if (rate.asked <= 0) return;
+  const std::string asked = PlainNumber(rate.asked) + " rpm";
+  if (!rate.applied) {
+    Problem(line, asked + " cannot be set: there is no rotation control");
+  } else if (*rate.applied == 0) {
+    Problem(line, asked + " is below the calibration: the motor stays off");
+  } else if (*rate.applied != rate.asked) {
+    Problem(line, asked + " is outside the calibration: the motor turns at " +
+                      PlainNumber(*rate.applied) + " rpm");
   }
 }
 

@@ -15,6 +15,7 @@
 namespace zento {
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -83,11 +84,12 @@ TEST_F(MacroCheckTest, LeavesNoTraceInTheHome) {
   EXPECT_EQ(files_.Read(SettingsPath(kHome)).value(), settings);
 }
 
-TEST_F(MacroCheckTest, FindsTracksThatAreWrittenTwice) {
-  const MacroCheck check =
-      Check(std::string(kShortCV) + "CV.RecordTrack 4\nCV.Start\nCV.RecordTrack 4\nCV.Start");
-  EXPECT_THAT(Findings(check), ElementsAre("10 problem track 4 is written again: the points of "
-                                           "line 8 are lost"));
+TEST_F(MacroCheckTest, FindsTracksThatAreWrittenAgain) {
+  const std::string again = "CV.RecordTrack 4\nCV.Start\n";
+  const MacroCheck check = Check(kShortCV + again + again + again);
+  EXPECT_THAT(Findings(check),
+              ElementsAre("10 problem track 4 is written again: the points of line 8 are lost",
+                          "12 problem track 4 is written again: the points of line 10 are lost"));
   EXPECT_FALSE(check.Clean());
 }
 
@@ -101,19 +103,62 @@ TEST_F(MacroCheckTest, FindsAFullBuffer) {
 }
 
 TEST_F(MacroCheckTest, FindsValuesThatDoNotGetThroughAsWritten) {
+  EXPECT_THAT(
+      Findings(Check("CV.RPM 20000\nCV.SamplingRate 1,5\nCV.Repeat 1.6\nCV.Voltage 0 1e 0.3\n"
+                     "RDE.DiskScale -1\nPS.Accumlation 0\nPS.MeasureMode 2\n"
+                     "RPMvsi.RPM 100 400 x\nCV.RecordTrack 21")),
+      ElementsAre(
+          "1 problem CV.RPM: 20000 is limited to 10000", "2 problem \"1,5\" is no number: 1 counts",
+          "3 note 1.6 is rounded to 2", "4 problem \"1e\" is no number: 1 counts",
+          "5 problem RDE.DiskScale: -1 is limited to 1e-5",
+          "6 problem PS.Accumlation: 0 is limited to 1", "8 problem \"x\" is no number: 0 counts",
+          "9 problem CV.RecordTrack: 21 is limited to 20"));
+  // A setting takes the place of what lines have set before it.
+  EXPECT_THAT(Findings(Check("CV.Accumlation 1\nCV.Setting 2\nCV.Voltage 0 0.1 0\nCV.Scanrate "
+                             "100\nCV.RPM 0\nCV.RetainTime 2\nCV.Repeat 1\nCV.SamplingRate "
+                             "5\nCV.RecordTrack 3\nCV.Start\nCV.Start")),
+              ElementsAre(AllOf(HasSubstr("10 problem the run begins with "),
+                                HasSubstr(" where CV.Accumlation of line 1 had set 1"))));
+}
+
+TEST_F(MacroCheckTest, FindsWhatTheHardwareDoesNotTake) {
+  EXPECT_THAT(
+      Findings(Check("Motor.On 50\nMotor.On 0\nMotor.On 400\nMotor.On 90000\n"
+                     "Power 0 1\nPower 4 1\nPower 5 1\nPower -1 1\n"
+                     "SetPotential 9.999\nSetPotential -10\nSound none.wav")),
+      ElementsAre("1 problem 50 rpm is below the calibration: the motor stays off",
+                  "4 problem 90000 rpm is outside the calibration: the motor turns at 5000 rpm",
+                  "7 problem there is no outlet 5: they are numbered 0 to 4",
+                  "8 problem there is no outlet -1: they are numbered 0 to 4",
+                  "10 problem -10 V is sent as 0 V: the bus takes less than 10 V",
+                  "11 note there is no sound file none.wav"));
+}
+
+// What a run asks of the instruments is that of its plan, in all windows.
+TEST_F(MacroCheckTest, FindsWhatTheRunsPlanAsksTooMuch) {
+  EXPECT_THAT(Findings(Check("PS.Voltage 0 11\nPS.MeasureMode 1\nPS.RPM 50\nPS.RetainTime 1\n"
+                             "PS.InitSamplingRate 1000\nPS.Accumlation 1\nPS.Start")),
+              IsSupersetOf({"7 problem 11 V is sent as 1 V: the bus takes less than 10 V",
+                            "7 problem 50 rpm is below the calibration: the motor stays off",
+                            "7 problem the measurement ends only when somebody presses Stop or the "
+                            "buffer is full"}));
+  const std::string sweep =
+      "RPMvsi.Potential 0.0004\nRPMvsi.RetainTime 1\nRPMvsi.RPM 50 6000 1000\n"
+      "RPMvsi.SamplingRate 1\nRPMvsi.Accumlation 1\n";
+  EXPECT_THAT(
+      Findings(Check(sweep + "RPMvsi.mode 2\nRPMvsi.Start")),
+      ElementsAre("7 note 0.0004 V is sent as 0 V",
+                  "7 problem 50 rpm is below the calibration: the motor stays off",
+                  "7 problem 6000 rpm is outside the calibration: the motor turns at 5000 rpm"));
+}
+
+TEST_F(MacroCheckTest, FindsAMeasurementWithoutEnd) {
   const MacroCheck check = Check(
-      "CV.RPM 20000\nCV.Voltage 0 12 0.0004\nCV.Scanrate 12.5\nCV.RetainTime 2000\n"
-      "CV.SamplingRate 1,5\nCV.Repeat 1.6\nCV.Accumlation 1\nMotor.On 50\nCV.Setting 2\nCV.Voltage "
-      "0 0.1 0\nCV.Scanrate 100\nCV.RPM 0\nCV.RetainTime 2\nCV.Repeat 1\nCV.SamplingRate 5\n"
-      "Power 7 1\nCV.Start");
-  const auto findings = Findings(check);
-  EXPECT_THAT(findings, Contains("1 problem CV.RPM: 20000 is limited to 10000"));
-  EXPECT_THAT(findings, Contains("5 problem \"1,5\" is no number: 1 counts"));
-  EXPECT_THAT(findings, Contains("6 note 1.6 is rounded to 2"));
-  EXPECT_THAT(findings, Contains("8 problem 50 rpm is below the calibration: the motor stays off"));
-  EXPECT_THAT(findings, Contains("16 problem there is no outlet 7: they are numbered 0 to 4"));
-  // Setting 2 took the place of the readings of line 7.
-  EXPECT_THAT(findings, Contains(HasSubstr("where CV.Accumlation of line 7 had set 1")));
+      "CV.Voltage 0 0.3 0\nCV.Scanrate 0.001\nCV.RetainTime 1\nCV.SamplingRate 0.05\n"
+      "CV.Accumlation 1\nCV.Repeat 1\nCV.Start\nWait 1");
+  EXPECT_THAT(Findings(check), Contains("7 problem the measurement does not come to an end"));
+  EXPECT_FALSE(check.Clean());
+  EXPECT_NEAR(static_cast<double>(check.total), 72 * 3.6e6, 1e5);
 }
 
 TEST_F(MacroCheckTest, FindsWhatTheBusDoesNotTake) {
@@ -160,6 +205,12 @@ TEST_F(MacroCheckTest, ShowsTheMessagesARunWouldShow) {
                     "3 problem the mail would not be sent: there is no Mail.txt in the home",
                     "4 problem message: \" 4line Syntax error:Wait time/ms\""}));
   EXPECT_EQ(check.verdict.outcome.line, 4);
+
+  ASSERT_TRUE(files_.Replace(kHome / "Mail.txt", "Server=\n").ok());
+  EXPECT_THAT(Findings(Check("Mail.Address a@example.org\nMail.Send\nSSVMeasureMode")),
+              ElementsAre(HasSubstr("2 problem the mail would not be sent: Mail.txt: "),
+                          "3 problem SSVMeasureMode would fail"))
+      << "once a mail was sent, a missing window ends no run";
 }
 
 TEST_F(MacroCheckTest, MarksWhatTheSampleDecides) {
@@ -169,6 +220,29 @@ TEST_F(MacroCheckTest, MarksWhatTheSampleDecides) {
   ASSERT_EQ(check.steps.size(), 1u);
   EXPECT_TRUE(check.steps[0].by_sample);
   EXPECT_THAT(FormatCheck(check), HasSubstr("~"));
+}
+
+TEST(FormatCheck, ShowsStepsTotalsTracksAndFindings) {
+  MacroCheck check;
+  check.steps = {{3, 0, 59'900, true, true, "Potential step: stopped"},
+                 {12, 3'661'000, 500, false, false, "Wait"}};
+  check.findings = {{12, true, "late"}, {3, false, "second"}, {3, true, "third"}, {0, true, "all"}};
+  check.tracks = {{0, {3}}, {7, {3, 12}}};
+  check.total = 3'661'500;
+  check.verdict.messages = 2;
+  EXPECT_EQ(FormatCheck(check),
+            "  line  begins at      takes  what\n"
+            "     3    0:00:00           ~59.9 s  Potential step: stopped\n"
+            "    12    1:01:01             0.5 s  Wait\n"
+            "Total about 1 h 01 min 01 s: 1 measurement 59.9 s, waits 0.5 s\n"
+            "~ ended by charge or by the measured rate: another sample, another time\n"
+            "Track 0: line 3\n"
+            "Track 7: lines 3, 12\n"
+            "PROBLEM: all\n"
+            "Note, line 3: second\n"
+            "PROBLEM, line 3: third\n"
+            "PROBLEM, line 12: late\n"
+            "Finished; 2 messages\n");
 }
 
 }  // namespace
