@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "macro/follow_macro.h"
 #include "measure/test_rig.h"
 
 namespace zento {
@@ -304,6 +305,64 @@ TEST(Interpreter, ARunThatIsDestroyedIsStopped) {
   EXPECT_FALSE(rig.MotorOn());
   EXPECT_EQ(rig.ws.running_flag, 0);
   EXPECT_FALSE(rig.ws.macro_active);
+}
+
+// What a follower hears, a line each.
+struct Listener : MacroFollower {
+  void MeasurementBegun(int line, const std::string& what) override { Add(line, what + " begins"); }
+  void MeasurementEnded(int line, const RunReport& report) override {
+    Add(line, report.what + " ended");
+  }
+  void MessageShown(int line, const std::string& text) override { Add(line, text); }
+  void MailEnded(int line, const Status& how) override {
+    Add(line, how.ok() ? "mail sent" : how.why());
+  }
+  void LineDone(int line, const MacroLine& what, MacroLineResult result) override {
+    if (result == MacroLineResult::kCarriedOut) Add(line, std::string(what.name));
+  }
+  void Add(int line, const std::string& text) {
+    lines.push_back(std::to_string(line) + " " + text);
+  }
+  std::vector<std::string> lines;
+};
+
+MacroVerdict Follow(TestRig& rig, const std::string& text, std::int64_t longest_micros,
+                    MacroFollower& follower) {
+  return FollowMacro({rig.ws, rig.machine.host, rig.instruments, rig.machine.loop,
+                      [&] { return rig.machine.dialogs.TakeMessages(); }},
+                     text, "night", longest_micros, follower);
+}
+
+TEST(FollowMacro, GoesToTheEndOfRunsAndMailsAndTellsOfEach) {
+  TestRig rig;
+  rig.machine.mail.SetDuration(60'000);
+  rig.machine.mail.FailNext("no such server");
+  Listener heard;
+  const MacroVerdict verdict =
+      Follow(rig, "what\nMail.Send\n" + std::string(kShortCV) + "CV.Start", 1'000'000'000, heard);
+  EXPECT_EQ(rig.ws.running_flag, 0);
+  EXPECT_GT(rig.Record(0).pnum, 5);
+  heard.lines.erase(heard.lines.begin() + 2, heard.lines.begin() + 8);  // the boxes
+  EXPECT_THAT(heard.lines,
+              ElementsAre("1  1line Syntax Error", "2 Mail.Send", "9 Cyclic voltammetry begins",
+                          "9 CV.Start", "9 Cyclic voltammetry ended", "2 no such server"));
+  EXPECT_EQ(VerdictText(verdict), "Finished; unknown commands: 1; 1 message; 1 mail not sent");
+  EXPECT_FALSE(verdict.Clean());
+  EXPECT_FALSE(verdict.endless);
+  EXPECT_EQ(rig.ws.run_begun, nullptr) << "the follower is gone";
+}
+
+TEST(FollowMacro, StopsAtAMeasurementThatDoesNotEnd) {
+  TestRig rig;
+  Listener heard;
+  const std::string macro = std::string(kShortCV) + "CV.Start\nCV.Title never";
+  EXPECT_FALSE(Follow(rig, macro, 1'000'000, heard).endless);
+  const MacroVerdict verdict = Follow(rig, macro, 100'000, heard);
+  EXPECT_TRUE(verdict.endless);
+  EXPECT_EQ(verdict.outcome.end, End::kStopped);
+  EXPECT_EQ(verdict.outcome.line, 7);
+  EXPECT_FALSE(verdict.Clean());
+  EXPECT_EQ(rig.ws.running_flag, -1) << "it is left to whoever ends the program";
 }
 
 }  // namespace

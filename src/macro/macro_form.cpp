@@ -4,7 +4,6 @@
 #include "host/path_text.h"
 #include "macro/macro_file.h"
 #include "macro/macro_line.h"
-#include "macro/templates.h"
 #include "text/number.h"
 
 namespace zento {

@@ -2,7 +2,9 @@
 
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/workstation.h"
@@ -12,6 +14,16 @@
 #include "macro/interpreter.h"
 
 namespace zento {
+
+// A block of commands that the editor inserts ready to be filled in.
+struct MacroTemplate {
+  std::string_view control;  // the menu entry's name
+  std::string_view caption;
+  std::string_view block;  // every line ends with "\r\n"
+};
+
+// In the order of the menu.
+std::span<const MacroTemplate> MacroTemplates();
 
 // frmMacro: the editor for macros, with templates and files, and the buttons that run and stop
 // them.

@@ -1,4 +1,6 @@
-#include "macro/templates.h"
+// The blocks that the macro editor inserts.
+
+#include "macro/macro_form.h"
 
 namespace zento {
 namespace {
