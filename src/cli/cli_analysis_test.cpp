@@ -88,10 +88,12 @@ TEST_F(CliAnalysisTest, EntriesReachTheWindow) {
   // The same entries as text, with the last point by the arrows and the first as it comes.
   EXPECT_EQ(Run({"tafel", In("some.znt"), "--track", "4", "--points", ":", "--json"}), kExitOk);
   EXPECT_EQ(Json()["rows"].size(), 101u);
+  EXPECT_EQ(Run({"cottrell", In("some.znt"), "--track", "4", "--json"}), kExitScriptLine);
+  EXPECT_EQ(Json()["refusal"], "the window has nothing to calculate for this track");
 }
 
 // Three rotation rates with exact Koutecky-Levich currents, one of them over a base line.
-TEST_F(CliAnalysisTest, KouteckyLevichOverSeveralTracks) {
+TEST_F(CliAnalysisTest, OptionsOfOneTrackAmongSeveral) {
   TrackStore tracks;
   for (int track = 0; track < kTracks; ++track) tracks.ClearTrack(track);
   constexpr double kSlope = 500;   // cm2 s^(1/2)/A
@@ -104,60 +106,25 @@ TEST_F(CliAnalysisTest, KouteckyLevichOverSeveralTracks) {
     const double current = 0.5 / (kSlope / std::sqrt(record.RPM / 60) + 1 / kLimit);
     for (int i = 0; i < 100; ++i) {
       tracks.SetValue(0, track, i, 0.01 * i);
-      tracks.SetValue(1, track, i, i < 50 ? current : 1.0);
+      tracks.SetValue(1, track, i, i < 50 ? current + (track == 2 ? 2e-3 : 0) : 1.0);
     }
   }
-  for (int i = 0; i < 100; ++i) tracks.SetValue(1, 2, i, tracks.Value(1, 2, i) + 2e-3);
   Write("rates.znt", FormatTracks(tracks));
-  const std::vector<std::string> words = {
-      "kl",           In("rates.znt"), "--tracks",     "1-3",    "--potential",     "0.45",
-      "--half-width", "0.2",           "--points",     ":49",    "--area",          "0.5",
-      "--base",       "2=value",       "--base-value", "2=2e-3", "--solve",         "electrons",
-      "--diffusion",  "1e-5",          "--viscosity",  "0.01",   "--concentration", "1e-6"};
-  EXPECT_EQ(Run(words), kExitOk);
-  EXPECT_THAT(out_, StartsWith("File\trates.znt\nArea /cm2\t0.5"));
-  EXPECT_THAT(out_, HasSubstr("*n\t"));
-  auto in_json = words;
-  in_json.push_back("--json");
-  EXPECT_EQ(Run(in_json), kExitOk);
+  EXPECT_EQ(Run({"kl",          In("rates.znt"), "--tracks",        "1-3",
+                 "--potential", "0.45",          "--half-width",    "0.2",
+                 "--points",    ":49",           "--area",          "0.5",
+                 "--base",      "2=value",       "--base-value",    "2=2e-3",
+                 "--solve",     "electrons",     "--diffusion",     "1e-5",
+                 "--viscosity", "0.01",          "--concentration", "1e-6",
+                 "--json"}),
+            kExitOk);
   const json fit = Json()["fit"];
   EXPECT_EQ(fit["points"], 3);
   EXPECT_NEAR(fit["slope"].get<double>(), kSlope, 0.05);
   EXPECT_NEAR(fit["intercept"].get<double>(), 1 / kLimit, 0.05);
-
-  auto levich = in_json;
-  levich[0] = "levich";
-  EXPECT_EQ(Run(levich), kExitOk);
-  EXPECT_TRUE(Json()["fit"]["intercept"].is_null()) << "through the origin";
   EXPECT_EQ(Run({"kl", In("rates.znt")}), kExitScriptLine) << "the file says of no track to use it";
   EXPECT_THAT(err_, HasSubstr("Please check at least one 'Use' Check Box"));
   EXPECT_THAT(out_, IsEmpty());
-}
-
-// i = 1e-4 A s^(1/2)/sqrt(t), and its charge 2e-4 sqrt(t).
-TEST_F(CliAnalysisTest, StepsByCottrellAndTheirCharge) {
-  TrackStore tracks;
-  for (int track = 0; track < kTracks; ++track) tracks.ClearTrack(track);
-  tracks.Record(6).Mode = kModePS;
-  tracks.Record(6).pnum = 3000;
-  for (int i = 0; i < 3000; ++i) {
-    tracks.SetValue(0, 6, i, 0.001 * i);
-    tracks.SetValue(1, 6, i, i == 0 ? 0 : 1e-4 / std::sqrt(0.001 * i));
-  }
-  Write("step.znt", FormatTracks(tracks));
-  EXPECT_EQ(Run({"cottrell", In("step.znt"), "--points", "100:2500", "--electrons", "2",
-                 "--concentration", "1e-6", "--area", "0.3", "--line", "intercept", "--json"}),
-            kExitOk);
-  const double per_root = 1e-4 * std::sqrt(3.14159265358979) / (2 * 96485 * 0.3 * 1e-6);
-  EXPECT_NEAR(Json()["quantities"]["Dapp"]["value"].get<double>() / (per_root * per_root), 1, 1e-3);
-  EXPECT_EQ(Json()["rows"].size(), 2401u) << "the last point is reached by the arrows";
-  EXPECT_EQ(Run({"coulomb", In("step.znt"), "--points", "1000:2999", "--json"}), kExitOk);
-  EXPECT_NEAR(Json()["quantities"]["charge"]["value"].get<double>(), 2e-4 * (std::sqrt(2.999) - 1),
-              1e-8);
-  EXPECT_EQ(Run({"cottrell", In("step.znt")}), kExitScriptLine);
-  EXPECT_THAT(err_, HasSubstr("(ne, Conc., and Area) must be above zero"));
-  EXPECT_EQ(Run({"cottrell", In("some.znt"), "--track", "4", "--json"}), kExitScriptLine);
-  EXPECT_EQ(Json()["refusal"], "the window has nothing to calculate for this track");
 }
 
 TEST_F(CliAnalysisTest, SettingsAreBuiltInUnlessAHomeIsNamed) {

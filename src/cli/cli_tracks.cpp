@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "cli/console_text.h"
-#include "cli/entry_options.h"
 #include "cli/exit_status.h"
 #include "cli/listings.h"
 #include "cli/track_jobs.h"
 #include "cli/transform_job.h"
+#include "cli/window_options.h"
 #include "core/tables.h"
 #include "host/native/native_files.h"
 #include "host/path_text.h"
@@ -145,7 +145,7 @@ struct TransformCall {
   Call call;
   int into = 0;
   std::string title;
-  EntryOptions entries;
+  OptionValues values;
 };
 
 void AddTransform(CLI::App& app, const TransformCommand& command, const ProgramOptions& options,
@@ -154,7 +154,7 @@ void AddTransform(CLI::App& app, const TransformCommand& command, const ProgramO
   auto* sub =
       app.add_subcommand(std::string(command.window.name), std::string(command.window.help));
   sub->add_option("FILE", call->call.file, "a track file (.znt)")->required();
-  call->entries.AddTo(*sub, command.window.entries);
+  call->values.AddTo(*sub, command.window.options);
   auto* into = sub->add_option("--into", call->into, std::string(command.into_help));
   into->check(CLI::Range(0, kTracks - 1))->required(command.update_button.empty());
   auto* title = sub->add_option("--title", call->title,
@@ -166,7 +166,7 @@ void AddTransform(CLI::App& app, const TransformCommand& command, const ProgramO
     TransformRequest request{&command,
                              PathFromText(call->call.file),
                              options.home(),
-                             call->entries.Given(),
+                             call->values.Given(),
                              {},
                              {},
                              SaveOf(call->call)};
@@ -183,7 +183,7 @@ struct TableCall {
   bool headings = false;
   bool csv = false;
   std::string as;
-  EntryOptions entries;
+  OptionValues values;
 };
 
 int PrintPoints(const TableCall& call) {
@@ -203,7 +203,7 @@ int PrintCopy(const TableCall& call, const ProgramOptions& options) {
   NativeFiles files;
   const auto answer =
       CopyFromFile({static_cast<CopyKind>(kind - std::begin(kCopyKinds)), PathFromText(call.file),
-                    options.home(), call.track, call.entries.Given()},
+                    options.home(), call.track, call.values.Given()},
                    files);
   if (!answer.ok()) return FailWith(answer.status());
   WriteOut(answer->text);
@@ -225,16 +225,16 @@ void AddTable(CLI::App& app, const ProgramOptions& options, int& exit_status) {
                                "for special");
   as->check(CLI::IsMember(std::vector<std::string>(std::begin(kCopyKinds), std::end(kCopyKinds))));
   as->excludes(headings)->excludes(csv);
-  call->entries.AddTo(*table, SpecialCopyCommand().entries);
-  for (const AnalysisEntry& entry : SpecialCopyCommand().entries) {
-    table->get_option(std::string(entry.option))->needs(as);
+  call->values.AddTo(*table, SpecialCopyCommand().options);
+  for (const WindowOption& option : SpecialCopyCommand().options) {
+    table->get_option(std::string(option.name))->needs(as);
   }
   table->footer(
       "Without --as, every point in V, A, s, ms or rpm with all its digits. A message of the "
       "window "
       "goes to standard error, with exit status 2.");
   table->callback([call, &options, &exit_status] {
-    if (call->as != "special" && !call->entries.Given().empty()) {
+    if (call->as != "special" && !call->values.Given().empty()) {
       exit_status = FailWith(Status::Failure("units, cycles and thinning are for --as special"));
     } else {
       exit_status = call->as.empty() ? PrintPoints(*call) : PrintCopy(*call, options);

@@ -3,14 +3,14 @@
 #include <span>
 #include <string_view>
 
-#include "cli/analysis_command.h"
+#include "cli/window_options.h"
 
 namespace zento {
 
 // A window that makes new points of a track, as a command: it calculates with cmdCalc and writes
 // with one of two buttons.
 struct TransformCommand {
-  AnalysisCommand window;
+  WindowCommand window;
   // Writes into the track that the window shows; empty when the window always asks for another.
   std::string_view update_button;
   // Writes into the track that `destination` names, under the title in `title`.
@@ -24,6 +24,6 @@ struct TransformCommand {
 std::span<const TransformCommand> TransformCommands();
 
 // The options of frmSpecialCopy, which shows the main window's track.
-const AnalysisCommand& SpecialCopyCommand();
+const WindowCommand& SpecialCopyCommand();
 
 }  // namespace zento

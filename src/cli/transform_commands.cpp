@@ -3,7 +3,7 @@
 namespace zento {
 namespace {
 
-using enum EntryKind;
+using enum OptionKind;
 
 constexpr std::string_view kMethods[] = {"average", "savitzky-golay", "spikes"};
 constexpr std::string_view kOperators[] = {"plus", "minus"};
@@ -11,11 +11,11 @@ constexpr std::string_view kUnits[] = {"A", "mA", "uA", "nA"};
 constexpr std::string_view kNormalisations[] = {"none", "area", "weight"};
 constexpr std::string_view kPolarities[] = {"all", "positive", "negative"};
 
-constexpr AnalysisEntry kFilterEntries[] = {
+constexpr WindowOption kFilterOptions[] = {
     {"--track", kShownTrack, "txtDataNum", "N", "the track; without it the file's first one"},
     {"--cut-off", kNumber, "txtYMaxFrequency", "HZ",
      "what is as fast or faster is removed from the currents; else the setting"},
-    {.option = "--x-cut-off",
+    {.name = "--x-cut-off",
      .kind = kNumber,
      .control = "txtXMaxFrequency",
      .value = "HZ",
@@ -25,7 +25,7 @@ constexpr AnalysisEntry kFilterEntries[] = {
 };
 
 // The method first: choosing it sets the number of points to its least one.
-constexpr AnalysisEntry kSmoothEntries[] = {
+constexpr WindowOption kSmoothOptions[] = {
     {"--track", kShownTrack, "txtDataNum", "N", "the track; without it the file's first one"},
     {"--method", kChoice, "opnYFilter", "METHOD", "how; else average", kMethods},
     {"--points",
@@ -36,7 +36,7 @@ constexpr AnalysisEntry kSmoothEntries[] = {
      {},
      "UpDown3"},
     {"--x", kCheck, "chkXAxis", "", "smooth the x column, too"},
-    {.option = "--skip",
+    {.name = "--skip",
      .kind = kNumber,
      .control = "txtSkipNum",
      .value = "N",
@@ -46,14 +46,14 @@ constexpr AnalysisEntry kSmoothEntries[] = {
     {"--all", kCheck, "chkApplyAllTrack", "", "all tracks of the file; not with --into"},
 };
 
-constexpr AnalysisEntry kCalcEntries[] = {
-    {.option = "--a",
+constexpr WindowOption kCalcOptions[] = {
+    {.name = "--a",
      .kind = kShownTrack,
      .control = "txtOpeA",
      .value = "N",
      .help = "number of track A, whose x the result has",
      .required = true},
-    {.option = "--b",
+    {.name = "--b",
      .kind = kIndex,
      .control = "txtOpeB",
      .value = "N",
@@ -67,14 +67,14 @@ constexpr AnalysisEntry kCalcEntries[] = {
     {"--shift", kNumber, "txtXBShift", "X", "added to every x of B, in its unit; else 0"},
 };
 
-constexpr AnalysisEntry kCopyEntries[] = {
+constexpr WindowOption kCopyOptions[] = {
     {"--unit", kChoice, "opnDiskUnit", "UNIT", "of the current", kUnits},
     {"--ring-unit", kChoice, "opnRingUnit", "UNIT", "of the ring current", kUnits},
     {"--per", kChoice, "opnNormalisation", "WHAT", "divide currents by the track's",
      kNormalisations},
     {"--log", kCheck, "chkLog", "", "log10 of the currents without their sign"},
     {"--absolute", kCheck, "chkAbsolute", "", "currents without their sign"},
-    {.option = "--water",
+    {.name = "--water",
      .kind = kNumber,
      .control = "txtCE",
      .value = "N",
@@ -83,14 +83,14 @@ constexpr AnalysisEntry kCopyEntries[] = {
      .switch_control = "chkH2O"},
     {"--only", kChoice, "opnPolarity", "SIGN", "points by the sign of the disk current",
      kPolarities},
-    {.option = "--cycle",
+    {.name = "--cycle",
      .kind = kNumber,
      .control = "txtCycle",
      .value = "N",
      .help = "this cycle alone, from 1 on",
      .switch_index = 1,
      .switch_control = "opnCycles"},
-    {.option = "--no-header",
+    {.name = "--no-header",
      .kind = kCheck,
      .control = "",
      .value = "",
@@ -104,19 +104,19 @@ constexpr AnalysisEntry kCopyEntries[] = {
 };
 
 constexpr TransformCommand kCommands[] = {
-    {{"filter", "frmFFTFilter", "take high frequencies out of a track", kFilterEntries},
+    {{"filter", "frmFFTFilter", "take high frequencies out of a track", kFilterOptions},
      "cmdUpdate",
      "cmdRecordAnotherTrack",
      "txtDesNum",
      "txtDestTitle",
      "the track that gets the result; without it the track itself"},
-    {{"smooth", "frmSmoothing", "smooth a track, sweep by sweep", kSmoothEntries},
+    {{"smooth", "frmSmoothing", "smooth a track, sweep by sweep", kSmoothOptions},
      "cmdUpdate",
      "cmdRecordAnotherTrack",
      "txtDesNum",
      "txtDestTitle",
      "the track that gets the result; without it the track itself"},
-    {{"calc", "frmCalculation", "add tracks or subtract them: aA(x) + c +- bB(x)", kCalcEntries},
+    {{"calc", "frmCalculation", "add tracks or subtract them: aA(x) + c +- bB(x)", kCalcOptions},
      "",
      "cmdUpdate",
      "txtOpeC",
@@ -124,7 +124,7 @@ constexpr TransformCommand kCommands[] = {
      "the track that gets the result"},
 };
 
-constexpr AnalysisCommand kCopy{"table", "frmSpecialCopy", "", kCopyEntries};
+constexpr WindowCommand kCopy{"table", "frmSpecialCopy", "", kCopyOptions};
 
 }  // namespace
 
@@ -132,7 +132,7 @@ std::span<const TransformCommand> TransformCommands() {
   return kCommands;
 }
 
-const AnalysisCommand& SpecialCopyCommand() {
+const WindowCommand& SpecialCopyCommand() {
   return kCopy;
 }
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "cli/track_session.h"
-#include "cli/window_entries.h"
+#include "cli/window_options.h"
 #include "host/controls.h"
 #include "host/path_text.h"
 #include "text/number.h"
@@ -22,11 +22,9 @@ std::string NoteOf(const Form& form) {
 
 Status EnterInto(TrackSession& session, Form& form, const TransformRequest& request,
                  std::vector<std::string>& notes) {
-  WindowEntries entries(form, session.workstation().tracks, request.command->window);
-  if (Status entered = entries.Enter(request.given); !entered.ok()) {
-    return entered.Within(TextFromPath(request.file));
-  }
-  notes.insert(notes.end(), entries.notes().begin(), entries.notes().end());
+  Status entered = EnterOptions(form, session.workstation().tracks, request.command->window,
+                                request.given, notes);
+  if (!entered.ok()) return entered.Within(TextFromPath(request.file));
   if (!request.into) return Status::Ok();
   return session.Set(form, request.command->destination, PlainNumber(*request.into));
 }
@@ -64,12 +62,12 @@ Status PressCopy(TrackSession& session, const CopyRequest& request,
   if (request.kind != CopyKind::kSpecial) {
     return session.Click(session.panel(), MenuOf(request.kind));
   }
-  const AnalysisCommand& command = SpecialCopyCommand();
+  const WindowCommand& command = SpecialCopyCommand();
   const auto form = session.Show(command.form);
   if (!form.ok()) return form.status();
-  WindowEntries entries(*form.value(), session.workstation().tracks, command);
-  if (Status entered = entries.Enter(request.given); !entered.ok()) return entered;
-  notes.insert(notes.end(), entries.notes().begin(), entries.notes().end());
+  Status entered =
+      EnterOptions(*form.value(), session.workstation().tracks, command, request.given, notes);
+  if (!entered.ok()) return entered;
   return session.Click(*form.value(), "cmdCopy");
 }
 

@@ -14,7 +14,7 @@ struct TransformRequest {
   const TransformCommand* command = nullptr;
   std::filesystem::path file;
   std::filesystem::path home;  // whose settings count; empty = the built-in ones
-  std::vector<GivenEntry> given;
+  std::vector<GivenOption> given;
   std::optional<int> into;           // the track that gets the result
   std::optional<std::string> title;  // of that track; else what the window makes up
   SaveRequest save;
@@ -33,7 +33,7 @@ struct CopyRequest {
   std::filesystem::path file;
   std::filesystem::path home;  // as above
   int track = 0;
-  std::vector<GivenEntry> given;  // of SpecialCopyCommand(), for kSpecial
+  std::vector<GivenOption> given;  // of SpecialCopyCommand(), for kSpecial
 };
 
 struct CopyAnswer {

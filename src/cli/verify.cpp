@@ -1,15 +1,24 @@
 #include "cli/verify.h"
 
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "cli/analysis_job.h"
-#include "cli/fit_job.h"
+#include "cli/analysis_commands.h"
+#include "cli/commands.h"
+#include "cli/console_text.h"
+#include "cli/exit_status.h"
+#include "cli/fit_command.h"
 #include "cli/verify_experiments.h"
 #include "cli/verify_rows.h"
+#include "host/native/native_files.h"
+#include "host/path_text.h"
 #include "host/virtual/memory_services.h"
 #include "text/number.h"
 
@@ -42,10 +51,10 @@ class Analyses {
   Result<AnalysisAnswer> Ask(const VerifyRow& row) {
     std::vector<std::string> words = Words(row.command);
     if (words.front() == "fit") return AskForFit(row, {words.begin() + 1, words.end()});
-    const AnalysisCommand* command = FindAnalysisCommand(words.front());
+    const WindowCommand* command = FindAnalysisCommand(words.front());
     if (command == nullptr) return Status::Failure("there is no command " + words.front());
     words.erase(words.begin());
-    const auto given = ParseEntries(*command, words);
+    const auto given = ParseOptions(*command, words);
     if (!given.ok()) return given.status();
     return Analyse({command, TrackFileOf(*row.experiment), {}, given.value()}, files_);
   }
@@ -64,6 +73,16 @@ class Analyses {
   MemoryFiles& files_;
   std::map<std::pair<std::string_view, std::string>, Result<AnalysisAnswer>> answers_;
 };
+
+// The track file of an experiment, measured when no row asked for it before.
+Status MeasureOnce(const Experiment& experiment, MemoryFiles& files, const VerifyOptions& options) {
+  const auto name = TrackFileOf(experiment);
+  if (files.Exists(name)) return Status::Ok();
+  if (Status measured = Measure(experiment, files); !measured.ok()) return measured;
+  if (!options.keep) return Status::Ok();
+  const auto bytes = files.Read(name);
+  return bytes.ok() ? options.keep(name, bytes.value()) : bytes.status();
+}
 
 VerifiedQuantity Compare(const VerifyRow& row, const Result<AnalysisAnswer>& answer) {
   VerifiedQuantity quantity;
@@ -127,19 +146,6 @@ bool VerifiedQuantity::Passed() const {
   return error && std::abs(*error) <= tolerance;
 }
 
-namespace {
-
-Status MeasureOnce(const Experiment& experiment, MemoryFiles& files, const VerifyOptions& options) {
-  const auto name = TrackFileOf(experiment);
-  if (files.Exists(name)) return Status::Ok();
-  if (Status measured = Measure(experiment, files); !measured.ok()) return measured;
-  if (!options.keep) return Status::Ok();
-  const auto bytes = files.Read(name);
-  return bytes.ok() ? options.keep(name, bytes.value()) : bytes.status();
-}
-
-}  // namespace
-
 Result<std::vector<VerifiedQuantity>> Verify(const VerifyOptions& options) {
   MemoryFiles files;
   Analyses analyses(files);
@@ -194,6 +200,63 @@ std::string VerifyJson(const std::vector<VerifiedQuantity>& quantities) {
               {"quantities", rows}}
              .dump(1) +
          "\n";
+}
+
+namespace {
+
+constexpr char kFooter[] =
+    "Measures cells whose properties are known on the simulated bench, in virtual time, through "
+    "the measurement windows; opens the saved tracks in the analysis windows; compares what they "
+    "find with theory. Nothing is written unless --keep says where. Exit status 0: every quantity "
+    "was found within its tolerance; 2: one was not.";
+
+struct Call {
+  bool noise = false;
+  bool json = false;
+  std::string keep;
+};
+
+// Files of the folder are never replaced: they might be somebody's measurements.
+Status Keep(const std::filesystem::path& folder, const std::filesystem::path& name,
+            const std::string& bytes) {
+  NativeFiles files;
+  if (Status made = files.CreateFolder(folder); !made.ok()) return made;
+  if (files.Exists(folder / name)) {
+    return Status::Failure(TextFromPath(folder / name) + " exists already");
+  }
+  return files.Replace(folder / name, bytes);
+}
+
+int Run(const Call& call) {
+  VerifyOptions options;
+  options.noise = call.noise;
+  if (!call.keep.empty()) {
+    options.keep = [&](const std::filesystem::path& name, const std::string& bytes) {
+      return Keep(PathFromText(call.keep), name, bytes);
+    };
+  }
+  const auto quantities = Verify(options);
+  if (!quantities.ok()) return FailWith(quantities.status());
+  WriteOut(call.json ? VerifyJson(quantities.value()) : VerifyTable(quantities.value()));
+  for (const VerifiedQuantity& quantity : quantities.value()) {
+    if (!quantity.problem.empty()) WriteError(quantity.quantity + ": " + quantity.problem);
+  }
+  const bool passed = std::ranges::all_of(quantities.value(), &VerifiedQuantity::Passed);
+  return passed ? kExitOk : kExitScriptLine;
+}
+
+}  // namespace
+
+void AddVerifyCommand(CLI::App& app, int& exit_status) {
+  auto call = std::make_shared<Call>();
+  auto* sub =
+      app.add_subcommand("verify", "measure known cells, analyse them, compare with theory");
+  sub->add_flag("--noise", call->noise, "also with the bench's default noise and motor");
+  sub->add_flag("--json", call->json, "print an object instead of the table");
+  sub->add_option("--keep", call->keep,
+                  "a folder that gets the measured track files, to look at them in the windows");
+  sub->footer(kFooter);
+  sub->callback([call, &exit_status] { exit_status = Run(*call); });
 }
 
 }  // namespace zento

@@ -16,6 +16,7 @@ constexpr std::string_view kOxygen[] = {"cell=oxygen"};
 // so the rate constant at it is known.
 constexpr std::string_view kOxygenCompensated[] = {"cell=oxygen", "R_u=0"};
 constexpr std::string_view kCouple[] = {"cell=couple"};
+constexpr std::string_view kNoisyCouple[] = {"cell=couple", "noise=0.6"};
 constexpr std::string_view kSlowCouple[] = {"cell=couple", "k0=1e-6", "alpha=0.4", "C_ox=5",
                                             "C_red=5"};
 constexpr std::string_view kBlank[] = {"cell=blank"};
@@ -133,6 +134,7 @@ const Experiment kPlateau{"plateau", kOxygen, Plateau};
 const Experiment kShares{"shares", kOxygen, Shares};
 const Experiment kRates{"rates", kOxygen, Rates};
 const Experiment kStep{"step", kCouple, Step};
+const Experiment kNoisyStep{"step-with-noise", kNoisyCouple, Step};
 const Experiment kSlow{"slow-couple", kSlowCouple, Slow};
 const Experiment kCapacitor{"capacitor", kBlank, Capacitor};
 const Experiment kDecay{"decay", kSlowBlank, Decay};
@@ -144,9 +146,10 @@ sim::Parameters BenchOf(const Experiment& experiment) {
   const auto set = [&](std::string_view text) {
     static_cast<void>(sim::SetFromText(parameters, text));
   };
+  if (!experiment.noise) {
+    for (const char* text : {"noise=0", "mains=0", "bits=0", "rotor_gain=1"}) set(text);
+  }
   for (const std::string_view text : experiment.cell) set(text);
-  if (experiment.noise) return parameters;
-  for (const char* text : {"noise=0", "mains=0", "bits=0", "rotor_gain=1"}) set(text);
   return parameters;
 }
 

@@ -18,7 +18,9 @@ struct Experiment {
   std::string_view name;                   // also its track file's, without extension
   std::span<const std::string_view> cell;  // bench parameters, "KEY=VALUE"
   std::string (*script)();
-  bool noise = false;  // the bench's default noise and motor; else none and a motor without error
+  // The bench's default noise and motor; else, unless the cell says so, none and a motor without
+  // error.
+  bool noise = false;
 };
 
 namespace experiments {
@@ -27,6 +29,7 @@ extern const Experiment kPlateau;    // the whole wave of oxygen, four rotation 
 extern const Experiment kShares;     // the same slowly, both ways, with the ring
 extern const Experiment kRates;      // limiting current of oxygen, rotation rate going up
 extern const Experiment kStep;       // potential step of the couple
+extern const Experiment kNoisyStep;  // the same under white noise
 extern const Experiment kSlow;       // Tafel regions of a slow couple, oxidation and reduction
 extern const Experiment kCapacitor;  // sweep of the double layer alone
 extern const Experiment kDecay;      // step of a double layer behind a large resistance

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <numbers>
 #include <string_view>
 
-#include "cli/verify_truths.h"
+#include "sim/cell.h"
 #include "text/number.h"
 
 namespace zento {
@@ -14,6 +15,90 @@ namespace {
 using namespace experiments;
 using Found = std::optional<double>;
 using P = sim::Parameters;
+
+// What theory says of a cell whose properties are known, from those properties alone. Nothing in
+// here has seen a measurement. Units: V, A, A/cm2, C, s, cm2/s, mol/cm3.
+namespace truths {
+
+constexpr double kMolar = 1e-6;  // mol/cm3 per mmol/L
+constexpr double kMicro = 1e-6;
+
+// Electrons per oxygen: of the share 1 - x four, of the share x two (A. Damjanovic, M. A. Genshaw
+// and J. O'M. Bockris 1966, J. Chem. Phys. 45, 4057).
+double OxygenElectrons(const P& p) {
+  return 4 * (1 - p.peroxide_share) + 2 * p.peroxide_share;
+}
+
+// Per cent of the oxygen that becomes water.
+double WaterShare(const P& p) {
+  return 100 * (1 - p.peroxide_share);
+}
+
+// jk = n F k(E) C (J. Koutecky and V. G. Levich 1958; A. J. Bard and L. R. Faulkner,
+// Electrochemical Methods, 2nd ed. 2001, eq. 9.3.38), with k(E) = k(0.9 V) 10^((0.9 V - E)/slope).
+double KineticCurrent(const P& p, double volts) {
+  const double rate = p.oxygen_rate * std::pow(10.0, (0.9 - volts) / (p.oxygen_slope * 1e-3));
+  return OxygenElectrons(p) * sim::kFaraday * rate * p.bulk_oxygen * kMolar;
+}
+
+double OxygenViscosity(const P& p) {
+  return p.viscosity;
+}
+
+double OxygenDiffusion(const P& p) {
+  return p.diffusion_oxygen;
+}
+
+double OxygenConcentration(const P& p) {
+  return p.bulk_oxygen * kMolar;
+}
+
+// Of the species that the step oxidises.
+double ReducedDiffusion(const P& p) {
+  return p.diffusion_red;
+}
+
+// The standard error of that, from the points `first` to `last` of a step, `interval` s apart,
+// under white noise on a line through the origin: D goes with the square of the slope b of i
+// against x = t^(-1/2), b = n F A C sqrt(D/pi) (Bard and Faulkner, eq. 5.2.11), and the standard
+// error of b is sigma/sqrt(sum x^2) (J. R. Taylor, An Introduction to Error Analysis, 2nd ed. 1997,
+// chapter 8).
+double ReducedDiffusionError(const P& p, int first, int last, double interval) {
+  const double sigma = p.noise * 1e-3 * p.disk_range;  // A
+  double sum = 0;
+  for (int point = first; point <= last; ++point) sum += 1 / (interval * point);
+  const double unit_slope = p.electrons * sim::kFaraday * p.area * p.bulk_red * kMolar;
+  return 2 * std::sqrt(std::numbers::pi * p.diffusion_red) / unit_slope * sigma / std::sqrt(sum);
+}
+
+// Slopes of log i against potential, as multiples of F/(R T ln 10): (1 - alpha) n of the oxidation,
+// alpha n of the reduction (Butler 1924, Volmer 1930; Bard and Faulkner, eqs. 3.4.15 and 3.4.16).
+double AnodicTransfer(const P& p) {
+  return (1 - p.transfer) * p.electrons;
+}
+
+double CathodicTransfer(const P& p) {
+  return p.transfer * p.electrons;
+}
+
+// i0/A = n F k0 C_ox^(1 - alpha) C_red^alpha (Bard and Faulkner, eq. 3.4.6), at the equilibrium
+// potential, which is E0' where both concentrations are equal.
+double ExchangeCurrent(const P& p) {
+  return p.electrons * sim::kFaraday * p.rate_constant *
+         std::pow(p.bulk_ox * kMolar, 1 - p.transfer) * std::pow(p.bulk_red * kMolar, p.transfer);
+}
+
+// Q = C_dl A (E2 - E1), of a double layer that nothing passes.
+double DoubleLayerCharge(const P& p, double from, double to) {
+  return p.capacitance * kMicro * p.area * (to - from);
+}
+
+// R_u C_dl A (Bard and Faulkner, eq. 1.2.6).
+double CellTimeConstant(const P& p) {
+  return p.resistance * p.capacitance * kMicro * p.area;
+}
+
+}  // namespace truths
 
 constexpr double kOfElectrons = 0.003;
 // How the tolerance of n goes on into what is solved for instead: in n D^(2/3) nu^(-1/6) C, C has
@@ -50,10 +135,18 @@ std::string Plateau(const char* method, const Experiment& experiment, const char
 
 // Later than ten times the detection delay, which is at most 11 ms: one interval at 100 Hz and the
 // readings of two points.
-std::string AfterTheStep() {
-  const P p = BenchOf(kStep);
-  return "cottrell --track 0 --points 11: --line origin --electrons" + Number(p.electrons) +
-         " --concentration" + Number(p.bulk_red * 1e-6) + Area(p);
+std::string AfterTheStep(const Experiment& experiment, int first) {
+  const P p = BenchOf(experiment);
+  return "cottrell --track 0 --points " + std::to_string(first) + ": --line origin --electrons" +
+         Number(p.electrons) + " --concentration" + Number(p.bulk_red * 1e-6) + Area(p);
+}
+
+// Where noise stands above what the detection delay makes of the current by far; the step lasts 20
+// s at 100 Hz.
+constexpr int kNoisyFirst = 501;
+
+double DiffusionErrorUnderNoise(const P& p) {
+  return truths::ReducedDiffusionError(p, kNoisyFirst, 2000, 0.01);
 }
 
 // 0.12 V to 0.18 V from the redox potential: less than 1 % of the reaction back, and the current
@@ -75,6 +168,13 @@ auto Named(std::string_view name) {
   return [name](const Outcome& outcome, double) {
     const auto found = std::ranges::find(outcome.quantities, name, &Quantity::name);
     return found == outcome.quantities.end() ? Found() : Found(found->value);
+  };
+}
+
+auto ErrorOf(std::string_view name) {
+  return [name](const Outcome& outcome, double) {
+    const auto found = std::ranges::find(outcome.quantities, name, &Quantity::name);
+    return found == outcome.quantities.end() ? Found() : found->error;
   };
 }
 
@@ -135,8 +235,11 @@ std::vector<VerifyRow> VerifyRows() {
        OxygenConcentration, kOfConcentration},
       {"n from a rotation-rate sweep", "", &kRates,
        "kl --track 0" + RotatedOxygen(BenchOf(kRates), "electrons"), n, OxygenElectrons, 0.01},
-      {"D from a potential step", "cm2/s", &kStep, AfterTheStep(), Named("Dapp"), ReducedDiffusion,
-       0.05},
+      {"D from a potential step", "cm2/s", &kStep, AfterTheStep(kStep, 11), Named("Dapp"),
+       ReducedDiffusion, 0.05},
+      // Of 1500 points, the error is known to 2 %.
+      {"standard error of D", "cm2/s", &kNoisyStep, AfterTheStep(kNoisyStep, kNoisyFirst),
+       ErrorOf("Dapp"), DiffusionErrorUnderNoise, 0.05},
       {"(1 - alpha) n of an oxidation", "", &kSlow, TafelRegion("0"), Named("alpha_n"),
        AnodicTransfer, 0.01},
       {"alpha n of a reduction", "", &kSlow, TafelRegion("1"), Named("alpha_n"), CathodicTransfer,

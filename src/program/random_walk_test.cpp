@@ -14,9 +14,9 @@
 
 #include "core/track_file.h"
 #include "host/controls.h"
-#include "host/virtual/virtual_host.h"
+#include "host/virtual/memory_services.h"
 #include "measure/run.h"
-#include "program/main_program.h"
+#include "program/headless_program.h"
 #include "sim/random.h"
 #include "ui/main/control_panel.h"
 
@@ -97,11 +97,6 @@ using TrackPrint = std::tuple<std::int32_t, std::string, std::string, std::int32
 
 class RandomWalk : public testing::Test {
  protected:
-  // One program from its start to its end.
-  struct Session {
-    VirtualHost machine;
-    std::unique_ptr<MainProgram> program;
-  };
   // What the state before a step leaves possible.
   struct Before {
     std::array<TrackPrint, kTracks> tracks;
@@ -112,12 +107,13 @@ class RandomWalk : public testing::Test {
   };
 
   void StartSession() {
-    session_ = std::make_unique<Session>();
+    program_.reset();
+    files_ = MemoryFiles();
     sim::Parameters bench;
     ASSERT_TRUE(sim::SetFromText(bench, "noise=0").ok());
-    session_->program =
-        std::make_unique<MainProgram>(session_->machine.host, MainOptions{bench, "/home"});
-    ASSERT_TRUE(session_->program->Start().ok());
+    program_ = std::make_unique<HeadlessProgram>(
+        HeadlessOptions{.program = {.simulated = bench, .home = "/home"}, .files = &files_});
+    ASSERT_TRUE(program_->Start().ok());
     Settings& settings = workstation().settings;
     for (CVPreset& preset : settings.CV) preset.CVAccum = 3;
     settings.RDEAccum = settings.PSAccum = settings.RPjAccum = settings.MMAccum = 3;
@@ -125,7 +121,7 @@ class RandomWalk : public testing::Test {
     other.tracks.Record(3).Title = "from a file";
     other.tracks.Record(3).Mode = kModeCV;
     other.tracks.Record(3).pnum = 2;
-    ASSERT_TRUE(SaveTracksAs(other, files(), kTrackFile).ok());
+    ASSERT_TRUE(SaveTracksAs(other, files_, kTrackFile).ok());
   }
 
   std::uint64_t Below(std::uint64_t limit) { return random_.Bits() % limit; }
@@ -134,9 +130,9 @@ class RandomWalk : public testing::Test {
     return choices[Below(N)];
   }
 
-  Files& files() { return session_->machine.files; }
-  Desktop& desktop() { return session_->machine.desktop; }
-  Workstation& workstation() { return session_->program->workstation(); }
+  Desktop& desktop() { return program_->desktop(); }
+  Workstation& workstation() { return program_->workstation(); }
+  MainProgram& program() { return program_->program(); }
   MeasureForm* Measurement(const std::string& name) { return desktop().FindAs<MeasureForm>(name); }
 
   void AddTargets(const std::string& name, std::set<int>& targets) {
@@ -201,7 +197,7 @@ class RandomWalk : public testing::Test {
     // Mostly a blink, now and then long enough for a run to come to its end.
     const std::int64_t micros =
         Below(60) == 0 ? static_cast<std::int64_t>(Below(8'000'000)) : Below(60'000);
-    session_->machine.RunFor(micros);
+    program_->loop().RunFor(micros);
     return {"wait " + std::to_string(micros) + " us", {}};
   }
 
@@ -299,8 +295,8 @@ class RandomWalk : public testing::Test {
   void UseButton(Control& control) {
     static constexpr const char* kAnswers[] = {"yes", "no", "ok", "cancel", "7", kTrackFile};
     if (control.name() == "mnuQuit" && Below(20) != 0) return;
-    if (session_->machine.dialogs.queued_answers() < 2) {
-      session_->machine.dialogs.Answer(Any(kAnswers));
+    if (program_->dialogs().queued_answers() < 2) {
+      program_->dialogs().Answer(Any(kAnswers));
     }
     static_cast<void>(control.UserClick());
   }
@@ -325,7 +321,7 @@ class RandomWalk : public testing::Test {
   }
 
   void CheckAtRest(const Step& step) {
-    EXPECT_FALSE(session_->program->bench()->plant().potentiostat().generator().output_on())
+    EXPECT_FALSE(program().bench()->plant().potentiostat().generator().output_on())
         << "the generator is on after: " << step.what;
     // The adjusting window has a motor of its own to switch off.
     if (desktop().Find("frmAdjustRPM") == nullptr) {
@@ -334,8 +330,7 @@ class RandomWalk : public testing::Test {
   }
 
   bool MotorTurns() {
-    return session_->program->bench()->plant().rotor().powered() &&
-           workstation().motor_voltage != 0;
+    return program().bench()->plant().rotor().powered() && workstation().motor_voltage != 0;
   }
 
   void CheckTracks(const Before& before, const Step& step, bool measuring) {
@@ -352,7 +347,8 @@ class RandomWalk : public testing::Test {
     }
   }
 
-  std::unique_ptr<Session> session_;
+  MemoryFiles files_;
+  std::unique_ptr<HeadlessProgram> program_;  // one from its start to its end
   sim::Random random_{20261123};
   std::map<std::string, bool> was_measuring_;
   std::map<std::string, int> runs_;
@@ -367,9 +363,9 @@ TEST_F(RandomWalk, LeavesNoStuckFlagNoTurningMotorAndNoWrongTrack) {
     SCOPED_TRACE("step " + std::to_string(step_number));
     const Before before = Look();
     const Step step = TakeStep(before);
-    session_->machine.Settle();
+    program_->loop().Settle();
     Check(before, step);
-    if (session_->program->Ended()) {
+    if (program().Ended()) {
       EXPECT_EQ(workstation().running_flag, 0);
       EXPECT_FALSE(MotorTurns()) << step.what;
       ++sessions_;
@@ -377,10 +373,10 @@ TEST_F(RandomWalk, LeavesNoStuckFlagNoTurningMotorAndNoWrongTrack) {
       StartSession();
     }
   }
-  session_->program->EndSafely();
+  program().EndSafely();
   EXPECT_EQ(workstation().running_flag, 0);
   EXPECT_FALSE(MotorTurns());
-  EXPECT_FALSE(session_->program->bench()->plant().potentiostat().generator().output_on());
+  EXPECT_FALSE(program().bench()->plant().potentiostat().generator().output_on());
 
   // The walk went everywhere.
   for (const char* name : kMeasurements) EXPECT_GT(runs_[name], 50) << name;

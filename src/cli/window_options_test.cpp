@@ -1,6 +1,6 @@
 // Options of analysis commands on their way into a window that behaves like the real ones.
 
-#include "cli/window_entries.h"
+#include "cli/window_options.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -64,18 +64,18 @@ class FormOfTracks : public Form {
 };
 
 constexpr std::string_view kModes[] = {"none", "value"};
-constexpr AnalysisEntry kEntries[] = {
-    {"--track", EntryKind::kShownTrack, "txtDataNum", "N", ""},
-    {"--tracks", EntryKind::kUsedTracks, "chkUse", "LIST", ""},
-    {"--area", EntryKind::kNumber, "txtArea", "CM2", ""},
-    {"--points", EntryKind::kPoints, "", "FIRST:LAST", "", {}, {}, true},
-    {"--mode", EntryKind::kChoice, "opnMode", "MODE", "", kModes, {}, true},
+constexpr WindowOption kOptions[] = {
+    {"--track", OptionKind::kShownTrack, "txtDataNum", "N", ""},
+    {"--tracks", OptionKind::kUsedTracks, "chkUse", "LIST", ""},
+    {"--area", OptionKind::kNumber, "txtArea", "CM2", ""},
+    {"--points", OptionKind::kPoints, "", "FIRST:LAST", "", {}, {}, true},
+    {"--mode", OptionKind::kChoice, "opnMode", "MODE", "", kModes, {}, true},
 };
-constexpr AnalysisCommand kCommand = {"of-tracks", "frmOfTracks", "", kEntries};
+constexpr WindowCommand kCommand = {"of-tracks", "frmOfTracks", "", kOptions};
 
-class WindowEntriesTest : public testing::Test {
+class WindowOptionsTest : public testing::Test {
  protected:
-  WindowEntriesTest() {
+  WindowOptionsTest() {
     for (int track = 0; track < kTracks; ++track) tracks_.ClearTrack(track);
     for (const int track : {2, 3, 7}) tracks_.Record(track).Mode = kModeCV;
     tracks_.Record(5).Mode = kModePS;
@@ -84,15 +84,13 @@ class WindowEntriesTest : public testing::Test {
   }
   // Options and values in turn.
   Status Enter(const std::vector<std::string>& words) {
-    std::vector<GivenEntry> given;
+    std::vector<GivenOption> given;
     for (std::size_t i = 0; i < words.size(); i += 2) {
-      const auto* entry = std::ranges::find(kEntries, words[i], &AnalysisEntry::option);
-      given.push_back({entry, words[i + 1]});
+      const auto* option = std::ranges::find(kOptions, words[i], &WindowOption::name);
+      given.push_back({option, words[i + 1]});
     }
-    WindowEntries entries(form_, tracks_, kCommand);
-    Status entered = entries.Enter(given);
-    notes_ = entries.notes();
-    return entered;
+    notes_.clear();
+    return EnterOptions(form_, tracks_, kCommand, given, notes_);
   }
 
   VirtualHost machine_;
@@ -101,7 +99,7 @@ class WindowEntriesTest : public testing::Test {
   std::vector<std::string> notes_;
 };
 
-TEST_F(WindowEntriesTest, ValuesForAllUsedTracksAndForOne) {
+TEST_F(WindowOptionsTest, ValuesForAllUsedTracksAndForOne) {
   ASSERT_TRUE(
       Enter({"--points", "3=20:990", "--tracks", "2-3", "--points", "10:", "--mode", "2=value"})
           .ok());
@@ -116,7 +114,7 @@ TEST_F(WindowEntriesTest, ValuesForAllUsedTracksAndForOne) {
   EXPECT_THAT(notes_, IsEmpty());
 }
 
-TEST_F(WindowEntriesTest, WithoutAListTheFileSaysWhichTracksAreUsed) {
+TEST_F(WindowOptionsTest, WithoutAListTheFileSaysWhichTracksAreUsed) {
   ASSERT_TRUE(Enter({"--points", ":500"}).ok());
   EXPECT_EQ(form_.RangeOf(7), std::pair(0, 500));
   EXPECT_EQ(form_.txtDataNum.text(), "2") << "the file's first";
@@ -125,14 +123,14 @@ TEST_F(WindowEntriesTest, WithoutAListTheFileSaysWhichTracksAreUsed) {
   EXPECT_EQ(form_.uses[2] + form_.uses[3] + form_.uses[7], 3);
 }
 
-TEST_F(WindowEntriesTest, TellsWhatTheWindowsLimitsMadeOfIt) {
+TEST_F(WindowOptionsTest, TellsWhatTheWindowsLimitsMadeOfIt) {
   ASSERT_TRUE(
       Enter({"--track", "3", "--area", "-0.3", "--tracks", "3", "--points", "5:4000"}).ok());
   EXPECT_EQ(form_.RangeOf(3), std::pair(5, kPoints - 1));
   EXPECT_THAT(notes_, ElementsAre(HasSubstr("point 4000 became 999"), "--area: -0.3 became 0.3"));
 }
 
-TEST_F(WindowEntriesTest, RefusesWhatIsNoValue) {
+TEST_F(WindowOptionsTest, RefusesWhatIsNoValue) {
   const std::vector<std::string> wrong[] = {
       {"--area", "large"},   {"--area", "0.3 cm2"},  {"--track", "21"},   {"--track", "0"},
       {"--tracks", "2,x"},   {"--tracks", "5"},      {"--tracks", "0"},   {"--tracks", "3-2"},

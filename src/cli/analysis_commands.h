@@ -1,21 +1,27 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "analysis/outcome.h"
-#include "cli/analysis_command.h"
+#include "cli/window_options.h"
 #include "host/services.h"
 #include "text/status.h"
 
 namespace zento {
 
+std::span<const WindowCommand> AnalysisCommands();
+// Null when there is none of that name.
+const WindowCommand* FindAnalysisCommand(std::string_view name);
+
 struct AnalysisRequest {
-  const AnalysisCommand* command;
+  const WindowCommand* command;
   std::filesystem::path file;
   std::filesystem::path home;  // whose settings count; empty = the built-in ones
-  std::vector<GivenEntry> given;
+  std::vector<GivenOption> given;
 };
 
 struct AnalysisAnswer {
@@ -30,10 +36,5 @@ struct AnalysisAnswer {
 // presses the window's button. Nothing is written, whatever the window does. Fails when the file
 // cannot be read or an option makes no sense; a refusal of the window is an answer.
 Result<AnalysisAnswer> Analyse(const AnalysisRequest& request, Files& files);
-
-// Options and values as words: "--potential", "0.4", .... Fails on one that the command does not
-// have, or that lacks its value.
-Result<std::vector<GivenEntry>> ParseEntries(const AnalysisCommand& command,
-                                             const std::vector<std::string>& words);
 
 }  // namespace zento

@@ -1,18 +1,22 @@
-#include "cli/cli_run.h"
-
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <limits>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
 #include "cli/cli_session.h"
+#include "cli/commands.h"
 #include "cli/console_text.h"
 #include "cli/exit_status.h"
+#include "core/home.h"
 #include "core/track_file.h"
 #include "host/native/native_files.h"
 #include "host/native/termination.h"
@@ -25,6 +29,14 @@
 
 namespace zento {
 namespace {
+
+struct MacroRequest {
+  std::filesystem::path macro;
+  std::filesystem::path load;  // tracks to begin with; empty = none
+  std::filesystem::path save;  // empty = where unsaved tracks go: into the home
+  std::filesystem::path log;   // gets what the run log gets; empty = none
+  bool overwrite = false;      // `save` may replace a file that was not loaded
+};
 
 constexpr std::int64_t kLongestInVirtualTime = std::int64_t{72} * 3600 * 1'000'000;
 constexpr std::int64_t kNoLimit = std::numeric_limits<std::int64_t>::max();
@@ -108,9 +120,12 @@ int ExitStatus(const MacroVerdict& verdict) {
   return verdict.Clean() ? kExitOk : kExitScriptLine;
 }
 
-}  // namespace
-
-int RunMacro(const HeadlessOptions& choice, const MacroRequest& request) {
+// Carries out a macro on the whole program and ends it safely; progress goes to standard error.
+// However it ends, the tracks are saved. Returns the exit status.
+int RunMacro(const ProgramOptions& options, const MacroRequest& request) {
+  const auto chosen = options.Choose();
+  if (!chosen.ok()) return FailWith(chosen.status());
+  const HeadlessOptions& choice = chosen.value();
   NativeFiles files;
   const auto bytes = files.Read(request.macro);
   if (!bytes.ok()) return FailWith(bytes.status());
@@ -148,6 +163,91 @@ int RunMacro(const HeadlessOptions& choice, const MacroRequest& request) {
   const int status = ExitStatus(verdict);
   if (status < 128) WriteError(VerdictText(verdict));
   return saved || status != kExitOk ? status : kExitFailure;
+}
+
+// The home that a run would use. Where nobody says which, that of the instruments if it has
+// settings.
+Result<std::filesystem::path> HomeFor(const ProgramOptions& options, Files& files) {
+  if (const auto simulated = options.simulated()) return FindHome(options.home(), *simulated);
+  const auto instruments = FindHome(options.home(), false);
+  if (instruments.ok() && files.Exists(SettingsPath(instruments.value()))) return instruments;
+  return FindHome(options.home(), true);
+}
+
+// Prints what a macro would do, see CheckMacro. kExitFailure when it cannot be told.
+int CheckMacroFile(const ProgramOptions& options, const std::filesystem::path& macro) {
+  NativeFiles files;
+  const auto bytes = files.Read(macro);
+  if (!bytes.ok()) return FailWith(bytes.status());
+  const auto home = HomeFor(options, files);
+  if (!home.ok()) return FailWith(home.status());
+  const auto cell = options.CellParameters();
+  if (!cell.ok()) return FailWith(cell.status());
+
+  const bool has_settings = files.Exists(SettingsPath(home.value()));
+  WriteOut("Checked with the settings of " +
+           (has_settings ? TextFromPath(home.value()) : "a fresh simulated bench") +
+           ", on simulated instruments and a simulated cell\n");
+  const auto check = CheckMacro({MacroTextFromFile(bytes.value()), TextFromPath(macro.filename()),
+                                 home.value(), cell.value()},
+                                files);
+  if (!check.ok()) return FailWith(check.status());
+  WriteOut(FormatCheck(check.value()));
+  return check->Clean() ? kExitOk : kExitScriptLine;
+}
+
+// As typed.
+struct RunCall {
+  std::string file, load, save, log;
+  bool overwrite = false;
+};
+
+void AddRun(CLI::App& app, const ProgramOptions& options, int& exit_status) {
+  auto call = std::make_shared<RunCall>();
+  auto* run = app.add_subcommand("run", "carry out a macro without a person");
+  run->add_option("MACRO", call->file, "a macro file (.zmc)")->required();
+  run->add_option("--load", call->load, "a track file whose tracks are there at the beginning");
+  run->add_option("--save", call->save,
+                  "the track file that gets all tracks at the end, however it came; without it "
+                  "they go to \"Rescued tracks N.znt\" in the home");
+  run->add_flag("--overwrite", call->overwrite,
+                "let --save replace a file although it was not loaded");
+  run->add_option("--log", call->log, "a file to add to whatever the home's run log gets");
+  run->footer(
+      "Progress goes to standard error: time, line number, what is carried out, measurements with "
+      "track and points. The exit status is 0 only when every line was carried out, every mail was "
+      "sent and no message was shown; 2 when not; 128 + the signal's number when the program was "
+      "asked to end, which ends a measurement safely.");
+  run->callback([call, &options, &exit_status] {
+    exit_status =
+        RunMacro(options, {PathFromText(call->file), PathFromText(call->load),
+                           PathFromText(call->save), PathFromText(call->log), call->overwrite});
+  });
+}
+
+void AddCheck(CLI::App& app, const ProgramOptions& options, int& exit_status) {
+  auto file = std::make_shared<std::string>();
+  auto* check = app.add_subcommand("check", "tell what a macro would do, without doing it");
+  check->add_option("MACRO", *file, "a macro file (.zmc)")->required();
+  check->footer(
+      "The macro runs in virtual time against simulated instruments, with the settings and the "
+      "calibration of the home (that of the instruments if it has settings and --bench does not "
+      "say); nothing is written, sent or switched. Printed are each measurement and wait with its "
+      "time, the tracks that are written, and what a person should know: values that are limited "
+      "or do not pass the bus, tracks written twice, a buffer that fills, mails that would not go "
+      "out, every message that would be shown. What the sample decides (~) is an estimate for the "
+      "simulated cell; --bench-set gives it other properties. Exit status 0: a run would be clean; "
+      "2: it would not.");
+  check->callback([file, &options, &exit_status] {
+    exit_status = CheckMacroFile(options, PathFromText(*file));
+  });
+}
+
+}  // namespace
+
+void AddMacroCommands(CLI::App& app, const ProgramOptions& options, int& exit_status) {
+  AddRun(app, options, exit_status);
+  AddCheck(app, options, exit_status);
 }
 
 }  // namespace zento
