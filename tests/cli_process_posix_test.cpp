@@ -35,13 +35,13 @@ class CliProcessTest : public testing::Test {
   }
   void TearDown() override { fs::remove_all(folder_); }
 
-  // Starts a script on the simulated bench.
-  void Start(const std::string& clock, const std::string& script) {
-    std::ofstream(folder_ / "script.zsc") << script;
-    Start({"--clock", clock, "script", "script.zsc"});
-  }
-  void Start(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {"zento-cli", "--bench", "sim", "--home", "home"});
+  // Starts a script or a macro, in a file of that name, on the simulated bench.
+  void Start(const char* clock, const char* command, const std::string& text,
+             std::vector<std::string> more = {}) {
+    std::ofstream(folder_ / "file") << text;
+    std::vector<std::string> arguments = {"zento-cli", "--bench", "sim",   "--home", "home",
+                                          "--clock",   clock,     command, "file"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
     std::vector<char*> argv;
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
@@ -53,14 +53,17 @@ class CliProcessTest : public testing::Test {
     if (ready) execv(ZENTO_CLI, argv.data());
     _exit(99);
   }
-  bool WaitForFile(const char* name) const {
+  // Waits until the file is there and holds `text`.
+  bool WaitFor(const char* name, const char* text = "") const {
     for (int i = 0; i < 600; ++i) {
-      if (fs::exists(folder_ / name)) return true;
+      const bool there = fs::exists(folder_ / name);
+      if (there && Text(folder_ / name).find(text) != std::string::npos) return true;
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     return false;
   }
-  int ExitStatus() const {
+  int ExitStatus(int signal) const {
+    if (signal != 0) kill(child_, signal);
     int status = 0;
     waitpid(child_, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -82,10 +85,9 @@ constexpr char kLongRun[] =
 
 TEST_F(CliProcessTest, ASignalEndsTheRunSafelyAndKeepsWhatWasMeasured) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-    Start("real", kLongRun);
-    ASSERT_TRUE(WaitForFile("running.svg")) << Text(folder_ / "err");
-    kill(child_, signal);
-    EXPECT_EQ(ExitStatus(), 128 + signal);
+    Start("real", "script", kLongRun);
+    ASSERT_TRUE(WaitFor("running.svg")) << Text(folder_ / "err");
+    EXPECT_EQ(ExitStatus(signal), 128 + signal);
     EXPECT_THAT(Text(folder_ / "err"), HasSubstr("brought to its safe end"));
     EXPECT_EQ(Text(folder_ / "out"), "") << "nothing behind the wait is carried out";
     EXPECT_THAT(Text(folder_ / "home" / "Rescued tracks 1.znt"), HasSubstr("pnum="));
@@ -96,33 +98,27 @@ TEST_F(CliProcessTest, ASignalEndsTheRunSafelyAndKeepsWhatWasMeasured) {
 }
 
 TEST_F(CliProcessTest, ASignalEndsAMacroSafelyAndSavesItsTracks) {
-  std::ofstream(folder_ / "m.zmc") << "CV.RetainTime 0\nCV.RPM 1000\nCV.RecordTrack 5\nCV.Start\n"
-                                      "CV.Start\n";
-  Start({"--clock", "real", "run", "m.zmc", "--save", "kept.znt", "--log", "log"});
-  for (int i = 0; i < 600 && Text(folder_ / "log").find("Recording") == std::string::npos; ++i) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  }
-  kill(child_, SIGTERM);
-  EXPECT_EQ(ExitStatus(), 128 + SIGTERM);
+  Start("real", "run", "CV.RetainTime 0\nCV.RPM 1000\nCV.RecordTrack 5\nCV.Start\nCV.Start\n",
+        {"--save", "kept.znt", "--log", "log"});
+  ASSERT_TRUE(WaitFor("log", "Recording"));
+  EXPECT_EQ(ExitStatus(SIGTERM), 128 + SIGTERM);
   EXPECT_THAT(Text(folder_ / "kept.znt"), HasSubstr("DataNum= 5"));
   EXPECT_THAT(Text(folder_ / "log"), HasSubstr("bus: A0"));
-  EXPECT_THAT(Text(folder_ / "log"), HasSubstr("END Macro m.zmc: Stopped at line 4"));
+  EXPECT_THAT(Text(folder_ / "log"), HasSubstr("END Macro file: Stopped at line 4"));
 }
 
 TEST_F(CliProcessTest, AKilledProgramLeavesItsHomeFree) {
-  Start("real", kLongRun);
-  ASSERT_TRUE(WaitForFile("running.svg"));
-  kill(child_, SIGKILL);
-  EXPECT_EQ(ExitStatus(), -1);
-  Start("virtual", "get frmControlPanel.txtDatNum\n");
-  EXPECT_EQ(ExitStatus(), 0) << Text(folder_ / "err");
+  Start("real", "script", kLongRun);
+  ASSERT_TRUE(WaitFor("running.svg"));
+  EXPECT_EQ(ExitStatus(SIGKILL), -1);
+  Start("virtual", "script", "get frmControlPanel.txtDatNum\n");
+  EXPECT_EQ(ExitStatus(0), 0) << Text(folder_ / "err");
 }
 
 TEST_F(CliProcessTest, ASignalEndsAnEndlessWaitInVirtualTime) {
-  Start("virtual", std::string(kLongRun) + "wait 100000h\n");
-  ASSERT_TRUE(WaitForFile("running.svg"));
-  kill(child_, SIGTERM);
-  EXPECT_EQ(ExitStatus(), 128 + SIGTERM);
+  Start("virtual", "script", std::string(kLongRun) + "wait 100000h\n");
+  ASSERT_TRUE(WaitFor("running.svg"));
+  EXPECT_EQ(ExitStatus(SIGTERM), 128 + SIGTERM);
 }
 
 TEST_F(CliProcessTest, AReaderThatGoesAwayDoesNotEndTheRun) {
@@ -138,7 +134,7 @@ TEST_F(CliProcessTest, AReaderThatGoesAwayDoesNotEndTheRun) {
                               " --bench sim --home home script script.zsc; echo $? >status; } "
                               "2>/dev/null | true";
   ASSERT_EQ(std::system(command.c_str()), 0);
-  ASSERT_TRUE(WaitForFile("status"));
+  ASSERT_TRUE(WaitFor("status"));
   EXPECT_NE(Text(folder_ / "status"), "0\n") << "not everything was printed";
   EXPECT_THAT(Text(folder_ / "kept.znt"), HasSubstr("pnum="));
 }

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <map>
 #include <regex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -75,15 +76,23 @@ void ForEachProductLine(Visit visit) {
   ASSERT_GT(files, 20) << "the sources were not found under " << kSource;
 }
 
-TEST(Layering, RoomsIncludeOnlyRoomsBelowThem) {
-  const std::regex include("^\\s*#\\s*include\\s*\"([^\"]+)\"");
+// `visit` gets the file and what it includes from src/.
+template <typename Visit>
+void ForEachInclude(Visit visit) {
+  static const std::regex include("^\\s*#\\s*include\\s*\"([^\"]+)\"");
   ForEachProductLine([&](const std::string& path, int number, const std::string& line) {
     std::smatch match;
-    if (!std::regex_search(line, match, include)) return;
+    if (line.find('#') == line.npos || !std::regex_search(line, match, include)) return;
+    visit(path, number, match[1].str());
+  });
+}
+
+TEST(Layering, RoomsIncludeOnlyRoomsBelowThem) {
+  ForEachInclude([](const std::string& path, int number, const std::string& included) {
     const std::string room = RoomOf(path);
-    const std::string target = RoomOf(match[1].str());
+    const std::string target = RoomOf(included);
     ASSERT_FALSE(room.empty()) << path << " stands in no room";
-    EXPECT_FALSE(target.empty()) << path << ":" << number << " includes \"" << match[1]
+    EXPECT_FALSE(target.empty()) << path << ":" << number << " includes \"" << included
                                  << "\", which is no path from src/";
     if (target == room || target.empty()) return;
     const auto& allowed = kMayInclude.at(room);
@@ -92,10 +101,35 @@ TEST(Layering, RoomsIncludeOnlyRoomsBelowThem) {
   });
 }
 
+// A header and its source are one: what they include together must not lead back to them.
+TEST(Layering, NoCircleInsideARoomOfThePrograms) {
+  const auto unit = [](const std::string& path) { return path.substr(0, path.rfind('.')); };
+  std::map<std::string, std::set<std::string>> uses;
+  ForEachInclude([&](const std::string& path, int, const std::string& included) {
+    const std::string room = RoomOf(path);
+    if ((room != "program" && room != "cli") || RoomOf(included) != room) return;
+    if (unit(path) != unit(included)) uses[unit(path)].insert(unit(included));
+  });
+  ASSERT_GT(uses.size(), 10U);
+  // What uses nothing that is left stands in no circle.
+  for (bool found = true; found;) {
+    found = false;
+    for (auto user = uses.begin(); user != uses.end();) {
+      std::erase_if(user->second, [&](const std::string& used) { return !uses.contains(used); });
+      const bool free = user->second.empty();
+      found |= free;
+      user = free ? uses.erase(user) : std::next(user);
+    }
+  }
+  for (const auto& [user, used] : uses) {
+    ADD_FAILURE() << user << " stands in a circle or above one, by " << *used.begin();
+  }
+}
+
 TEST(Layering, OnlyTheQtRoomKnowsQt) {
   const std::regex include("^\\s*#\\s*include\\s*[<\"]Q[A-Z]");
   ForEachProductLine([&](const std::string& path, int number, const std::string& line) {
-    if (!std::regex_search(line, include)) return;
+    if (line.find('#') == line.npos || !std::regex_search(line, include)) return;
     EXPECT_TRUE(RoomOf(path) == "qt" || path.rfind("program/gui", 0) == 0) << path << ":" << number;
   });
 }
