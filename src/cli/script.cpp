@@ -285,9 +285,7 @@ Status ScriptDriver::Plot(std::string_view rest) {
   if (canvas == nullptr) return Status::Failure(control.value()->Address() + " is no picture");
   const std::string file(RestAsText(rest));
   if (file.empty()) return Status::Failure("plot takes FORM.CONTROL FILE.svg");
-  SvgSurface svg(canvas->size());
-  canvas->Paint(svg);
-  return host_.files.Replace(PathFromText(file), svg.Document());
+  return host_.files.Replace(PathFromText(file), CanvasAsSvg(*canvas));
 }
 
 Status ScriptDriver::Wait(std::string_view rest) {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <utility>
 
 #include "graph/decimate.h"
-#include "graph/hatch.h"
 
 namespace zento {
 namespace {
@@ -15,6 +15,36 @@ constexpr Colour kBackground{255, 255, 255};
 // A corner beyond any surface may as well stand a little nearer.
 Point WithinReach(Point at) {
   return {std::clamp(at.x, -kLineLimit, kLineLimit), std::clamp(at.y, -kLineLimit, kLineLimit)};
+}
+
+constexpr double kHatchSpacing = 4;
+constexpr double kMostHatched = 4000;  // bounds the number of lines
+
+// Chords in the direction (dx, dy), a unit vector.
+void Chords(Surface& surface, Point centre, double radius, Colour colour, Point direction) {
+  for (double off = -std::floor(radius / kHatchSpacing) * kHatchSpacing; off < radius;
+       off += kHatchSpacing) {
+    const double half = std::sqrt(std::max(0.0, radius * radius - off * off));
+    if (half < 1) continue;
+    const Point middle{centre.x - off * direction.y, centre.y + off * direction.x};
+    const Point from{std::round(middle.x - half * direction.x),
+                     std::round(middle.y - half * direction.y)};
+    const Point to{std::round(middle.x + half * direction.x),
+                   std::round(middle.y + half * direction.y)};
+    surface.Line(from, to, colour);
+  }
+}
+
+// Lines inside a circle: 2 horizontal, 3 vertical, 4 falling and 5 rising diagonals, 6 both
+// straight ones, 7 both diagonal ones. Any other style draws nothing.
+void DrawHatch(Surface& surface, Point centre, double radius, Colour colour, std::int16_t style) {
+  if (style < 2 || style > 7 || !(radius > 1) || radius > kMostHatched) return;
+  constexpr double kDiagonal = 1 / std::numbers::sqrt2;
+  const auto chords = [&](Point direction) { Chords(surface, centre, radius, colour, direction); };
+  if (style == 2 || style == 6) chords({1, 0});
+  if (style == 3 || style == 6) chords({0, 1});
+  if (style == 4 || style == 7) chords({kDiagonal, kDiagonal});
+  if (style == 5 || style == 7) chords({kDiagonal, -kDiagonal});
 }
 
 }  // namespace

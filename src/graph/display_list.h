@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "graph/graph_axis.h"
+#include "graph/axes.h"
 #include "graph/world.h"
 #include "host/surface.h"
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "graph/readout.h"
+#include "graph/ticks.h"
 
 namespace zento {
 namespace {

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
-#include "graph/plot_frame.h"
-#include "graph/readout.h"
+#include "graph/axes.h"
+#include "graph/ticks.h"
 
 namespace zento {
 namespace {

@@ -1,19 +1,16 @@
 #include "graph/svg_surface.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 
-#include "graph/svg_writer.h"
-#include "graph/text_width.h"
+#include "host/canvas.h"
+#include "text/codepage.h"
 
 namespace zento {
 namespace {
-
-using svg::AddAttribute;
-using svg::AddEscaped;
-using svg::AddNumber;
-using svg::AddPoint;
-using svg::Finite;
 
 constexpr double kHalfPixel = 0.5;
 constexpr double kPixelsPerPoint = 96.0 / 72.0;
@@ -33,7 +30,134 @@ double BaselineDrop(VerticalAnchor anchor, double size) {
   return (kAscent - kDescent) / 2 * size;
 }
 
+// At most two decimals, without needless zeros.
+void AddNumber(std::string& to, double value) {
+  constexpr double kMost = 1e12;  // beyond any page; keeps the hundredths within 64 bits
+  if (!(std::abs(value) <= kMost)) value = value > 0 ? kMost : -kMost;
+  std::int64_t hundredths = std::llround(value * 100);
+  if (hundredths < 0) {
+    to += '-';
+    hundredths = -hundredths;
+  }
+  char digits[24];
+  const auto whole = std::to_chars(digits, digits + sizeof digits, hundredths / 100);
+  to.append(digits, whole.ptr);
+  const int rest = static_cast<int>(hundredths % 100);
+  if (rest == 0) return;
+  to += '.';
+  to += static_cast<char>('0' + rest / 10);
+  if (rest % 10 != 0) to += static_cast<char>('0' + rest % 10);
+}
+
+// "x y"
+void AddPoint(std::string& to, Point at) {
+  AddNumber(to, at.x);
+  to += ' ';
+  AddNumber(to, at.y);
+}
+
+// ` name="value"`
+void AddAttribute(std::string& to, std::string_view name, double value) {
+  (to += ' ') += name;
+  to += "=\"";
+  AddNumber(to, value);
+  to += '"';
+}
+
+void AddAttribute(std::string& to, std::string_view name, Colour value) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  (to += ' ') += name;
+  to += "=\"#";
+  for (const unsigned component : {value.red, value.green, value.blue}) {
+    to += kDigits[component / 16];
+    to += kDigits[component % 16];
+  }
+  to += '"';
+}
+
+// Text content: markup escaped, malformed UTF-8 and characters that XML does not allow replaced.
+void AddEscaped(std::string& to, std::string_view text) {
+  constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+  const std::string valid = MakeValidUtf8(text);
+  for (std::size_t i = 0; i < valid.size(); ++i) {
+    const char c = valid[i];
+    const std::string_view three = std::string_view(valid).substr(i, 3);
+    if (three == "\xEF\xBF\xBE" || three == "\xEF\xBF\xBF") {  // U+FFFE and U+FFFF
+      to += kReplacement;
+      i += 2;
+    } else if (c == '&') {
+      to += "&amp;";
+    } else if (c == '<') {
+      to += "&lt;";
+    } else if (c == '>') {
+      to += "&gt;";
+    } else if (c == '\t' || c == '\n' || c == '\r') {
+      to += ' ';
+    } else if (static_cast<unsigned char>(c) < 0x20) {
+      to += kReplacement;
+    } else {
+      to += c;
+    }
+  }
+}
+
+bool Finite(Point at) {
+  return std::isfinite(at.x) && std::isfinite(at.y);
+}
+
+bool Finite(const Rect& rect) {
+  return Finite(Point{rect.x, rect.y}) && Finite(Point{rect.width, rect.height});
+}
+
+// Hundredths of the font's size, for U+0020 to U+007E: the wider of the two families that most
+// machines show for "sans-serif", so that labels rather stand too far apart than too close.
+constexpr unsigned char kWidths[] = {
+    32,  40, 46, 84, 64, 95, 78, 28, 39, 39, 50, 84, 32, 36, 32, 34,  //  !"#$%&'()*+,-./
+    64,  64, 64, 64, 64, 64, 64, 64, 64, 64, 34, 34, 84, 84, 84, 56,  // 0-9:;<=>?
+    100, 69, 69, 70, 77, 64, 58, 78, 76, 30, 50, 66, 56, 87, 75, 79,  // @A-O
+    61,  79, 70, 64, 62, 74, 69, 99, 69, 62, 69, 39, 34, 39, 84, 50,  // P-Z[\]^_
+    50,  62, 64, 55, 64, 62, 36, 64, 64, 28, 28, 58, 28, 98, 64, 62,  // `a-o
+    64,  64, 42, 53, 40, 64, 60, 82, 60, 60, 53, 64, 34, 64, 84,      // p-z{|}~
+};
+static_assert(sizeof kWidths == 0x7F - 0x20);
+
+constexpr double kOther = 0.65;  // letters beyond ASCII
+constexpr double kWide = 1.0;    // ideographs, kana, full-width forms
+constexpr std::uint32_t kFirstWide = 0x2E80;
+constexpr std::uint32_t kHalfKanaFirst = 0xFF61;
+constexpr std::uint32_t kHalfKanaLast = 0xFFDC;
+
+bool Continues(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+}
+
+// The code point that starts at `at`; meant for valid UTF-8, harmless for anything else.
+std::uint32_t CodePoint(std::string_view text, std::size_t at) {
+  const auto lead = static_cast<unsigned char>(text[at]);
+  if (lead < 0x80) return lead;
+  std::uint32_t point = lead & (lead >= 0xF0 ? 0x07U : lead >= 0xE0 ? 0x0FU : 0x1FU);
+  for (std::size_t i = at + 1; i < text.size() && Continues(text[i]); ++i) {
+    point = point << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
+  }
+  return point;
+}
+
+double Width(std::uint32_t point) {
+  if (point >= 0x20 && point < 0x7F) return kWidths[point - 0x20] / 100.0;
+  if (point >= kHalfKanaFirst && point <= kHalfKanaLast) return kWide / 2;
+  return point >= kFirstWide ? kWide : kOther;
+}
+
 }  // namespace
+
+double EstimateTextWidth(std::string_view text, bool bold) {
+  double width = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (!Continues(text[i])) width += Width(CodePoint(text, i));
+  }
+  constexpr double kBold = 1.1;
+  return bold ? width * kBold : width;
+}
 
 SvgSurface::SvgSurface(Size extent)
     : extent_{std::max(1.0, extent.width), std::max(1.0, extent.height)} {}
@@ -186,6 +310,12 @@ void SvgSurface::SetClip(Rect rect) {
 void SvgSurface::ClearClip() {
   if (clipped_) body_ += "</g>\n";
   clipped_ = false;
+}
+
+std::string CanvasAsSvg(Canvas& canvas) {
+  SvgSurface surface(canvas.size());
+  canvas.Paint(surface);
+  return surface.Document();
 }
 
 }  // namespace zento

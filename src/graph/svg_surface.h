@@ -1,11 +1,13 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "host/surface.h"
 
 namespace zento {
+
+class Canvas;
 
 // Writes what is drawn as an SVG 1.1 document, one surface unit a pixel of 1/96 inch. A point with
 // whole coordinates is the middle of its pixel, so that lines come out as on a screen. Coordinates
@@ -43,5 +45,11 @@ class SvgSurface : public Surface {
   int clips_ = 0;
   bool clipped_ = false;
 };
+
+// The picture that a canvas shows, at its size on the screen, as a document.
+std::string CanvasAsSvg(Canvas& canvas);
+
+// The estimated width of a line of UTF-8 in a common sans-serif font, in units of the font's size.
+double EstimateTextWidth(std::string_view text, bool bold);
 
 }  // namespace zento

@@ -5,8 +5,6 @@
 
 #include <limits>
 
-#include "graph/text_width.h"
-
 namespace zento {
 namespace {
 

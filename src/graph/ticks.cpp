@@ -22,6 +22,15 @@ int Exponent(double magnitude) {
   return static_cast<int>(std::floor(std::log10(magnitude) + 1e-9));
 }
 
+// The pattern follows the whole axis, so that it does not change under the moving pointer.
+std::string Coordinate(double at, const WorldAxis& axis, double from, double to) {
+  double value = axis.World(at);
+  const double unit = std::abs(1 / axis.scale());
+  if (!std::isfinite(value) || !(unit > 0) || !std::isfinite(unit)) return "-";
+  if (std::abs(value) < unit / 2) value = 0;
+  return Format(value, TickPattern(unit, std::max(std::abs(from), std::abs(to))));
+}
+
 }  // namespace
 
 double Ticks::Value(int i) const {
@@ -94,6 +103,12 @@ std::vector<std::string> TickLabels(const Ticks& ticks, std::string_view pattern
     labels[static_cast<std::size_t>(i)] = Format(ticks.Value(i), fitting);
   }
   return labels;
+}
+
+std::string PointReadout(Point at, const WorldWindow& window, Size surface) {
+  const WorldMap map(window, surface);
+  return Coordinate(at.x, map.x, window.x1, window.x2) + ", " +
+         Coordinate(at.y, map.y, window.y1, window.y2);
 }
 
 }  // namespace zento

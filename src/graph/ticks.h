@@ -1,9 +1,11 @@
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "graph/world.h"
+#include "host/surface.h"
 
 namespace zento {
 
@@ -33,5 +35,9 @@ std::string TickPattern(double step, double largest);
 // label is empty; when that leaves fewer than two labels, all are written under a pattern that fits
 // the step instead.
 std::vector<std::string> TickLabels(const Ticks& ticks, std::string_view pattern);
+
+// "x, y" of a place on a surface that shows the window, in world coordinates, with the digits that
+// one surface unit resolves.
+std::string PointReadout(Point at, const WorldWindow& window, Size surface);
 
 }  // namespace zento

@@ -7,6 +7,9 @@
 
 namespace zento {
 
+// The two looks of axes: through the picture, as a GraphView draws them, and around a plot area, as
+// a PreviewPlot does.
+
 // Grid, tick labels and title of a GraphView.
 struct AxisFrame {
   WorldWindow world;
@@ -24,5 +27,24 @@ struct AxisFrame {
 // labels. Everything is moved as far as it takes to stay on the surface; labels that would touch
 // are thinned out evenly.
 void PaintAxis(Surface& surface, Size extent, const AxisFrame& frame);
+
+// Everything around the curves of a plot.
+struct PlotFrame {
+  WorldWindow window;
+  double x_step = 0;  // 0 = chosen for the window
+  double y_step = 0;
+  std::string x_format;
+  std::string y_format;
+  bool fit_formats = false;  // where a format rounds a tick, a finer one takes its place
+  std::string x_title;       // empty = none
+  std::string y_title;
+};
+
+// Clears the surface, draws grid, labels and titles for `extent`, and returns what they leave for
+// the curves, in whole surface units.
+Rect PaintPlotFrame(Surface& surface, Size extent, const PlotFrame& frame);
+
+// The line around the plot area; drawn last, so that no curve covers it.
+void PaintPlotBorder(Surface& surface, const Rect& area);
 
 }  // namespace zento
