@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "core/axis_step.h"
+#include "core/modes.h"
 #include "core/palette.h"
 #include "core/sweeps.h"
-#include "core/tables.h"
 
 namespace zento {
 namespace {
@@ -18,18 +18,15 @@ using Values = std::span<const double>;
 
 constexpr int kLightBlue = 9;
 constexpr int kLightRed = 12;
-constexpr int kChannels = 10;
 
-const char* XTitle(std::int32_t mode) {
-  switch (mode) {
-    case kModePS:
-    case kModeMulti:
-      return "Time /s";
-    case kModeRPMvsj:
-      return "Rotation rate /rpm";
-    default:
-      return "Potential /V";
-  }
+// What a preview's x axis shows: channels of one record share their time.
+XQuantity PreviewX(std::int32_t mode) {
+  return IsMultichannel(mode) ? XQuantity::kTime : TraitsOf(mode).x;
+}
+
+const char* XTitle(XQuantity x) {
+  if (x == XQuantity::kTime) return "Time /s";
+  return x == XQuantity::kRotationRate ? "Rotation rate /rpm" : "Potential /V";
 }
 
 void Draw(PreviewPlot& plot, Values x, Values y, Colour colour, PreviewStyle style) {
@@ -60,12 +57,12 @@ void DrawCycles(PreviewPlot& plot, TrackStore& tracks, int track, PreviewStyle s
   }
 }
 
-void DrawChannels(PreviewPlot& plot, TrackStore& tracks, PreviewStyle style) {
+void DrawChannels(PreviewPlot& plot, TrackStore& tracks, int channels, PreviewStyle style) {
   const Values time = tracks.Points(2, 0);
-  for (int channel = 0; channel < kChannels; ++channel) {
+  for (int channel = 0; channel < channels; ++channel) {
     Draw(plot, time, tracks.Points(0, channel), TrackPaleColor(channel), style);
   }
-  for (int channel = 0; channel < kChannels; ++channel) {
+  for (int channel = 0; channel < channels; ++channel) {
     Draw(plot, time, tracks.Points(1, channel), TrackColor(channel), style);
   }
 }
@@ -85,22 +82,16 @@ void Cover(Values values, double& least, double& most) {
 }  // namespace
 
 const char* PreviewXFormat(std::int32_t mode) {
-  switch (mode) {
-    case kModePS:
-      return "###0.0";
-    case kModeRPMvsj:
-    case kModeMulti:
-      return "###0";
-    default:
-      return "0.0";
-  }
+  const XQuantity x = PreviewX(mode);
+  if (IsMultichannel(mode) || x == XQuantity::kRotationRate) return "###0";
+  return x == XQuantity::kTime ? "###0.0" : "0.0";
 }
 
 PreviewRange RangeOf(TrackStore& tracks, int track) {
   const TrackRecord& record = tracks.Record(track);
   PreviewRange range{record.Vxmin, record.Vymin, record.Vxmax, record.Vymax};
   if (!Usable(range.x_min, range.x_max)) {
-    const bool multi = record.Mode == kModeMulti;
+    const bool multi = IsMultichannel(record.Mode);
     Cover(tracks.Points(multi ? 2 : 0, multi ? 0 : track), range.x_min, range.x_max);
   }
   if (!Usable(range.y_min, range.y_max)) {
@@ -113,15 +104,16 @@ void DrawTrack(PreviewPlot& plot, TrackStore& tracks, int track, const PreviewRa
                PreviewStyle style) {
   plot.Clear();
   const std::int32_t mode = tracks.Record(track).Mode;
-  if (mode <= kModeNone || mode >= kModes) return;
+  if (!IsMeasured(mode)) return;
   plot.SetFormats(PreviewXFormat(mode), "0.0e+0");
   plot.SetRange(range.x_min, range.y_min, range.x_max, range.y_max);
   plot.SetSteps(TickStep(range.x_min, range.x_max), TickStep(range.y_min, range.y_max));
-  plot.SetAxisTitles(XTitle(mode), "Current /A");
-  if (mode == kModeCV) {
+  plot.SetAxisTitles(XTitle(PreviewX(mode)), "Current /A");
+  // With a ring, the colours tell the two electrodes apart instead of the cycles.
+  if (TraitsOf(mode).cycles && !HasRing(mode)) {
     DrawCycles(plot, tracks, track, style);
-  } else if (mode == kModeMulti) {
-    DrawChannels(plot, tracks, style);
+  } else if (IsMultichannel(mode)) {
+    DrawChannels(plot, tracks, TraitsOf(mode).channels, style);
   } else {
     const Values x = tracks.Points(0, track);
     Draw(plot, x, tracks.Points(1, track), QBColor(kLightBlue), style);
