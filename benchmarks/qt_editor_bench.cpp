@@ -13,6 +13,7 @@
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
 #include "macro/macro_line.h"
+#include "qt/form_window.h"
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
 

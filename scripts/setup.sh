@@ -6,7 +6,7 @@ say() { printf '\n== %s\n' "$*"; }
 # Debian's names of what is needed to build, to run, and to test.
 zento_packages=(
   g++ cmake ninja-build pkg-config lld ccache
-  qt6-base-dev libqt6svg6-dev qt6-qpa-plugins libgl-dev
+  qt6-base-dev qt6-qpa-plugins libgl-dev
   libasio-dev libcli11-dev nlohmann-json3-dev libcanberra-dev libcurl4-openssl-dev
   libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev libfftw3-dev
   fonts-vlgothic fonts-dejavu-core

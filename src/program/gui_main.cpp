@@ -19,10 +19,9 @@
 #include "program/home.h"
 #include "program/main_program.h"
 #include "program/program_options.h"
-#include "qt/appearance.h"
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
-#include "qt/start_dialog.h"
+#include "qt/start_up.h"
 
 namespace {
 

@@ -1,22 +1,38 @@
 #include "qt/canvas_menu.h"
 
 #include <QAction>
-#include <QByteArray>
+#include <QBuffer>
+#include <QImage>
 #include <QMenu>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
 #include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <algorithm>
+#include <cmath>
 #include <memory>
+#include <string>
 #include <string_view>
 
+#include "graph/svg_surface.h"
+#include "host/canvas.h"
+#include "host/form.h"
 #include "host/host.h"
-#include "qt/canvas_export.h"
 #include "qt/canvas_widget.h"
+#include "qt/qt_surface.h"
 #include "qt/qt_text.h"
+#include "qt/raster_surface.h"
 
 namespace zento {
 namespace {
 
+constexpr double kPixelsPerInch = 96;
+constexpr double kPointsPerInch = 72;
+// Width of the thinnest line on paper: about a quarter of a millimetre.
+constexpr double kPaperLine = 0.9;
 // Small pictures would look coarse in a document.
 constexpr double kLeastPixelRatio = 2;
 
@@ -26,7 +42,7 @@ void Copy(Canvas& canvas) {
 }
 
 QByteArray Encode(Canvas& canvas, std::string_view extension, double pixel_ratio) {
-  if (extension == "svg") return CanvasAsSvg(canvas, canvas.size());
+  if (extension == "svg") return QByteArray::fromStdString(CanvasAsSvg(canvas));
   if (extension == "pdf") return CanvasAsPdf(canvas, canvas.size());
   return CanvasAsPng(canvas, canvas.size(), std::max(pixel_ratio, kLeastPixelRatio));
 }
@@ -65,6 +81,12 @@ void Print(CanvasWidget& widget) {
   dialog->open();
 }
 
+void PaintScaled(Canvas& canvas, Size size, QPainter& painter, double scale) {
+  painter.scale(scale, scale);
+  QtSurface surface(painter, size, kPaperLine);
+  canvas.Paint(surface);
+}
+
 }  // namespace
 
 void ShowCanvasMenu(CanvasWidget& widget, const QPoint& at) {
@@ -85,6 +107,49 @@ void ShowCanvasMenu(CanvasWidget& widget, const QPoint& at) {
   menu->addSeparator();
   add("&Print...", [&widget] { Print(widget); });
   menu->popup(at);
+}
+
+QByteArray CanvasAsPng(Canvas& canvas, Size size, double pixel_ratio) {
+  const auto pixels = [pixel_ratio](double length) {
+    return std::max(1, static_cast<int>(std::lround(length * pixel_ratio)));
+  };
+  QImage image(pixels(size.width), pixels(size.height), QImage::Format_RGB32);
+  image.setDevicePixelRatio(pixel_ratio);
+  image.fill(Qt::white);
+  {
+    RasterSurface surface(image);
+    canvas.Paint(surface);
+  }
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, "PNG");
+  return buffer.data();
+}
+
+QByteArray CanvasAsPdf(Canvas& canvas, Size size) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  {
+    QPdfWriter writer(&buffer);
+    constexpr int kResolution = 1200;
+    writer.setResolution(kResolution);
+    writer.setTitle(ToQt(canvas.form().caption()));
+    const double points = kPointsPerInch / kPixelsPerInch;
+    writer.setPageLayout(QPageLayout(QPageSize(QSizeF(size.width * points, size.height * points),
+                                               QPageSize::Point, QString(), QPageSize::ExactMatch),
+                                     QPageLayout::Portrait, QMarginsF()));
+    QPainter painter(&writer);
+    PaintScaled(canvas, size, painter, kResolution / kPixelsPerInch);
+  }
+  return buffer.data();
+}
+
+void PrintCanvas(Canvas& canvas, Size size, QPrinter& printer) {
+  QPainter painter;
+  if (!painter.begin(&printer)) return;
+  const QRectF page = printer.pageRect(QPrinter::DevicePixel);
+  PaintScaled(canvas, size, painter,
+              std::min(page.width() / size.width, page.height() / size.height));
 }
 
 }  // namespace zento

@@ -7,7 +7,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
-#include <utility>
+#include <vector>
 
 #include "qt/canvas_menu.h"
 #include "qt/qt_surface.h"
@@ -44,7 +44,32 @@ Qt::MouseButton Held(const QMouseEvent& event) {
   return Qt::NoButton;
 }
 
+class CanvasBinding final : public ControlBinding {
+ public:
+  CanvasBinding(Canvas& canvas, BindingContext& context)
+      : ControlBinding(canvas, context), shown_(new CanvasWidget(canvas)) {
+    Name(*shown_);
+  }
+  QWidget& widget() override { return *shown_; }
+  std::vector<QWidget*> TabStops() override { return {}; }
+  bool Tall() const override { return true; }
+  void Detach() override {
+    ControlBinding::Detach();
+    shown_->Detach();
+  }
+
+ protected:
+  void Show() override {}
+
+ private:
+  CanvasWidget* shown_;
+};
+
 }  // namespace
+
+std::unique_ptr<ControlBinding> Bind(Canvas& canvas, BindingContext& context) {
+  return std::make_unique<CanvasBinding>(canvas, context);
+}
 
 CanvasWidget::CanvasWidget(Canvas& canvas, QWidget* parent)
     : QWidget(parent), canvas_(&canvas), readout_(new QLabel(this)) {

@@ -3,8 +3,10 @@
 #include <QImage>
 #include <QWidget>
 #include <functional>
+#include <memory>
 
 #include "host/canvas.h"
+#include "qt/control_binding.h"
 
 class QLabel;
 
@@ -54,5 +56,8 @@ class CanvasWidget : public QWidget {
   bool painting_ = false;  // a canvas that declares itself invalid while it paints changes nothing
   QLabel* readout_;
 };
+
+// Its widget is a CanvasWidget.
+std::unique_ptr<ControlBinding> Bind(Canvas& canvas, BindingContext& context);
 
 }  // namespace zento

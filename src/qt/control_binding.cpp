@@ -1,19 +1,26 @@
 #include "qt/control_binding.h"
 
-#include "host/controls.h"
-#include "qt/action_bindings.h"
-#include "qt/choice_bindings.h"
-#include "qt/edit_grid_binding.h"
-#include "qt/list_bindings.h"
-#include "qt/memo_binding.h"
-#include "qt/picture_bindings.h"
+#include <QWidget>
+
+#include "host/canvas.h"
+#include "qt/basic_bindings.h"
+#include "qt/canvas_widget.h"
 #include "qt/qt_text.h"
+#include "qt/table_bindings.h"
 #include "qt/text_bindings.h"
 
 namespace zento {
 
-void ControlBinding::Name(QWidget& widget) const {
-  const QString address = ToQt(control_.Address());
+void ControlBinding::AttachLabel(QWidget& label) {
+  label_ = &label;
+}
+
+void ControlBinding::GiveFocus() {
+  widget().setFocus(Qt::OtherFocusReason);
+}
+
+void ControlBinding::Name(QWidget& widget, const QString& suffix) const {
+  const QString address = ToQt(control_.Address()) + suffix;
   widget.setObjectName(address);
   widget.setAccessibleName(address);
 }
@@ -37,33 +44,33 @@ void ControlBinding::Refresh() {
 std::unique_ptr<ControlBinding> MakeBinding(Control& control, BindingContext& context) {
   switch (control.Kind()) {
     case ControlKind::kLabel:
-      return std::make_unique<LabelBinding>(dynamic_cast<Label&>(control), context);
+      return Bind(dynamic_cast<Label&>(control), context);
     case ControlKind::kTextBox: {
       auto& box = dynamic_cast<TextBox&>(control);
-      if (box.multiline) return std::make_unique<MemoBinding>(box, context);
+      if (box.multiline) return BindMemo(box, context);
       return std::make_unique<LineBinding>(box, context);
     }
     case ControlKind::kButton:
       return std::make_unique<ButtonBinding>(dynamic_cast<Button&>(control), context);
     case ControlKind::kOptionGroup:
-      return std::make_unique<OptionBinding>(dynamic_cast<OptionGroup&>(control), context);
+      return Bind(dynamic_cast<OptionGroup&>(control), context);
     case ControlKind::kCheckBox:
-      return std::make_unique<CheckBinding>(dynamic_cast<CheckBox&>(control), context);
+      return Bind(dynamic_cast<CheckBox&>(control), context);
     case ControlKind::kComboBox:
-      return std::make_unique<ComboBinding>(dynamic_cast<ComboBox&>(control), context);
+      return Bind(dynamic_cast<ComboBox&>(control), context);
     case ControlKind::kUpDown:
       return std::make_unique<UpDownBinding>(dynamic_cast<UpDown&>(control), context);
     case ControlKind::kGrid:
       if (auto* edit = dynamic_cast<EditGrid*>(&control)) {
         return std::make_unique<EditGridBinding>(*edit, context);
       }
-      return std::make_unique<GridBinding>(dynamic_cast<Grid&>(control), context);
+      return Bind(dynamic_cast<Grid&>(control), context);
     case ControlKind::kListBox:
-      return std::make_unique<ListBinding>(dynamic_cast<ListBox&>(control), context);
+      return Bind(dynamic_cast<ListBox&>(control), context);
     case ControlKind::kCanvas:
-      return std::make_unique<CanvasBinding>(dynamic_cast<Canvas&>(control), context);
+      return Bind(dynamic_cast<Canvas&>(control), context);
     case ControlKind::kProgressBar:
-      return std::make_unique<ProgressBinding>(dynamic_cast<ProgressBar&>(control), context);
+      return Bind(dynamic_cast<ProgressBar&>(control), context);
     case ControlKind::kMenuEntry:
     case ControlKind::kTimer:
       break;

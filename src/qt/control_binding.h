@@ -2,11 +2,13 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QWidget>
+#include <QString>
 #include <memory>
 #include <vector>
 
 #include "host/control.h"
+
+class QWidget;
 
 namespace zento {
 
@@ -39,15 +41,15 @@ class ControlBinding : public QObject {
 
   void Refresh();
   // `label` comes and goes with the control.
-  void AttachLabel(QWidget& label) { label_ = &label; }
+  void AttachLabel(QWidget& label);
   // Passes on what was typed but not left yet.
   virtual void Commit() {}
-  virtual void GiveFocus() { widget().setFocus(Qt::OtherFocusReason); }
+  virtual void GiveFocus();
   virtual void Detach() { gone_ = true; }
 
  protected:
-  // Names the widget after the control; to be called once it exists.
-  void Name(QWidget& widget) const;
+  // Names a widget after the control, to be called once it exists; `suffix` tells several apart.
+  void Name(QWidget& widget, const QString& suffix = {}) const;
   // The widget takes the control's state, without its signals coming back as a person's actions.
   virtual void Show() = 0;
   bool gone() const { return gone_; }

@@ -14,16 +14,14 @@
 #include "host/desktop.h"
 #include "host/file_target.h"
 #include "host/host.h"
-#include "qt/action_bindings.h"
-#include "qt/banner_strip.h"
-#include "qt/file_drop.h"
-#include "qt/form_menu.h"
+#include "qt/basic_bindings.h"
+#include "qt/canvas_widget.h"
 #include "qt/layout_builder.h"
-#include "qt/page_area.h"
-#include "qt/picture_bindings.h"
 #include "qt/qt_text.h"
+#include "qt/window_parts.h"
 
 namespace zento {
+
 FormWindow::FormWindow(Form& form) : form_(&form), banner_(new BannerStrip), area_(new PageArea) {
   setObjectName(ToQt(form.name()));
   setAccessibleName(ToQt(form.name()));
@@ -64,7 +62,7 @@ void FormWindow::Build() {
   for (auto& [control, binding] : bindings_) binding->Refresh();
   LinkTabStops(root);
   const auto target = [this] { return dynamic_cast<FileTarget*>(form_); };
-  if (target() != nullptr) new FileDrop(*this, target, commit);
+  if (target() != nullptr) TakeDroppedFiles(*this, target, commit);
 }
 
 void FormWindow::LinkTabStops(const LayoutNode& layout) {
@@ -85,6 +83,10 @@ void FormWindow::LinkTabStops(const LayoutNode& layout) {
 ControlBinding* FormWindow::Find(const Control& control) const {
   const auto found = bindings_.find(&control);
   return found == bindings_.end() ? nullptr : found->second.get();
+}
+
+CanvasWidget* FormWindow::CanvasOf(const Canvas& canvas) const {
+  return dynamic_cast<CanvasWidget*>(WidgetOf(canvas));
 }
 
 QWidget* FormWindow::WidgetOf(const Control& control) const {
@@ -133,22 +135,16 @@ void FormWindow::ControlChanged(Control& control) {
 }
 
 void FormWindow::CanvasInvalid(Canvas& canvas) {
-  if (auto* binding = dynamic_cast<CanvasBinding*>(Find(canvas))) {
-    binding->canvas_widget().InvalidatePicture();
-  }
+  if (CanvasWidget* shown = CanvasOf(canvas)) shown->InvalidatePicture();
 }
 
 void FormWindow::CanvasOverlayInvalid(Canvas& canvas) {
-  if (auto* binding = dynamic_cast<CanvasBinding*>(Find(canvas))) {
-    binding->canvas_widget().InvalidateOverlay();
-  }
+  if (CanvasWidget* shown = CanvasOf(canvas)) shown->InvalidateOverlay();
 }
 
 void FormWindow::CanvasExtended(Canvas& canvas, Rect dirty,
                                 const std::function<void(Surface&)>& paint) {
-  if (auto* binding = dynamic_cast<CanvasBinding*>(Find(canvas))) {
-    binding->canvas_widget().Extend(dirty, paint);
-  }
+  if (CanvasWidget* shown = CanvasOf(canvas)) shown->Extend(dirty, paint);
 }
 
 void FormWindow::CaptionChanged(Form& form) {

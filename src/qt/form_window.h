@@ -10,6 +10,7 @@
 namespace zento {
 
 class BannerStrip;
+class CanvasWidget;
 class FormMenu;
 class PageArea;
 
@@ -20,8 +21,6 @@ class PageArea;
 // happen inside a signal of one of the window's own widgets; the window then hides and deletes
 // itself later.
 class FormWindow : public QMainWindow, public FormView, private BindingContext {
-  Q_OBJECT
-
  public:
   explicit FormWindow(Form& form);
   ~FormWindow() override;
@@ -55,6 +54,7 @@ class FormWindow : public QMainWindow, public FormView, private BindingContext {
   void Build();
   void LinkTabStops(const LayoutNode& layout);
   ControlBinding* Find(const Control& control) const;
+  CanvasWidget* CanvasOf(const Canvas& canvas) const;
   bool PressButton(bool cancel);
   void ShowBanner();
   void ReportGeometry();

@@ -8,10 +8,9 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "qt/action_bindings.h"
-#include "qt/control_binding.h"
-#include "qt/edit_grid_binding.h"
+#include "qt/basic_bindings.h"
 #include "qt/qt_text.h"
+#include "qt/table_bindings.h"
 #include "qt/text_bindings.h"
 
 namespace zento {

@@ -1,18 +1,48 @@
-#include "qt/memo_binding.h"
-
 #include <QFontDatabase>
 #include <QHelpEvent>
+#include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QSyntaxHighlighter>
 #include <QTextBlock>
 #include <QToolTip>
 #include <algorithm>
+#include <functional>
+#include <string>
+#include <utility>
 
 #include "qt/qt_text.h"
-#include "qt/text_offset.h"
+#include "qt/text_bindings.h"
+
+// Boxes of several lines: notes, reports, the macro editor.
 
 namespace zento {
 namespace {
+
+// Places in a text: the program counts UTF-8 bytes, the toolkit UTF-16 units.
+
+// How many units a character takes whose first byte is `lead`; 0 for the bytes that follow it.
+int UnitsOf(char lead) {
+  const auto byte = static_cast<unsigned char>(lead);
+  if ((byte & 0xC0) == 0x80) return 0;
+  return byte >= 0xF0 ? 2 : 1;
+}
+
+int UnitsBefore(std::string_view text, std::size_t bytes) {
+  int units = 0;
+  for (const char byte : text.substr(0, std::min(bytes, text.size()))) units += UnitsOf(byte);
+  return units;
+}
+
+std::size_t BytesBefore(std::string_view text, int units) {
+  std::size_t i = 0;
+  for (; i < text.size(); ++i) {
+    const int next = UnitsOf(text[i]);
+    if (next > 0 && units <= 0) break;
+    units -= next;
+  }
+  return i;
+}
 
 // Width of a report's column, in average characters.
 constexpr int kReportColumn = 16;
@@ -42,7 +72,91 @@ Difference Compare(const QString& before, const QString& after) {
           static_cast<int>(after.size() - tail)};
 }
 
-}  // namespace
+QTextCharFormat FormatOf(TextRole role) {
+  QTextCharFormat format;
+  switch (role) {
+    case TextRole::kKeyword:
+      format.setForeground(QColor(18, 60, 140));
+      format.setFontWeight(QFont::Bold);
+      break;
+    case TextRole::kNumber:
+      format.setForeground(QColor(150, 60, 0));
+      break;
+    case TextRole::kComment:
+      format.setForeground(QColor(70, 110, 60));
+      format.setFontItalic(true);
+      break;
+    case TextRole::kPlain:
+      break;
+  }
+  return format;
+}
+
+// Colours the lines of a text and underlines those with a fault, as the box's `look` says. Only
+// lines that change are looked at again.
+class LineHighlighter final : public QSyntaxHighlighter {
+ public:
+  LineHighlighter(QTextDocument& document, std::function<LineLook(std::string_view, int)> look)
+      : QSyntaxHighlighter(&document), look_(std::move(look)) {}
+
+  // What is wrong with the line, numbered from 0; empty = nothing.
+  std::string FaultOf(int line) const {
+    const QTextBlock block = document()->findBlockByNumber(line);
+    return block.isValid() ? look_(FromQt(block.text()), line + 1).fault : std::string();
+  }
+
+ protected:
+  void highlightBlock(const QString& text) override {
+    const std::string line = FromQt(text);
+    const LineLook look = look_(line, currentBlock().blockNumber() + 1);
+    QTextCharFormat base;
+    if (!look.fault.empty()) {
+      base.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+      base.setUnderlineColor(Qt::red);
+      const std::size_t first = std::min(line.find_first_not_of(' '), line.size());
+      const int begin = UnitsBefore(line, first);
+      setFormat(begin, static_cast<int>(text.size()) - begin, base);
+    }
+    for (const TextSpan& span : look.spans) {
+      QTextCharFormat format = base;
+      format.merge(FormatOf(span.role));
+      const int begin = UnitsBefore(line, span.begin);
+      setFormat(begin, UnitsBefore(line, span.end) - begin, format);
+    }
+  }
+
+ private:
+  std::function<LineLook(std::string_view, int)> look_;
+};
+
+class MemoBinding final : public TextBinding {
+ public:
+  MemoBinding(TextBox& box, BindingContext& context);
+  QWidget& widget() override { return *edit_; }
+  bool Tall() const override { return true; }
+  void Detach() override;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void Show() override;
+
+ private:
+  void TakeText();
+  void TakeSelection();
+  TextBox::Range RangeOf(const QTextCursor& cursor) const;
+  void ShowText();
+  void ShowSelection();
+  void ShowMark();
+  void ShowFault(const QPoint& place, const QPoint& on_screen);
+
+  QPlainTextEdit* edit_;
+  LineHighlighter* highlighter_ = nullptr;  // belongs to the document
+  // What the widget shows of the box.
+  std::string shown_;
+  TextBox::Range shown_selection_;
+  int shown_mark_ = -1;
+  bool taking_ = false;  // a person's edit is being passed on
+};
 
 MemoBinding::MemoBinding(TextBox& box, BindingContext& context)
     : TextBinding(box, context), edit_(new QPlainTextEdit) {
@@ -84,11 +198,13 @@ void MemoBinding::TakeText() {
   TakeSelection();
 }
 
+TextBox::Range MemoBinding::RangeOf(const QTextCursor& cursor) const {
+  return {BytesBefore(shown_, cursor.selectionStart()), BytesBefore(shown_, cursor.selectionEnd())};
+}
+
 void MemoBinding::TakeSelection() {
   if (gone() || taking_) return;
-  const QTextCursor cursor = edit_->textCursor();
-  const TextBox::Range range = {BytesBefore(shown_, cursor.selectionStart()),
-                                BytesBefore(shown_, cursor.selectionEnd())};
+  const TextBox::Range range = RangeOf(edit_->textCursor());
   if (range == shown_selection_ && range == box().selection()) return;
   shown_selection_ = range;
   taking_ = true;
@@ -121,9 +237,7 @@ void MemoBinding::ShowText() {
     cursor.insertText(after.mid(part.begin, part.new_end - part.begin));
     cursor.endEditBlock();
   }
-  const QTextCursor cursor = edit_->textCursor();
-  shown_selection_ = {BytesBefore(shown_, cursor.selectionStart()),
-                      BytesBefore(shown_, cursor.selectionEnd())};
+  shown_selection_ = RangeOf(edit_->textCursor());
 }
 
 void MemoBinding::ShowSelection() {
@@ -173,6 +287,12 @@ bool MemoBinding::eventFilter(QObject* watched, QEvent* event) {
   const auto& help = *static_cast<QHelpEvent*>(event);
   ShowFault(help.pos(), help.globalPos());
   return true;
+}
+
+}  // namespace
+
+std::unique_ptr<ControlBinding> BindMemo(TextBox& box, BindingContext& context) {
+  return std::make_unique<MemoBinding>(box, context);
 }
 
 }  // namespace zento

@@ -22,7 +22,7 @@ constexpr char kMessageName[] = "Message";
 // The window a person works in, or the one they came from when that is a dialog.
 QWindow* WorkingWindow() {
   for (QWidget* widget = QApplication::activeWindow(); widget != nullptr;) {
-    if (qobject_cast<FormWindow*>(widget) != nullptr) return widget->windowHandle();
+    if (dynamic_cast<FormWindow*>(widget) != nullptr) return widget->windowHandle();
     const QWindow* window = widget->windowHandle();
     return window == nullptr ? nullptr : window->transientParent();
   }

@@ -2,15 +2,24 @@
 
 #include <QEvent>
 #include <QFocusEvent>
+#include <QFontMetrics>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QSignalBlocker>
+#include <QLineEdit>
+#include <QPainter>
+#include <QStringList>
+#include <QStyle>
+#include <algorithm>
+#include <utility>
 
-#include "qt/action_bindings.h"
+#include "qt/basic_bindings.h"
 #include "qt/qt_text.h"
 
 namespace zento {
 namespace {
+
+// Of a label, in average characters. A text longer than this does not widen the window.
+constexpr int kWidest = 44;
 
 // Opening a menu or going to another program is not leaving the box; going to another window of
 // this program is.
@@ -26,16 +35,82 @@ bool IsLeave(const QFocusEvent& event) {
   }
 }
 
+class LabelBinding final : public ControlBinding {
+ public:
+  LabelBinding(Label& label, BindingContext& context)
+      : ControlBinding(label, context), label_(label), shown_(new TextLabel) {
+    Name(*shown_);
+  }
+  QWidget& widget() override { return *shown_; }
+  std::vector<QWidget*> TabStops() override { return {}; }
+
+ protected:
+  void Show() override {
+    shown_->SetTip(ToQt(label_.tip()));
+    shown_->setText(ToQt(label_.text()));
+  }
+
+ private:
+  Label& label_;
+  TextLabel* shown_;
+};
+
 }  // namespace
 
-LabelBinding::LabelBinding(Label& label, BindingContext& context)
-    : ControlBinding(label, context), label_(label), shown_(new TextLabel) {
-  Name(*shown_);
+TextLabel::TextLabel(QWidget* parent) : QFrame(parent) {
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  Grow();
 }
 
-void LabelBinding::Show() {
-  shown_->SetTip(ToQt(label_.tip()));
-  shown_->setText(ToQt(label_.text()));
+void TextLabel::setText(const QString& text) {
+  if (text == text_) return;
+  text_ = text;
+  Grow();
+  ShowTip();
+  update();
+}
+
+void TextLabel::SetTip(const QString& tip) {
+  tip_ = tip;
+  ShowTip();
+}
+
+void TextLabel::Grow() {
+  const QFontMetrics metrics(font());
+  const QSize text = metrics.size(0, text_);
+  const QSize now(std::min(text.width() + 2, metrics.averageCharWidth() * kWidest),
+                  std::max(text.height(), metrics.height()));
+  const QSize wanted = wanted_.expandedTo(now);
+  if (wanted == wanted_) return;
+  wanted_ = wanted;
+  updateGeometry();
+}
+
+void TextLabel::ShowTip() {
+  const bool cut = QFontMetrics(font()).size(0, text_).width() > width();
+  setToolTip(!cut ? tip_ : tip_.isEmpty() ? text_ : tip_ + QLatin1Char('\n') + text_);
+}
+
+void TextLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QFontMetrics metrics(font());
+  QStringList lines = text_.split(QLatin1Char('\n'));
+  for (QString& line : lines) line = metrics.elidedText(line, Qt::ElideRight, width());
+  style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
+                        lines.join(QLatin1Char('\n')), foregroundRole());
+}
+
+void TextLabel::resizeEvent(QResizeEvent*) {
+  ShowTip();
+}
+
+void TextLabel::changeEvent(QEvent* event) {
+  QFrame::changeEvent(event);
+  if (event->type() == QEvent::FontChange) Grow();
+}
+
+std::unique_ptr<ControlBinding> Bind(Label& label, BindingContext& context) {
+  return std::make_unique<LabelBinding>(label, context);
 }
 
 void TextBinding::Typed(const QString& text) {
@@ -102,6 +177,10 @@ LineBinding::LineBinding(TextBox& box, BindingContext& context)
   connect(edit_, &QLineEdit::textEdited, this, [this](const QString& text) { Typed(text); });
 }
 
+QWidget& LineBinding::widget() {
+  return *edit_;
+}
+
 void LineBinding::SetStepper(UpDownBinding& stepper) {
   stepper_ = &stepper;
 }
@@ -124,8 +203,8 @@ bool LineBinding::KeyPressed(int key, char32_t character) {
   switch (key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      // A box that handles Enter itself keeps it; else it accepts the entry and presses the
-      // window's default button.
+      // A box that handles Enter itself keeps it; else what was typed counts and the window's
+      // default button is pressed.
       if (SendKey(KeyCode::kEnter)) return true;
       Commit();
       return gone();

@@ -1,28 +1,47 @@
 #pragma once
 
-#include <QLineEdit>
+#include <QFrame>
 #include <QPalette>
+#include <QString>
+#include <memory>
 
 #include "host/controls.h"
 #include "qt/control_binding.h"
-#include "qt/text_label.h"
+
+class QLineEdit;
 
 namespace zento {
 
 class UpDownBinding;
 
-class LabelBinding final : public ControlBinding {
+// One or more lines of text that change often. Unlike QLabel it does not ask for a new layout at
+// every change: it only ever asks for more room, so a counting value does not make the window
+// tremble. What is wider than the room is cut with an ellipsis and shown whole as the tool tip.
+class TextLabel : public QFrame {
+  Q_OBJECT
+  Q_PROPERTY(QString text READ text WRITE setText)
+
  public:
-  LabelBinding(Label& label, BindingContext& context);
-  QWidget& widget() override { return *shown_; }
-  std::vector<QWidget*> TabStops() override { return {}; }
+  explicit TextLabel(QWidget* parent = nullptr);
+  const QString& text() const { return text_; }
+  void setText(const QString& text);  // NOLINT(readability-identifier-naming): a Qt property
+  // The hint that stands before the text when that is cut.
+  void SetTip(const QString& tip);
+
+  QSize sizeHint() const override { return wanted_; }
+  QSize minimumSizeHint() const override { return wanted_; }
 
  protected:
-  void Show() override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
-  Label& label_;
-  TextLabel* shown_;
+  void Grow();
+  void ShowTip();
+  QString text_;
+  QString tip_;
+  QSize wanted_;
 };
 
 // What both kinds of text boxes share: when a person leaves one, and which keys it is told of.
@@ -58,7 +77,7 @@ class TextBinding : public ControlBinding {
 class LineBinding final : public TextBinding {
  public:
   LineBinding(TextBox& box, BindingContext& context);
-  QWidget& widget() override { return *edit_; }
+  QWidget& widget() override;
   void GiveFocus() override;
   // The arrow keys step it.
   void SetStepper(UpDownBinding& stepper);
@@ -71,5 +90,10 @@ class LineBinding final : public TextBinding {
   QLineEdit* edit_;
   QPointer<UpDownBinding> stepper_;
 };
+
+std::unique_ptr<ControlBinding> Bind(Label& label, BindingContext& context);
+// A box of several lines. What the program changes is edited into the shown text where it differs,
+// so that a person's undo, scroll position and colours stay.
+std::unique_ptr<ControlBinding> BindMemo(TextBox& box, BindingContext& context);
 
 }  // namespace zento

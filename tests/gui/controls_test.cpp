@@ -18,7 +18,7 @@
 #include <utility>
 
 #include "gui_fixture.h"
-#include "qt/text_label.h"
+#include "qt/text_bindings.h"
 
 namespace zento {
 namespace {

@@ -13,6 +13,7 @@
 #include "demo_form.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
+#include "qt/form_window.h"
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
 

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <clocale>
 
-#include "qt/appearance.h"
+#include "qt/start_up.h"
 
 #ifdef __SANITIZE_ADDRESS__
 // The font library keeps the patterns it was asked for until the process ends.

@@ -8,9 +8,9 @@
 #include <QTextBlock>
 #include <QTextLayout>
 
-#include "program/main_program.h"
 #include "gui_fixture.h"
 #include "macro/macro_form.h"
+#include "program/main_program.h"
 
 namespace zento {
 namespace {

@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "program/main_program.h"
 #include "gui_fixture.h"
+#include "program/main_program.h"
 #include "qt/canvas_widget.h"
 
 namespace zento {

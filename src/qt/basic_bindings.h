@@ -1,17 +1,22 @@
 #pragma once
 
-#include <QPushButton>
-#include <QToolButton>
+#include <memory>
+#include <vector>
 
 #include "host/controls.h"
 #include "qt/control_binding.h"
 
+class QPushButton;
+
 namespace zento {
+
+// The controls that one widget shows, or a few side by side: buttons, arrows, boxes to check and to
+// choose from, the progress bar.
 
 class ButtonBinding final : public ControlBinding {
  public:
   ButtonBinding(Button& button, BindingContext& context);
-  QWidget& widget() override { return *push_; }
+  QWidget& widget() override;
   // As a click, without moving the focus.
   void Press();
 
@@ -36,9 +41,15 @@ class UpDownBinding final : public ControlBinding {
   void Show() override {}
 
  private:
-  QToolButton* Arrow(Qt::ArrowType type, const char* suffix, int direction);
+  QWidget* Arrow(Qt::ArrowType type, const char* suffix, int direction);
   UpDown& up_down_;
   QWidget* pair_;
 };
+
+std::unique_ptr<ControlBinding> Bind(CheckBox& box, BindingContext& context);
+// One radio button an option, named "OpnCVMeas(0)" and so on.
+std::unique_ptr<ControlBinding> Bind(OptionGroup& group, BindingContext& context);
+std::unique_ptr<ControlBinding> Bind(ComboBox& combo, BindingContext& context);
+std::unique_ptr<ControlBinding> Bind(ProgressBar& bar, BindingContext& context);
 
 }  // namespace zento
