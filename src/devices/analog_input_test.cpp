@@ -130,6 +130,8 @@ TEST_F(AnalogInputTest, RangesFollowEachChannelOnItsOwn) {
       {0, {0, 0, 0, 0}, {3, 4, 5, 5}},            // climbs to the finest range and stays there
       {1, {0.4, 0.4, -1.1, -1.1}, {3, 4, 4, 3}},  // 16 %: finer; 32 % there: stays; 88 %: coarser
       {0, {0.625, 1.25, 2.5, 2.5}, {5, 4, 3, 3}},
+      // Finer below 20 % of full scale, coarser above 80 %, and neither at the very limit.
+      {2, {0.5, 0.4999, 1.0, 1.0001, 2.5}, {3, 3, 4, 4, 3}},
   };
   for (const auto& [channel, volts, ranges] : courses) {
     for (std::size_t i = 0; i < volts.size(); ++i) {

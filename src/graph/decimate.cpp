@@ -6,7 +6,8 @@
 namespace zento {
 
 void PixelPolyline::FlushExtremes() {
-  // The extreme at which the column is left comes second, which saves a vertex.
+  // First, one extreme, the other, last. Where the column is left at an extreme, that one comes
+  // second and is the last vertex too; where it was entered at the other, that one stands already.
   const double second = last_ == low_ ? low_ : high_;
   const double before = last_ == low_ ? high_ : low_;
   if (first_ != before) kept_.push_back({column_, before});

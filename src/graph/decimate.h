@@ -9,14 +9,17 @@
 
 #include "host/surface.h"
 
-// Fewer strokes for the same picture. Both rest on drawing with the thinnest pen between whole
-// pixels: what a dropped vertex or dot would have coloured is coloured by those that stay.
+// Fewer strokes for the same picture, so that a plot's cost follows the pixels it has and not the
+// points. Both rest on drawing with the thinnest pen between whole pixels: what a dropped vertex or
+// dot would have coloured is coloured by those that stay.
 
 namespace zento {
 
-// Collects the vertices of a line, given in whole pixels, and drops those that leave no trace: of
-// consecutive ones in one column, which cover every pixel between their extremes, the first, the
-// extremes and the last stay.
+// Collects the vertices of a line, given in whole pixels, and drops those that leave no trace.
+// Consecutive vertices in one column are joined by vertical strokes, which together colour exactly
+// the pixels from the lowest to the highest of them, in whatever order they come: the extremes do
+// for all. The first and the last stay as well, since the slanting strokes from the column before
+// and to the column after end there, and another end would lead them over other pixels.
 class PixelPolyline {
  public:
   // Coordinates are whole numbers.

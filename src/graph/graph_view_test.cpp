@@ -15,8 +15,8 @@
 namespace zento {
 namespace {
 
-constexpr Colour kRed{255, 0, 0};
-constexpr Colour kBlue{0, 0, 255};
+constexpr Colour kInk{255, 0, 0};
+constexpr Colour kOther{0, 0, 255};
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
@@ -51,24 +51,17 @@ TEST_F(GraphTest, MapsTheWorldWindowOntoTheSurface) {
   EXPECT_EQ(graph.VtoWX(kNan), -2.1e9F);
 }
 
-TEST_F(GraphTest, AResizeKeepsTheConversionButThePictureFillsItsPlace) {
+TEST_F(GraphTest, WhatWasDrawnKeepsItsWindowThroughResizesAndOtherViews) {
   graph.View(0, 1, 10, -1);
-  graph.VPset(5, 0, kRed);
+  graph.VPset(5, 0, kInk);
   graph.Picture1.Resize({800, 400});
-  EXPECT_EQ(graph.VtoWX(10), 400);
-  EXPECT_EQ(Painted({800, 400}).At(400, 200), kRed);
-  graph.View(0, 1, 10, -1);
-  EXPECT_EQ(graph.VtoWX(10), 800);
-}
-
-TEST_F(GraphTest, AnotherViewLeavesWhatWasDrawnBefore) {
-  graph.View(0, 1, 1, 0);
-  graph.VPset(0.5, 0.5, kRed);
+  EXPECT_EQ(graph.VtoWX(10), 400) << "as at the last View";
   graph.View(0, 100, 100, 0);
-  graph.VPset(0.5, 0.5, kBlue);
-  const TestSurface picture = Painted({400, 200});
-  EXPECT_EQ(picture.At(200, 100), kRed);
-  EXPECT_EQ(picture.At(2, 199), kBlue);
+  EXPECT_EQ(graph.VtoWX(100), 800);
+  graph.VPset(0.5, 0.5, kOther);
+  const TestSurface picture = Painted({800, 400});
+  EXPECT_EQ(picture.At(400, 200), kInk);
+  EXPECT_EQ(picture.At(4, 398), kOther);
 }
 
 TEST_F(GraphTest, ALivePointTouchesOnlyItsPlace) {
@@ -76,12 +69,12 @@ TEST_F(GraphTest, ALivePointTouchesOnlyItsPlace) {
   graph.Axis(0.1, 0.1, 10, "/V");
   TestView view(graph.Picture1);
   view.Screen();
-  graph.VPset(0.25, 0.75, kRed);
+  graph.VPset(0.25, 0.75, kInk);
   EXPECT_EQ(view.extensions, 1);
   EXPECT_LE(view.last_dirty.width * view.last_dirty.height, 9);
-  EXPECT_EQ(view.screen.At(100, 50), kRed);
-  graph.VPset(2, 0.5, kRed);
-  graph.VPset(kNan, 0.5, kRed);
+  EXPECT_EQ(view.screen.At(100, 50), kInk);
+  graph.VPset(2, 0.5, kInk);
+  graph.VPset(kNan, 0.5, kInk);
   EXPECT_EQ(view.extensions, 1);
   EXPECT_EQ(view.repaints, 1);
 }
@@ -109,14 +102,14 @@ TEST_F(GraphTest, WhatWasDrawnLiveIsWhatARepaintShows) {
 
 TEST_F(GraphTest, LinesEndAtTheLimit) {
   graph.View(0, 200, 400, 0);
-  graph.VLine(10, 100, 40000, 100, kRed);
-  EXPECT_EQ(Painted({400, 200}).Count(kRed), 0);
-  graph.VLine(10, 100, 32767, 100, kRed);
-  EXPECT_EQ(Painted({400, 200}).Count(kRed), 390);
+  graph.VLine(10, 100, 40000, 100, kInk);
+  EXPECT_EQ(Painted({400, 200}).Count(kInk), 0);
+  graph.VLine(10, 100, 32767, 100, kInk);
+  EXPECT_EQ(Painted({400, 200}).Count(kInk), 390);
   // A curve goes on behind an end that cannot be drawn.
   const Point points[] = {{0, 50}, {9, 50}, {40000, 50}, {20, 50}, {29, 50}, {kNan, 0}, {0, 20}};
-  graph.Curve(points, kBlue, CurveStyle::kLines);
-  EXPECT_EQ(Painted({400, 200}).Count(kBlue), 20);
+  graph.Curve(points, kOther, CurveStyle::kLines);
+  EXPECT_EQ(Painted({400, 200}).Count(kOther), 20);
 }
 
 TEST_F(GraphTest, ACurveIsWhatItsPointsOneByOneAre) {
@@ -129,7 +122,7 @@ TEST_F(GraphTest, ACurveIsWhatItsPointsOneByOneAre) {
   for (const CurveStyle style : {CurveStyle::kDots, CurveStyle::kLines}) {
     graph.View(-1.1, 1.1, 1.1, -1.1);
     graph.Axis(0.5, 0.5, 10, "/V");
-    graph.Curve(x, y, kRed, style);
+    graph.Curve(x, y, kInk, style);
     const TestSurface curve = Painted({1000, 700});
     TestSurface single({1000, 700});
     graph.Axis(0.5, 0.5, 10, "/V");
@@ -137,8 +130,8 @@ TEST_F(GraphTest, ACurveIsWhatItsPointsOneByOneAre) {
     const WorldMap map({-1.1, 1.1, 1.1, -1.1}, {1000, 700});
     for (std::size_t i = 0; i < x.size(); ++i) {
       const Point at = map({x[i], y[i]});
-      if (style == CurveStyle::kDots) single.Dots({&at, 1}, kRed);
-      if (style == CurveStyle::kLines && i > 0) single.Line(map({x[i - 1], y[i - 1]}), at, kRed);
+      if (style == CurveStyle::kDots) single.Dots({&at, 1}, kInk);
+      if (style == CurveStyle::kLines && i > 0) single.Line(map({x[i - 1], y[i - 1]}), at, kInk);
     }
     EXPECT_TRUE(curve.SamePixels(single));
   }
@@ -146,10 +139,10 @@ TEST_F(GraphTest, ACurveIsWhatItsPointsOneByOneAre) {
 
 TEST_F(GraphTest, AxisClearsAndLabels) {
   graph.View(0, 1, 10, -1);
-  graph.VPset(5, 0.5, kRed);
+  graph.VPset(5, 0.5, kInk);
   graph.Axis(2, 0.5, 10, "/V");
   const TestSurface crossing = Painted({400, 200});
-  EXPECT_EQ(crossing.Count(kRed), 0);
+  EXPECT_EQ(crossing.Count(kInk), 0);
   EXPECT_EQ(crossing.At(160, 3), QBColor(7));
   EXPECT_EQ(crossing.At(300, 50), QBColor(7));
   // Below the world y of 0, centred on the tick.
@@ -196,8 +189,8 @@ TEST_F(GraphTest, HostileStepsAndWindowsDrawSomethingInBoundedTime) {
     for (const double b : values) {
       graph.View(a, b, b, a);
       graph.Axis(a, b, -5, "title");
-      graph.VLine(a, b, b, a, kRed);
-      graph.VFill(0, 0, 1, 1, kRed);
+      graph.VLine(a, b, b, a, kInk);
+      graph.VFill(0, 0, 1, 1, kInk);
       const TestSurface picture = Painted({400, 200});
       EXPECT_LT(picture.calls, 2000);
     }
@@ -209,10 +202,10 @@ TEST_F(GraphTest, WithoutAutoRedrawThePictureIsShownWhenItIsSwitchedOn) {
   TestView view(graph.Picture1);
   view.Screen();
   graph.SetAutoRedraw(false);
-  graph.VPset(0.5, 0.5, kRed);
-  EXPECT_EQ(view.Screen().Count(kRed), 0);
+  graph.VPset(0.5, 0.5, kInk);
+  EXPECT_EQ(view.Screen().Count(kInk), 0);
   graph.SetAutoRedraw(true);
-  EXPECT_EQ(view.Screen().Count(kRed), 1);
+  EXPECT_EQ(view.Screen().Count(kInk), 1);
 }
 
 TEST_F(GraphTest, WeeksOfMonitoringNeedNoMoreMemoryAndLoseNoPixel) {
@@ -223,7 +216,7 @@ TEST_F(GraphTest, WeeksOfMonitoringNeedNoMoreMemoryAndLoseNoPixel) {
   std::mt19937 random(5);
   std::normal_distribution<double> noise(0, 2e-4);
   for (int i = 0; i < 1000000; ++i) {
-    graph.VPset(0.03 + noise(random), 0.003 + noise(random) / 20, i % 2 ? kRed : kBlue);
+    graph.VPset(0.03 + noise(random), 0.003 + noise(random) / 20, i % 2 ? kInk : kOther);
   }
   EXPECT_LT(graph.Picture1.ItemCount(), 300000U);
   EXPECT_TRUE(view.screen.SamePixels(Painted({400, 200})));
@@ -231,35 +224,40 @@ TEST_F(GraphTest, WeeksOfMonitoringNeedNoMoreMemoryAndLoseNoPixel) {
 
 TEST_F(GraphTest, PositionAndSizeAreThePicturesWithoutTheStrip) {
   graph.SetSize(30, 40, 500, 300);
-  std::int16_t width = 0;
-  std::int16_t height = 0;
+  std::int16_t width = 0, height = 0, left = 0, top = 5;
   graph.getSize(width, height);
-  EXPECT_EQ(width, 500);
-  EXPECT_EQ(height, 300);
+  EXPECT_EQ((std::pair<int, int>{width, height}), std::pair(500, 300));
   EXPECT_EQ(graph.geometry().height, 326);
   EXPECT_EQ(graph.getPictureX(), 500);
-  EXPECT_EQ(graph.Picture1.size(), (Size{500, 300}));
   graph.SetPosition(1000, 0);
-  std::int16_t left = 0;
-  std::int16_t top = 5;
   graph.getPosition(left, top);
-  EXPECT_EQ(left, 1000);
-  EXPECT_EQ(top, 0);
+  EXPECT_EQ((std::pair<int, int>{left, top}), std::pair(1000, 0));
   EXPECT_EQ(graph.geometry().width, 500);
   graph.SetSize(0, 0, -5, 100);
   EXPECT_EQ(graph.Picture1.size(), (Size{500, 300}));
 }
 
+TEST_F(GraphTest, ReadoutFollowsThePointer) {
+  graph.View(0, 1, 10, -1);
+  EXPECT_EQ(graph.Picture1.Readout(), "");
+  graph.Picture1.PointerMoved({{100, 50}, PointerButton::kNone, false, false});
+  EXPECT_EQ(graph.Picture1.Readout(), "2.50, 0.50");
+  graph.Picture1.PointerMoved({{300, 150}, PointerButton::kNone, false, false});
+  EXPECT_EQ(graph.Picture1.Readout(), "7.50, -0.50");
+  graph.Picture1.PointerLeft();
+  EXPECT_EQ(graph.Picture1.Readout(), "");
+}
+
 TEST_F(GraphTest, TheButtonCopiesThePictureAsItIsNow) {
   graph.View(0, 1, 1, 0);
-  graph.VPset(0.5, 0.5, kRed);
+  graph.VPset(0.5, 0.5, kInk);
   ASSERT_TRUE(graph.CptoClipBtn.UserClick().ok());
   EXPECT_EQ(machine.clipboard.pictures, 1);
   EXPECT_EQ(machine.clipboard.picture_size, (Size{400, 200}));
   graph.Axis(0.1, 0.1, 10, "");
   TestSurface copied({400, 200});
   machine.clipboard.paint_picture(copied);
-  EXPECT_EQ(copied.At(200, 100), kRed);
+  EXPECT_EQ(copied.At(200, 100), kInk);
 }
 
 TEST(GraphWindow, ClosingHidesItWithItsPicture) {
@@ -268,7 +266,7 @@ TEST(GraphWindow, ClosingHidesItWithItsPicture) {
                            [&] { return std::make_unique<Graph>(machine.host, "Graph1"); });
   auto* graph = machine.desktop.LoadAs<Graph>("Graph1");
   machine.desktop.Show("Graph1");
-  graph->VPset(0.5, 0.5, kRed);
+  graph->VPset(0.5, 0.5, kInk);
   machine.desktop.RequestClose("Graph1");
   EXPECT_FALSE(machine.desktop.Shown("Graph1"));
   EXPECT_EQ(machine.desktop.LoadAs<Graph>("Graph1"), graph);

@@ -13,8 +13,8 @@
 namespace zento {
 namespace {
 
-constexpr Colour kRed{255, 0, 0};
-constexpr Colour kBlue{0, 0, 255};
+constexpr Colour kInk{255, 0, 0};
+constexpr Colour kOther{0, 0, 255};
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
@@ -81,11 +81,11 @@ TEST_F(PreviewPlotTest, AxesStandOutsideThePlotAreaAndAreLabelled) {
 }
 
 TEST_F(PreviewPlotTest, CurvesStayInsideThePlotArea) {
-  plot.Line(-10, -1, 10, 1, kRed);
-  plot.Line(0.3, -1e300, 0.3, 1e300, kRed);
-  plot.Dot(0, 0, kBlue);
-  plot.Dot(5, 0, kBlue);
-  plot.Dot(kNan, kInf, kBlue);
+  plot.Line(-10, -1, 10, 1, kInk);
+  plot.Line(0.3, -1e300, 0.3, 1e300, kInk);
+  plot.Dot(0, 0, kOther);
+  plot.Dot(5, 0, kOther);
+  plot.Dot(kNan, kInf, kOther);
   const TestSurface picture = Painted();
   const Rect area = plot.PlotArea();
   int outside = 0;
@@ -93,22 +93,24 @@ TEST_F(PreviewPlotTest, CurvesStayInsideThePlotArea) {
     for (int x = 0; x < 600; ++x) {
       const bool in =
           x >= area.x && x < area.x + area.width && y >= area.y && y < area.y + area.height;
-      if (!in && (picture.At(x, y) == kRed || picture.At(x, y) == kBlue)) ++outside;
+      if (!in && (picture.At(x, y) == kInk || picture.At(x, y) == kOther)) ++outside;
     }
   }
   EXPECT_EQ(outside, 0);
   // Both lines cross the whole area although their ends lie far away.
-  EXPECT_GE(picture.Count(kRed), 2 * area.height - 5);
-  EXPECT_EQ(picture.Count(kBlue), 1);
+  EXPECT_GE(picture.Count(kInk), 2 * area.height - 5);
+  EXPECT_EQ(picture.Count(kOther), 1);
 }
 
-TEST_F(PreviewPlotTest, APointWithoutAPlaceInterruptsTheLine) {
+TEST_F(PreviewPlotTest, AValueStandsInItsPlaceAndOneWithoutInterruptsTheLine) {
   const double x[] = {0, 0.1, kNan, 0.5, 0.6};
   const double y[] = {0, 0, 0, 0, 0};
-  plot.Polyline(x, y, kRed);
-  const Rect area = plot.PlotArea();
+  plot.Polyline(x, y, kInk);
+  plot.Dot(0.55, 0.75e-5, kOther);
   const TestSurface picture = Painted();
-  EXPECT_NEAR(picture.Count(kRed), 0.2 * area.width, 4);
+  EXPECT_NEAR(picture.Count(kInk), 0.2 * plot.PlotArea().width, 4);
+  const Point at = Place(0.75, 0.125);  // upwards
+  EXPECT_EQ(picture.At(static_cast<int>(at.x), static_cast<int>(at.y)), kOther);
 }
 
 TEST_F(PreviewPlotTest, TheWheelZoomsAboutThePointer) {
@@ -199,9 +201,9 @@ TEST_F(PreviewPlotTest, AnyRangeAndSizeCanBeDrawn) {
     for (const double b : values) {
       plot.SetRange(a, b, b, a);
       plot.SetSteps(a, b);
-      plot.Dot(a, b, kRed);
-      plot.Line(a, b, b, a, kBlue);
-      plot.Mark(a, b, kBlue);
+      plot.Dot(a, b, kInk);
+      plot.Line(a, b, b, a, kOther);
+      plot.Mark(a, b, kOther);
       for (const Size size : {Size{600, 400}, Size{70, 30}, Size{1, 1}}) {
         EXPECT_LT(Painted(size).calls, 2000);
       }

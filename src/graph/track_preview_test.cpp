@@ -1,51 +1,21 @@
 #include "graph/track_preview.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include <set>
-#include <tuple>
-#include <vector>
+#include <string>
 
+#include "core/modes.h"
 #include "core/palette.h"
+#include "core/track_store.h"
+#include "graph/test_surface.h"
 #include "host/virtual/virtual_host.h"
 
 namespace zento {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-using Rgb = std::tuple<int, int, int>;
-Rgb Of(Colour colour) {
-  return {colour.red, colour.green, colour.blue};
-}
-
-// Notes the colours of the curves and the texts around them.
-class NotingSurface : public Surface {
- public:
-  Size Extent() const override { return {600, 400}; }
-  void Clear(Colour) override {}
-  void Line(Point, Point, Colour colour, double) override { lines.push_back(Of(colour)); }
-  void Polyline(std::span<const Point> points, Colour colour, double) override {
-    if (points.size() > 1) lines.push_back(Of(colour));
-  }
-  void Dots(std::span<const Point> points, Colour colour) override {
-    if (!points.empty()) dots.push_back(Of(colour));
-  }
-  void Circle(Point, double, Colour, const Colour*) override {}
-  void Box(Rect, Colour) override {}
-  void FillBox(Rect, Colour) override {}
-  void Text(Point, std::string_view text, const TextStyle&) override { texts.emplace(text); }
-  Size Measure(std::string_view text, const TextStyle& style) const override {
-    return {static_cast<double>(text.size()) * style.size * 0.6, style.size};
-  }
-  void SetClip(Rect) override {}
-  void ClearClip() override {}
-
-  std::vector<Rgb> lines;
-  std::vector<Rgb> dots;
-  std::set<std::string, std::less<>> texts;
-};
+constexpr Colour kDisk{0, 0, 255};
+constexpr Colour kRing{255, 0, 0};
+constexpr PreviewStyle kStyles[] = {PreviewStyle::kLines, PreviewStyle::kDots};
 
 class EmptyForm : public Form {
  public:
@@ -55,40 +25,27 @@ class EmptyForm : public Form {
 
 class Preview : public ::testing::Test {
  protected:
-  // Points (i / 10, i), with i as third column.
+  // Points (i / 10, i / 1000), and a third column that falls from points / 1000.
   void Fill(int track, Mode mode, std::int32_t points) {
     tracks.Record(track).Mode = mode;
     tracks.Record(track).pnum = points;
     for (std::int32_t i = 0; i < points; ++i) {
       tracks.SetValue(0, track, i, 0.1 * i);
       tracks.SetValue(1, track, i, 1e-3 * i);
-      tracks.SetValue(2, track, i, i);
+      tracks.SetValue(2, track, i, 1e-3 * (points - i));
     }
   }
-  // The colours of what is drawn, without axes and grid: those of colours that an empty plot has.
-  std::vector<Rgb> Colours(int track, PreviewStyle style) {
-    NotingSurface empty;
-    plot.Clear();
-    plot.Paint(empty);
-    const std::set<Rgb> frame(empty.lines.begin(), empty.lines.end());
-    surface = {};
+  TestSurface Drawn(int track, PreviewStyle style) {
     DrawTrack(plot, tracks, track, RangeOf(tracks, track), style);
-    plot.Paint(surface);
-    std::vector<Rgb> drawn;
-    const auto& all = style == PreviewStyle::kLines ? surface.lines : surface.dots;
-    for (const Rgb& colour : all) {
-      if (!frame.contains(colour) && (drawn.empty() || drawn.back() != colour)) {
-        drawn.push_back(colour);
-      }
-    }
-    return drawn;
+    TestSurface picture({600, 400});
+    plot.Paint(picture);
+    return picture;
   }
 
   VirtualHost machine;
   EmptyForm form{machine.host};
   PreviewPlot plot{form, "PrevGraph"};
   TrackStore tracks;
-  NotingSurface surface;
 };
 
 TEST_F(Preview, EachCycleHasItsColour) {
@@ -99,49 +56,71 @@ TEST_F(Preview, EachCycleHasItsColour) {
     const int phase = i % 10;
     tracks.SetValue(0, 0, i, 0.1 * (phase <= 5 ? phase : 10 - phase));
   }
-  EXPECT_THAT(Colours(0, PreviewStyle::kLines),
-              ElementsAre(Of(HLSToRGB(144 / 3 + 64, 16, 16)), Of(HLSToRGB(288 / 3 + 64, 16, 16))));
-  EXPECT_THAT(Colours(0, PreviewStyle::kDots),
-              ElementsAre(Of(HLSToRGB(164 / 3 + 64, 16, 16)), Of(HLSToRGB(328 / 3 + 64, 16, 16))));
-  EXPECT_TRUE(surface.texts.contains("Potential /V"));
-  EXPECT_TRUE(surface.texts.contains("Current /A"));
+  for (const int cycle : {1, 2}) {
+    const Colour line = HLSToRGB(144 * cycle / 3 + 64, 16, 16);
+    const Colour dot = HLSToRGB(164 * cycle / 3 + 64, 16, 16);
+    EXPECT_GT(Drawn(0, PreviewStyle::kLines).Count(line), 100) << cycle;
+    EXPECT_GE(Drawn(0, PreviewStyle::kDots).Count(dot), 8) << cycle << ", without those on the rim";
+  }
 }
 
-TEST_F(Preview, DiskAndRingAreBlueAndRed) {
-  const Rgb blue = Of(QBColor(9));
-  const Rgb red = Of(QBColor(12));
-  for (const Mode mode : {kModeRDE, kModeSSV}) {
-    Fill(1, mode, 5);
-    EXPECT_THAT(Colours(1, PreviewStyle::kLines), ElementsAre(blue, red));
-    EXPECT_THAT(Colours(1, PreviewStyle::kDots), ElementsAre(blue, red));
+TEST_F(Preview, AxisAndColoursFollowTheMode) {
+  const struct {
+    Mode mode;
+    const char* title;
+    const char* format;
+    bool ring;
+  } rows[] = {{kModeRDE, "Potential /V", "0.0", true},
+              {kModePS, "Time /s", "###0.0", false},
+              {kModeRPMvsj, "Rotation rate /rpm", "###0", false},
+              {kModeSSV, "Potential /V", "0.0", true},
+              {kModeSSVAll, "Potential /V", "0.0", false}};
+  for (const auto& row : rows) {
+    Fill(1, row.mode, 5);
+    for (const PreviewStyle style : kStyles) {
+      const TestSurface picture = Drawn(1, style);
+      EXPECT_GT(picture.Count(kDisk), 0) << row.mode;
+      EXPECT_EQ(picture.Count(kRing) > 0, row.ring) << row.mode;
+      EXPECT_NE(picture.Find(row.title), nullptr) << row.mode;
+      EXPECT_NE(picture.Find("Current /A"), nullptr);
+    }
+    EXPECT_STREQ(PreviewXFormat(row.mode), row.format);
   }
-  for (const Mode mode : {kModePS, kModeRPMvsj, kModeSSVAll}) {
-    Fill(1, mode, 5);
-    EXPECT_THAT(Colours(1, PreviewStyle::kLines), ElementsAre(blue));
-  }
-  EXPECT_FALSE(surface.texts.contains("Time /s"));
-  Fill(1, kModePS, 5);
-  Colours(1, PreviewStyle::kDots);
-  EXPECT_TRUE(surface.texts.contains("Time /s"));
 }
 
 TEST_F(Preview, ChannelsShareTheTimeOfTrackZero) {
-  for (int track = 0; track < 10; ++track) Fill(track, kModeMulti, 4);
-  EXPECT_EQ(Colours(7, PreviewStyle::kLines).size(), 20u);
-  EXPECT_EQ(Colours(7, PreviewStyle::kDots).back(), Of(TrackColor(9)));
-  EXPECT_EQ(RangeOf(tracks, 7).x_max, 3);  // the time, not the potential
+  for (int track = 0; track < 10; ++track) {
+    Fill(track, kModeMulti, 4);
+    for (int i = 0; i < 4; ++i) {
+      tracks.SetValue(0, track, i, -1e-3 * (i + track) - 1e-3);
+      tracks.SetValue(1, track, i, 1e-3 * (i + track));
+      tracks.SetValue(2, track, i, track == 0 ? i : -7);
+    }
+  }
+  tracks.Record(7).Vymin = -0.015;
+  tracks.Record(7).Vymax = 0.015;
+  EXPECT_EQ(RangeOf(tracks, 7), (PreviewRange{0, -0.015, 3, 0.015}));
+  for (const PreviewStyle style : kStyles) {
+    const TestSurface picture = Drawn(7, style);
+    for (int channel = 0; channel < 10; ++channel) {
+      EXPECT_GE(picture.Count(TrackColor(channel)), 1) << channel;
+      EXPECT_GE(picture.Count(TrackPaleColor(channel)), 1) << channel;
+    }
+    EXPECT_NE(picture.Find("Time /s"), nullptr);
+  }
 }
 
-TEST_F(Preview, DrawsNothingForTracksWithoutPointsOrOfUnknownModes) {
-  EXPECT_THAT(Colours(0, PreviewStyle::kLines), IsEmpty());
-  for (const std::int32_t mode : {1, 2, 5, 8, 99, -3}) {
-    tracks.Record(0).Mode = mode;
-    EXPECT_THAT(Colours(0, PreviewStyle::kLines), IsEmpty()) << mode;
-    EXPECT_THAT(Colours(0, PreviewStyle::kDots), IsEmpty()) << mode;
+TEST_F(Preview, WithoutPointsOrOfUnknownModeThereIsNoCurve) {
+  Fill(1, kModeRDE, 5);
+  const auto coloured = [this](int track, std::int32_t mode, PreviewStyle style) {
+    tracks.Record(track).Mode = mode;
+    const TestSurface picture = Drawn(track, style);
+    return picture.Count(kDisk) + picture.Count(kRing);
+  };
+  for (const PreviewStyle style : kStyles) {
+    for (const std::int32_t mode : {1, 2, 5}) EXPECT_EQ(coloured(0, mode, style), 0) << mode;
+    for (const std::int32_t mode : {0, 8, 99, -3}) EXPECT_EQ(coloured(1, mode, style), 0) << mode;
   }
-  Fill(0, kModeRDE, 5);
-  tracks.Record(0).Mode = 99;
-  EXPECT_THAT(Colours(0, PreviewStyle::kLines), IsEmpty());
 }
 
 TEST_F(Preview, FallsBackOnTheDataWhereTheRangeIsEmpty) {

@@ -51,6 +51,9 @@ void Hairline::Line(Point from, Point to) {
   if (ToPixel(from, a) && ToPixel(to, b)) Segment(a, b);
 }
 
+// Segments between points of one pixel column are vertical: together they colour the column from
+// its lowest to its highest point, which one span does for all of them when the column is left. The
+// slanting segment to the next column starts at the last point as it would have anyway.
 void Hairline::Polyline(std::span<const Point> points) {
   bool joined = false;  // `last` is the end of the curve so far
   Pixel last{};
@@ -103,7 +106,9 @@ void Hairline::Segment(Pixel from, Pixel to) {
   }
 }
 
-// As Wide and High, for one pixel wide lines that no clip cuts: nearly all there are.
+// As Wide and High, for one pixel wide lines that no clip cuts: nearly all there are. `rest` starts
+// at half a pixel (dx of 2 dx), so that the step to the next row falls on the middle between two
+// rows; the ends are sorted first, so that halves are rounded the same way from either of them.
 void Hairline::WideInside(Pixel from, Pixel to) {
   if (from.x > to.x) std::swap(from, to);
   const std::int64_t dx = to.x - from.x;
@@ -138,8 +143,10 @@ void Hairline::HighInside(Pixel from, Pixel to) {
   }
 }
 
-// The row at column x is from.y + floor((2 dy (x - from.x) + dx) / (2 dx)): the running remainder
-// starts at the first column inside the clip with the value it would have had there.
+// The row at column x is from.y + floor((2 dy (x - from.x) + dx) / (2 dx)) (Bresenham, 1965): the
+// running remainder starts at the first column inside the clip with the value it would have had
+// there, so a clipped line sets the same pixels as the whole one. Within kFar the products fit 64
+// bits: 2 x 2^29 x 2^29 < 2^63.
 void Hairline::Wide(Pixel from, Pixel to) {
   if (from.x > to.x) std::swap(from, to);
   const std::int64_t dx = to.x - from.x;

@@ -2,16 +2,21 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
 #include <QPrinter>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QWheelEvent>
+#include <cmath>
 #include <random>
 
+#include "graph/decimate.h"
+#include "graph/svg_surface.h"
 #include "gui_fixture.h"
 #include "qt/canvas_menu.h"
 #include "qt/canvas_widget.h"
@@ -39,23 +44,25 @@ QImage Blank(int width, int height, double ratio) {
   return image;
 }
 
-TEST(HairlineTest, MergingColumnsAndDrawingPieceByPieceChangeNoPixel) {
+TEST(HairlineTest, MergingColumnsDecimatingAndDrawingPieceByPieceChangeNoPixel) {
   for (const double ratio : {1.0, 1.5, 2.0}) {
     for (const int count : {50, 3000}) {
-      const std::vector<Point> points = Noise(count, 400, 300);
+      std::vector<Point> points = Noise(count, 400, 300);
+      for (Point& at : points) at = {std::floor(at.x), std::floor(at.y)};
       QImage whole = Blank(400, 300, ratio);
       RasterSurface(whole).Polyline(points, {0, 0, 0});
+      EXPECT_FALSE(whole == Blank(400, 300, ratio));
+      QImage decimated = Blank(400, 300, ratio);
+      RasterSurface(decimated).Polyline(DecimatePolyline(points), {0, 0, 0});
+      EXPECT_TRUE(whole == decimated) << ratio << " " << count;
       QImage pieces = Blank(400, 300, ratio);
-      {
-        RasterSurface surface(pieces);
-        for (std::size_t i = 1; i < points.size(); ++i) {
-          // Every other one backwards: direction does not matter.
-          const bool forwards = i % 2 == 0;
-          surface.Line(points[forwards ? i - 1 : i], points[forwards ? i : i - 1], {0, 0, 0});
-        }
+      RasterSurface surface(pieces);
+      for (std::size_t i = 1; i < points.size(); ++i) {
+        // Every other one backwards: direction does not matter.
+        const bool forwards = i % 2 == 0;
+        surface.Line(points[forwards ? i - 1 : i], points[forwards ? i : i - 1], {0, 0, 0});
       }
       EXPECT_TRUE(whole == pieces) << ratio << " " << count;
-      EXPECT_FALSE(whole == Blank(400, 300, ratio));
     }
   }
 }
@@ -152,7 +159,7 @@ TEST_F(CanvasTest, PointerWheelAndReadout) {
   EXPECT_EQ(form.curve.wheel, 2);
 }
 
-TEST_F(CanvasTest, TheContextMenuCopiesThePicture) {
+TEST_F(CanvasTest, TheContextMenuCopiesAndSavesThePicture) {
   demo::DemoForm& form = Show();
   auto* widget = Widget<CanvasWidget>(form, "PrevGraph");
   const auto right_click = [widget] {
@@ -162,25 +169,41 @@ TEST_F(CanvasTest, TheContextMenuCopiesThePicture) {
   };
   right_click();
   auto* menu = Widget<QMenu>(form, "PrevGraph.menu");
-  ASSERT_EQ(menu->actions().size(), 7);
+  QStringList captions;
+  for (const QAction* action : menu->actions()) captions << action->text();
+  EXPECT_EQ(captions, QStringList({"&Copy picture", "", "Save as P&NG...", "Save as &SVG...",
+                                   "Save as P&DF...", "", "&Print..."}));
   menu->actions()[0]->trigger();
   const QImage copied = QApplication::clipboard()->image();
-  EXPECT_EQ(copied.size(), widget->Picture().size());
   EXPECT_TRUE(copied.convertToFormat(QImage::Format_RGB32) == widget->Picture());
   menu->close();
+  Settle();
+  const QTemporaryDir folder;
+  const auto save = [&](int action, const char* name) {
+    right_click();
+    Widget<QMenu>(form, "PrevGraph.menu")->actions()[action]->trigger();
+    Settle();
+    auto* edit = OpenDialog<QFileDialog>()->findChild<QLineEdit*>("fileNameEdit");
+    edit->setText(folder.filePath(name));
+    QTest::keyClick(edit, Qt::Key_Return);
+    Settle();
+    return files.Read(PathFromQt(folder.filePath(name))).value();
+  };
+  EXPECT_EQ(QImage::fromData(QByteArray::fromStdString(save(2, "a.png"))).size(),
+            widget->size() * 2);
+  EXPECT_EQ(save(3, "a.svg"), CanvasAsSvg(form.curve));
+  EXPECT_EQ(save(4, "a.pdf").substr(0, 4), "%PDF");
   // The form may go while its menu is open.
   right_click();
   host.host().desktop.Unload("frmDemo");
   Settle();
 }
 
-TEST_F(CanvasTest, SavedPicturesAreWhatTheySayTheyAre) {
+TEST_F(CanvasTest, PicturesHaveTheSizeAskedFor) {
   demo::DemoForm& form = Show();
   const Size size{420, 240};
-  const QImage png = QImage::fromData(CanvasAsPng(form.curve, size, 2));
-  EXPECT_EQ(png.size(), QSize(840, 480));
+  EXPECT_EQ(QImage::fromData(CanvasAsPng(form.curve, size, 2)).size(), QSize(840, 480));
   const QByteArray pdf = CanvasAsPdf(form.curve, size);
-  EXPECT_TRUE(pdf.startsWith("%PDF"));
   const QRegularExpression page("/MediaBox \\[0 0 315(\\.0+)? 180(\\.0+)?\\]");
   EXPECT_TRUE(QString::fromLatin1(pdf).contains(page)) << "420 x 240 pixels in points";
   const QTemporaryDir folder;
