@@ -43,6 +43,15 @@ TEST_F(CliTest, OptionsMayStandBehindTheCommand) {
   EXPECT_TRUE(fs::exists(folder_ / PathFromText("測定 home") / "Parameters.txt"));
 }
 
+TEST_F(CliTest, MessagesThatNobodyTookAreToldAtTheEnd) {
+  fs::create_directory(folder_ / "home");
+  Write("home/Parameters.txt", "ADBoard= 2\r\n");
+  Write("s.zsc", "open frmMeasureCV\n");
+  EXPECT_EQ(Run({"--bench", "hardware", "--home", In("home"), "script", In("s.zsc")}), kExitOk);
+  EXPECT_THAT(err_, HasSubstr("line 1: frmMeasureCV did not open"));
+  EXPECT_THAT(err_, testing::ContainsRegex("message: .*AD Board Trouble!"));
+}
+
 TEST_F(CliTest, TwoProgramsNeverShareAHome) {
   Write("s.zsc", "get frmControlPanel\n");
   {
