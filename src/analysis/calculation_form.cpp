@@ -174,8 +174,8 @@ std::string frmCalculation::Hindrance() const {
   for (const int track : {a_.track(), b_.track()}) {
     if (!HoldsTrack(tracks(), track)) return "Track " + PlainNumber(track) + " is empty.";
   }
-  const bool same_axis =
-      a == kModePS || a == kModeRPMvsj ? b == a : IsSweep(a) && b != kModePS && b != kModeRPMvsj;
+  // Of the tracks with potentials, sweeps alone: the others have no turning points to cut A at.
+  const bool same_axis = TraitsOf(a).x == TraitsOf(b).x && (IsSweep(a) || !XIsPotential(a));
   if (!same_axis) {
     return "Nothing computed: a " + std::string(EntryOf(ModeName, a)) + " track and a " +
            std::string(EntryOf(ModeName, b)) + " track cannot be combined.";

@@ -40,7 +40,7 @@ class frmCottrellEquation : public AnalysisForm {
 
  private:
   void WireBoxes();
-  bool IsStep() { return Record().Mode == kModePS; }
+  bool IsStep() { return XIsTime(Record().Mode); }
   void ShowTrack() override;
   void ShowTrackAgain() override;
   void ShowRecord();

@@ -38,14 +38,14 @@ double SimpsonStep(Values steps, Values y, std::size_t p, std::size_t from) {
 }  // namespace
 
 bool HasCharge(std::int32_t mode) {
-  return mode == kModePS || mode == kModeCV || mode == kModeRDE || mode == kModeSSV;
+  return XIsTime(mode) || IsSweep(mode);
 }
 
 std::vector<double> StepTimes(std::int32_t mode, Values x, double scan_rate) {
   std::vector<double> steps;
   for (std::size_t p = 1; p < x.size(); ++p) {
     const double step = std::abs(x[p] - x[p - 1]);
-    steps.push_back(mode == kModePS ? step : step / scan_rate * 1000);
+    steps.push_back(XIsTime(mode) ? step : step / scan_rate * 1000);
   }
   return steps;
 }

@@ -56,7 +56,7 @@ std::string frmCoulombCalculator::Hindrance() const {
   if (!HasCharge(Record().Mode)) {
     return std::string(EntryOf(ModeName, Record().Mode)) + " tracks cannot be integrated.";
   }
-  if (Record().Mode != kModePS && !(Record().Scanrate > 0)) {
+  if (!XIsTime(Record().Mode) && !(Record().Scanrate > 0)) {
     return "The track has no scan rate, so its points have no times.";
   }
   if (range_.start() > range_.end()) return "The range ends before it starts.";
@@ -74,7 +74,7 @@ frmCoulombCalculator::Part frmCoulombCalculator::ChosenPart() const {
 }
 
 std::optional<BaseLine> frmCoulombCalculator::ChosenBaseLine(const Part& part) const {
-  if (Record().Mode == kModePS) return std::nullopt;
+  if (XIsTime(Record().Mode)) return std::nullopt;
   switch (static_cast<Base>(opnBaseLine.selected())) {
     case Base::kLinear:
       return LineBetweenEnds(part.x, part.i);
@@ -114,7 +114,7 @@ void frmCoulombCalculator::Calculate() {
   Outcome outcome;
   outcome.quantities = {{"charge", "C", charge.back(), {}},
                         {"base_charge", "C", base_charge.back(), {}}};
-  const bool step = Record().Mode == kModePS;
+  const bool step = XIsTime(Record().Mode);
   outcome.columns = {{step ? "t" : "E", step ? "s" : "V", {part.x.begin(), part.x.end()}},
                      {"i", "A", {part.i.begin(), part.i.end()}},
                      {"charge", "C", charge}};
@@ -129,8 +129,8 @@ void frmCoulombCalculator::DrawBaseLine(const Part& part, const BaseLine& line) 
 std::string frmCoulombCalculator::NoteOn(const Part& part, bool base_line) const {
   if (part.x.size() == 1) return "A single point has no charge.";
   if (base_line || static_cast<Base>(opnBaseLine.selected()) == Base::kNone) return {};
-  return Record().Mode == kModePS ? "No base line:\npotential steps have none."
-                                  : "No base line: both ends\nhave the same potential.";
+  return XIsTime(Record().Mode) ? "No base line:\npotential steps have none."
+                                : "No base line: both ends\nhave the same potential.";
 }
 
 std::string frmCoulombCalculator::ReportText(const Part& part,
@@ -150,7 +150,7 @@ std::string frmCoulombCalculator::ReportText(const Part& part,
     report += "\r\n";
   }
   line("Coulomb:", Format(charge.back(), "0.000e+0"));
-  line(Record().Mode == kModePS ? "t /s" : "E /V", "i /A\tCoulomb");
+  line(XIsTime(Record().Mode) ? "t /s" : "E /V", "i /A\tCoulomb");
   for (std::size_t p = 0; p < charge.size(); ++p) {
     report += Format(part.x[p], "0.0000") + "\t" + Format(part.i[p], "0.000e+0") + "\t" +
               Format(charge[p], "0.000e+0") + "\r\n";

@@ -129,7 +129,7 @@ void frmKoutecky_Levich::ShowQuantities() {
 }
 
 bool frmKoutecky_Levich::Usable(int track) const {
-  return HoldsTrack(tracks(), track) && tracks().Record(track).Mode != kModePS;
+  return HoldsTrack(tracks(), track) && !XIsTime(tracks().Record(track).Mode);
 }
 
 int frmKoutecky_Levich::BaseTrack() const {
@@ -253,11 +253,11 @@ void frmKoutecky_Levich::Points::Add(const std::optional<Point>& point, double r
 }
 
 bool frmKoutecky_Levich::OneTrack() const {
-  return tracks().Record(Track()).Mode == kModeRPMvsj;
+  return XIsRotationRate(Record().Mode);
 }
 
 bool frmKoutecky_Levich::HasPotentials(int track) const {
-  return Usable(track) && tracks().Record(track).Mode != kModeRPMvsj;
+  return XIsPotential(tracks().Record(track).Mode);
 }
 
 LevichMethod frmKoutecky_Levich::Method() const {

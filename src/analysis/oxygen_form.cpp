@@ -5,6 +5,7 @@
 #include <numeric>
 #include <vector>
 
+#include "analysis/track_points.h"
 #include "core/axis_step.h"
 #include "core/palette.h"
 #include "core/tables.h"
@@ -73,7 +74,7 @@ void frmO2Reduction::Calculate() {
 void frmO2Reduction::ShowHeader(Asked asked) {
   const TrackRecord& record = tracks().Record(Track());
   lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
-  const bool holds = record.Mode != kModeNone;
+  const bool holds = HoldsTrack(tracks(), Track());
   txtTitle.SetText(holds ? record.Title : std::string());
   txtRPM.SetText(holds ? PlainNumber(record.RPM) : std::string());
   Evaluate(asked);
@@ -102,7 +103,7 @@ void frmO2Reduction::Evaluate(Asked asked) {
   const int track = Track();
   const TrackRecord& record = tracks().Record(track);
   if (!HasRing(record.Mode)) {
-    const bool empty = record.Mode == kModeNone;
+    const bool empty = !HoldsTrack(tracks(), track);
     return Decline(
         "Track " + PlainNumber(track) + (empty ? " is empty." : " is no ring-disk voltammogram."),
         asked == Asked::kForResult);

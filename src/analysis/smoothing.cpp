@@ -95,7 +95,7 @@ std::vector<PointStretch> SmoothedStretches(const TrackStore& tracks, int track)
   const TrackRecord& record = tracks.Record(track);
   const std::int32_t last = tracks.PointCount(track) - 1;
   if (last < 0) return {};
-  if (record.Mode == kModePS || record.Mode == kModeRPMvsj || record.Mode == kModeMulti) {
+  if (XIsTime(record.Mode) || XIsRotationRate(record.Mode) || IsMultichannel(record.Mode)) {
     return {{0, last}};
   }
   if (!IsSweep(record.Mode)) return {};
@@ -135,7 +135,7 @@ bool SmoothTrack(TrackStore& tracks, int track, const Smoothing& smoothing, bool
   for (int column = 0; column < kTrackColumns; ++column) {
     std::vector<double>& out = tracks.Column(column, slot);
     if (out.size() < count) out.resize(count);
-    const bool current = column == 1 || (column == 2 && (HasRing(mode) || mode == kModeMulti));
+    const bool current = column == 1 || (column == 2 && (HasRing(mode) || IsMultichannel(mode)));
     if (current || (column == 0 && x_axis)) {
       SmoothColumn(tracks, column, track, its, stretches, slot);
     } else {

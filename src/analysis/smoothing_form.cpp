@@ -141,7 +141,7 @@ std::vector<int> frmSmoothing::ChosenTracks() const {
 void frmSmoothing::Preview(int track) {
   if (!SmoothTrack(tracks(), track, smoothing_, x_axis_, kScratchSlot)) return;
   // The channels of a multichannel record are drawn against their common time.
-  const bool multi = tracks().Record(track).Mode == kModeMulti;
+  const bool multi = IsMultichannel(tracks().Record(track).Mode);
   const std::span<const double> x = tracks().Points(multi ? 2 : 0, multi ? 0 : kScratchSlot);
   const std::span<const double> y = tracks().Points(1, kScratchSlot);
   curves_.push_back({{x.begin(), x.end()}, {y.begin(), y.end()}});

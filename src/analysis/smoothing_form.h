@@ -72,7 +72,7 @@ class frmSmoothing : public TransformForm {
   bool x_axis_ = false;
   std::vector<int> chosen_;
   std::array<std::vector<double>, kTrackColumns> points_;  // of the source as it was
-  std::int32_t mode_ = kModeNone;                          // and what its header said
+  std::int32_t mode_ = 0;                                  // and what its header said
   std::array<double, 3> vertices_{};
   double scale_ = 0;  // DiskYscale
   std::vector<Curve> curves_;

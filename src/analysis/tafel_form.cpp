@@ -25,11 +25,6 @@ const char* NameOf(TafelBranch branch) {
   return branch == TafelBranch::kAnodic ? "anodic" : "cathodic";
 }
 
-// In the other modes column 0 is no potential.
-bool HasPotentials(std::int32_t mode) {
-  return mode != kModeNone && mode != kModePS && mode != kModeRPMvsj;
-}
-
 std::string NoteOn(const TafelFit& fit) {
   std::string note = fit.branch == TafelBranch::kAnodic
                          ? "Anodic branch: α*ne stands for (1 - α) times n."
@@ -141,7 +136,7 @@ Result<TafelFit> frmTafelAnalyzer::Fit() const {
   if (!HoldsTrack(tracks(), track)) {
     return Status::Failure("Track " + PlainNumber(track) + " is empty.");
   }
-  if (!HasPotentials(mode)) {
+  if (!XIsPotential(mode)) {
     return Status::Failure("A Tafel plot needs currents at different potentials; a " +
                            std::string(EntryOf(ModeName, mode)) + " track has none.");
   }

@@ -54,35 +54,26 @@ double TrackTimeByX(TrackStore& tracks, int track) {
   if (x.size() < 2) return 0;
   const auto points = static_cast<double>(x.size());
   const double all = points / (points - 1);  // the last point's interval, too
-  switch (record.Mode) {
-    case kModePS:
-      return std::fabs(x.back() - x.front()) * 1000 * all;
-    case kModeCV:
-    case kModeRDE:
-    case kModeSSV:
-      return record.Scanrate > 0 ? WayOf(x) / (record.Scanrate / 1000) * 1000 * all : 0;
-    default:
-      return 0;
-  }
+  if (XIsTime(record.Mode)) return std::fabs(x.back() - x.front()) * 1000 * all;
+  if (!IsSweep(record.Mode) || !(record.Scanrate > 0)) return 0;
+  return WayOf(x) / (record.Scanrate / 1000) * 1000 * all;
 }
 
 std::string PointText(std::int32_t mode, double x, double current) {
   std::string text;
-  switch (mode) {
-    case kModeCV:
-    case kModeRDE:
-    case kModeSSV:
-    case kModeSSVAll:
+  if (IsMultichannel(mode)) return {};
+  switch (TraitsOf(mode).x) {
+    case XQuantity::kNone:
+      return {};
+    case XQuantity::kPotential:
       text = "E:" + Format(x, "0.0000") + "V   ";
       break;
-    case kModePS:
+    case XQuantity::kTime:
       text = "t:" + Format(x, "#0.000") + "s   ";
       break;
-    case kModeRPMvsj:
+    case XQuantity::kRotationRate:
       text = "rpm:" + Format(x, "###0") + "   ";
       break;
-    default:
-      return {};
   }
   return text + "I:" + Format(current, "0.0000e+0") + "A";
 }
@@ -94,15 +85,15 @@ std::string PointText(const TrackStore& tracks, int track, std::int32_t point) {
 }
 
 bool HoldsTrack(const TrackStore& tracks, int track) {
-  const std::int32_t mode = tracks.Record(track).Mode;
-  return mode > kModeNone && mode < kModes;
+  return IsMeasured(tracks.Record(track).Mode);
 }
 
 void CopyTimeColumn(TrackStore& tracks, int from, int to) {
   const std::int32_t mode = tracks.Record(from).Mode;
-  const bool has_times = mode == kModeRPMvsj || mode == kModeMulti || mode == kModeSSVAll;
-  if (!has_times || from == to) return;
-  if (mode == kModeRPMvsj) tracks.Record(to).TimeRecording = tracks.Record(from).TimeRecording;
+  if (!HasTimeColumn(mode) || from == to) return;
+  if (TraitsOf(mode).third_in == ThirdColumnIn::kTimeRecording) {
+    tracks.Record(to).TimeRecording = tracks.Record(from).TimeRecording;
+  }
   const std::span<const double> time = tracks.Points(2, from);
   std::vector<double>& target = tracks.Column(2, to);
   if (target.size() < time.size()) target.resize(time.size());

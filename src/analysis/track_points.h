@@ -26,9 +26,9 @@ double TrackTime(TrackStore& tracks, int track);
 // stopped before.
 double TrackTimeByX(TrackStore& tracks, int track);
 
-// For a multichannel track and a rotation-rate sweep, whose time column neither CopyTrackHeader nor
-// CopyTrackData copies: copies that column, and whether there is one, so that the target does not
-// keep another track's. Does nothing for other modes.
+// For a track with a column of times, which CopyTrackHeader and CopyTrackData do not copy in all
+// modes: copies that column, and whether there is one, so that the target does not keep another
+// track's. Does nothing for other modes.
 void CopyTimeColumn(TrackStore& tracks, int from, int to);
 
 // Clears the plot and gives it the track's range, steps, number formats and axis titles. False and

@@ -102,6 +102,19 @@ constexpr const ModeTraits& TraitsOf(std::int32_t mode) {
 constexpr bool IsMeasured(std::int32_t mode) {
   return TraitsOf(mode).x != XQuantity::kNone;
 }
+constexpr bool XIsPotential(std::int32_t mode) {
+  return TraitsOf(mode).x == XQuantity::kPotential;
+}
+constexpr bool XIsTime(std::int32_t mode) {
+  return TraitsOf(mode).x == XQuantity::kTime;
+}
+constexpr bool XIsRotationRate(std::int32_t mode) {
+  return TraitsOf(mode).x == XQuantity::kRotationRate;
+}
+// The third column is one of times, whatever x is.
+constexpr bool HasTimeColumn(std::int32_t mode) {
+  return TraitsOf(mode).third == ThirdColumn::kTime;
+}
 constexpr bool HasRing(std::int32_t mode) {
   return TraitsOf(mode).third == ThirdColumn::kRingCurrent;
 }
