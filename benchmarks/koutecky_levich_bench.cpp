@@ -59,8 +59,8 @@ std::vector<double> PlainMeans(const Workstation& ws) {
 
 bool SameMeans(const Workstation& ws, const AnalysisForm& form) {
   const std::vector<double> means = PlainMeans(ws);
-  if (form.outcome().columns.empty()) return false;
-  const std::vector<double>& densities = form.outcome().columns.back().values;
+  if (form.result().columns.empty()) return false;
+  const std::vector<double>& densities = form.result().columns.back().values;
   if (densities.size() != means.size()) return false;
   for (std::size_t i = 0; i < means.size(); ++i) {
     const double expected = std::abs(means[i]) / ws.settings.KLElectrodeArea;

@@ -45,11 +45,11 @@ void AnalysisForm::Activate() {
   ShowTrackAgain();
 }
 
-void AnalysisForm::ShowReport(std::string report, Outcome outcome) {
+void AnalysisForm::ShowReport(std::string report, AnalysisResult result) {
   report_ = std::move(report);
-  outcome_ = std::move(outcome);
+  result_ = std::move(result);
   txtResult.SetText(report_);
-  lblFit.SetText(FitLineText(outcome_));
+  lblFit.SetText(FitLineText(result_));
   cmdCopyResult.SetEnabled(!report_.empty());
   cmdSaveResult.SetEnabled(!report_.empty());
 }
@@ -60,8 +60,8 @@ void AnalysisForm::Refuse(const std::string& message) {
 }
 
 void AnalysisForm::RefuseQuietly(const std::string& message) {
-  outcome_ = {};
-  outcome_.refusal = message;
+  result_ = {};
+  result_.refusal = message;
 }
 
 LayoutNode AnalysisForm::ReportPanel(const std::string& caption) {

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "analysis/outcome.h"
+#include "analysis/analysis_result.h"
 #include "analysis/track_selection.h"
 #include "core/workstation.h"
 #include "graph/graph_form.h"
@@ -31,12 +31,12 @@ class AnalysisForm : public Form {
   // Shows the track anew when another track file was opened or a change was taken back.
   void Activate() override;
 
-  // What the window's own button does. A refusal is shown as a message and stands in outcome().
+  // What the window's own button does. A refusal is shown as a message and stands in result().
   virtual void Calculate() = 0;
 
   // The report byte for byte, lines ending in CR LF; UTF-8.
   const std::string& report() const { return report_; }
-  const Outcome& outcome() const { return outcome_; }
+  const AnalysisResult& result() const { return result_; }
 
  protected:
   virtual void ShowSettings() {}
@@ -53,7 +53,7 @@ class AnalysisForm : public Form {
   TrackStore& tracks() const { return workstation_.tracks; }
   Settings& settings() const { return workstation_.settings; }
 
-  void ShowReport(std::string report, Outcome outcome);
+  void ShowReport(std::string report, AnalysisResult result);
   // The last report stays; `message` is shown in a message box.
   void Refuse(const std::string& message);
   // The same without a message box, for calculations that nobody asked for just now.
@@ -70,7 +70,7 @@ class AnalysisForm : public Form {
   TrackSelector selector_;
   std::int32_t generation_ = 0;  // of the track files
   std::string report_;
-  Outcome outcome_;
+  AnalysisResult result_;
 };
 
 // A graph window that belongs to one analysis window: made with it, gone with it. A person may

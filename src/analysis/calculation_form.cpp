@@ -8,7 +8,6 @@
 #include "analysis/track_points.h"
 #include "core/axis_step.h"
 #include "core/palette.h"
-#include "core/same_values.h"
 #include "core/tables.h"
 #include "graph/track_preview.h"
 #include "text/number.h"
@@ -26,11 +25,6 @@ TrackCurves CurvesOf(TrackStore& tracks, int slot) {
   TrackCurves curves{tracks.Points(0, slot), tracks.Points(1, slot), {}};
   if (HasRing(tracks.Record(slot).Mode)) curves.ring = tracks.Points(2, slot);
   return curves;
-}
-
-void Put(std::vector<double>& column, const std::vector<double>& values) {
-  if (column.size() < values.size()) column.resize(values.size());
-  std::copy(values.begin(), values.end(), column.begin());
 }
 
 }  // namespace
@@ -94,20 +88,12 @@ void frmCalculation::Activate() {
 
 frmCalculation::Operand frmCalculation::Take(int track) const {
   Operand operand{tracks().Record(track), {}};
-  for (int c = 0; c < kTrackColumns; ++c) {
-    const std::span<const double> points = tracks().Points(c, track);
-    operand.columns[static_cast<std::size_t>(c)].assign(points.begin(), points.end());
-  }
+  operand.points.Keep(tracks(), track);
   return operand;
 }
 
 bool frmCalculation::IsStill(const Operand& operand, int track) const {
-  if (operand.record != tracks().Record(track)) return false;
-  for (int c = 0; c < kTrackColumns; ++c) {
-    const std::vector<double>& then = operand.columns[static_cast<std::size_t>(c)];
-    if (!SameValues(tracks().Points(c, track), then)) return false;
-  }
-  return true;
+  return operand.record == tracks().Record(track) && operand.points.AreStill(tracks(), track);
 }
 
 bool frmCalculation::OperandsChanged() const {
@@ -126,12 +112,8 @@ TrackSumTerms frmCalculation::Terms() const {
 
 void frmCalculation::ShowTracks() {
   const auto show = [this](int track, Label& mode, TextBox& title, TextBox& rpm, TextBox& rate) {
-    const TrackRecord& record = tracks().Record(track);
-    const bool holds = HoldsTrack(tracks(), track);
-    mode.SetText(std::string(EntryOf(ModeName, record.Mode)));
-    title.SetText(holds ? record.Title : std::string());
-    rpm.SetText(holds ? PlainNumber(record.RPM) : std::string());
-    rate.SetText(holds ? PlainNumber(record.Scanrate) : std::string());
+    ShowTrackHeader(tracks(), track, mode, title, rpm);
+    rate.SetText(HoldsTrack(tracks(), track) ? PlainNumber(tracks().Record(track).Scanrate) : "");
   };
   show(a_.track(), lblAmode, txtOpeATitle, txtOpeARPM, txtOpeAScanrate);
   show(b_.track(), lblBmode, txtOpeBTitle, txtOpeBRPM, txtOpeBScanrate);
@@ -168,7 +150,7 @@ void frmCalculation::Forget() {
   lblNote.SetText({});
 }
 
-std::string frmCalculation::Hindrance() const {
+std::string frmCalculation::Refusal() const {
   const std::int32_t a = tracks().Record(a_.track()).Mode;
   const std::int32_t b = tracks().Record(b_.track()).Mode;
   for (const int track : {a_.track(), b_.track()}) {
@@ -197,9 +179,7 @@ void frmCalculation::Calculate() {
   const TrackSumTerms terms = Terms();
   txtOpeCTitle.SetText(TrackSumTitle(terms, a_.track(), b_.track()));
   PrepareB();
-  if (const std::string hindrance = Hindrance(); !hindrance.empty()) {
-    return lblNote.SetText(hindrance);
-  }
+  if (const std::string why = Refusal(); !why.empty()) return lblNote.SetText(why);
   if (ScanRatesDiffer()) {
     return host().dialogs.Message("The scanrate of Track A is different from that of Track B!");
   }
@@ -256,9 +236,9 @@ void frmCalculation::KeepResult() {
   tracks().CopyTrackHeader(a_.track(), kSumSlot);
   CopyTimeColumn(tracks(), a_.track(), kSumSlot);
   tracks().Record(kSumSlot).pnum = static_cast<std::int32_t>(sum_.x.size());
-  Put(tracks().Column(0, kSumSlot), sum_.x);
-  Put(tracks().Column(1, kSumSlot), sum_.current);
-  if (!sum_.ring.empty()) Put(tracks().Column(2, kSumSlot), sum_.ring);
+  PutPoints(tracks(), 0, kSumSlot, sum_.x);
+  PutPoints(tracks(), 1, kSumSlot, sum_.current);
+  if (!sum_.ring.empty()) PutPoints(tracks(), 2, kSumSlot, sum_.ring);
 }
 
 void frmCalculation::ShowMatches() {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/track_points.h"
 #include "analysis/track_selection.h"
 #include "analysis/track_sum.h"
 #include "core/workstation.h"
@@ -70,7 +71,7 @@ class frmCalculation : public Form {
  private:
   struct Operand {
     TrackRecord record;
-    std::array<std::vector<double>, kTrackColumns> columns;
+    KeptPoints points;
   };
 
   void WireControls();
@@ -85,7 +86,8 @@ class frmCalculation : public Form {
   // B with the shift, in scratch slot 22.
   void PrepareB();
   void Forget();
-  std::string Hindrance() const;
+  // Why the chosen tracks cannot be combined; empty when they can.
+  std::string Refusal() const;
   // Both tracks are sweeps whose scan rates differ.
   bool ScanRatesDiffer() const;
   TrackSum Compute(const TrackSumTerms& terms);

@@ -1,13 +1,8 @@
-#include <gmock/gmock.h>
+#include "analysis/calculation_form.h"
 
 #include <cmath>
-#include <string>
-#include <vector>
 
-#include "analysis/analysis_forms.h"
-#include "analysis/calculation_form.h"
-#include "analysis/track_sum.h"
-#include "host/virtual/virtual_host.h"
+#include "analysis/analysis_test_rig.h"
 
 namespace zento {
 namespace {
@@ -23,12 +18,11 @@ TEST(TrackSum, TitlesSayWhatWasComputed) {
 }
 
 TEST(TrackSum, PointsThatRepeatXToThreeDecimalsGo) {
-  const std::vector<double> x{0.1, 0.1004, 0.0996, 0.2, 0.1, 0.1};
+  const Values x{0.1, 0.1004, 0.0996, 0.2, 0.1, 0.1};
   EXPECT_THAT(DistinctAbscissae(x), ElementsAre(0u, 3u, 4u));
 }
 
-TrackSum Sum(const std::vector<double>& ax, const std::vector<double>& ay,
-             const std::vector<double>& bx, const std::vector<double>& by,
+TrackSum Sum(const Values& ax, const Values& ay, const Values& bx, const Values& by,
              const TrackSumTerms& terms = {0, 1, 0, false, 0}) {
   TrackSum sum;
   AppendSum({ax, ay, {}}, {0, ax.size() - 1}, {bx, by, {}}, 0, terms, sum);
@@ -36,7 +30,7 @@ TrackSum Sum(const std::vector<double>& ax, const std::vector<double>& ay,
 }
 
 TEST(TrackSum, ReadsBBetweenItsPoints) {
-  const std::vector<double> bx{0, 1, 2, 3}, by{0, 10, 40, 90};
+  const Values bx{0, 1, 2, 3}, by{0, 10, 40, 90};
   // Beyond either end: the first and the last interval's straight line.
   const TrackSum sum = Sum({-1, 0.5, 1.75, 2.5, 4}, {1, 2, 3, 4, 5}, bx, by, {2, 1, 3, true, 0});
   EXPECT_THAT(sum.matched, ElementsAre(1u, 1u, 3u, 3u, 3u));
@@ -49,35 +43,28 @@ TEST(TrackSum, EqualXInBIsNoDivisionByZero) {
   EXPECT_THAT(Sum({1, 1}, {0, 0}, {1, 1}, {5, 7}).current, ElementsAre(7, 7));
 }
 
-struct CalculationForm : ::testing::Test {
+struct CalculationForm : AnalysisTest {
   CalculationForm() {
-    RegisterAnalysisForms(machine.desktop, ws, machine.host);
     Sweep(0, kModeCV, 0.005, 2e-5);
     Sweep(1, kModeCV, 0.01, 1e-5);
   }
   // 0 V to 1 V to -0.5 V to 0 V; 1e-5 A wide between the two ways, which tells them apart. The ring
   // of a ring-disk curve has half the current.
   void Sweep(int track, std::int32_t mode, double step, double height) {
-    TrackRecord& record = ws.tracks.Record(track);
-    record.Mode = mode;
-    record.Title = "track " + std::to_string(track);
-    record.Scanrate = 50;
-    record.V = {0, 1, -0.5};
-    record.pnum = 0;
+    Values x, disk, ring;
     const int quarter = static_cast<int>(std::lround(0.5 / step));
     for (int i = 0; i <= 6 * quarter; ++i) {
       const int at = i <= 2 * quarter ? i : i <= 5 * quarter ? 4 * quarter - i : i - 6 * quarter;
       const bool down = i > 2 * quarter && i <= 5 * quarter;
-      const double x = at * step;
-      ws.tracks.SetValue(0, track, i, x);
-      ws.tracks.SetValue(1, track, i, height * x + (down ? -height : height));
-      ws.tracks.SetValue(2, track, i, 0.5 * ws.tracks.Value(1, track, i));
-      ++record.pnum;
+      x.push_back(at * step);
+      disk.push_back(height * x.back() + (down ? -height : height));
+      ring.push_back(0.5 * disk.back());
     }
+    TrackRecord& record = Fill(track, mode, x, disk, ring);
+    record.Scanrate = 50;
+    record.V = {0, 1, -0.5};
   }
-  frmCalculation& Open() {
-    return *dynamic_cast<frmCalculation*>(machine.desktop.Show("frmCalculation"));
-  }
+  frmCalculation& Window() { return Open<frmCalculation>(); }
   // The largest distance of C's column from `scale` times A's, turning points left out.
   double Worst(int column, double scale, double offset = 0) {
     double worst = 0;
@@ -89,13 +76,10 @@ struct CalculationForm : ::testing::Test {
     }
     return worst;
   }
-
-  VirtualHost machine;
-  Workstation ws;
 };
 
 TEST_F(CalculationForm, SubtractsSweepBySweep) {
-  frmCalculation& form = Open();
+  auto& form = Window();
   EXPECT_EQ(form.txtOpeC.text(), "20");
   EXPECT_EQ(form.txtOpeBScanrate.text(), "50");
   EXPECT_FALSE(form.cmdUpdate.enabled());
@@ -119,7 +103,7 @@ TEST_F(CalculationForm, AShiftMovesTheTurningPointsOfBAlong) {
   // Track 1 as it would be with a reference electrode 0.2 V away.
   for (double& v : ws.tracks.Record(1).V) v += 0.2;
   for (double& x : ws.tracks.Column(0, 1)) x += 0.2;
-  frmCalculation& form = Open();
+  auto& form = Window();
   EXPECT_TRUE(form.txtXBShift.UserSet("-0.2").ok());
   form.Calculate();
   form.UpdateTrack();
@@ -130,7 +114,7 @@ TEST_F(CalculationForm, AShiftMovesTheTurningPointsOfBAlong) {
 TEST_F(CalculationForm, TheRingHasNoOffset) {
   Sweep(0, kModeRDE, 0.005, 2e-5);
   Sweep(1, kModeRDE, 0.01, 1e-5);
-  frmCalculation& form = Open();
+  auto& form = Window();
   EXPECT_TRUE(form.txtc.UserSet("1e-5").ok());
   form.Calculate();
   form.UpdateTrack();
@@ -141,7 +125,7 @@ TEST_F(CalculationForm, TheRingHasNoOffset) {
 TEST_F(CalculationForm, PointsOfAThatGoComeBackByUndo) {
   ws.tracks.SetValue(0, 0, 7, 0.0302);  // point 6 is at 0.03
   const TrackStore before = ws.tracks;
-  frmCalculation& form = Open();
+  auto& form = Window();
   form.Calculate();
   EXPECT_EQ(ws.tracks.PointCount(0), 600);
   EXPECT_EQ(ws.tracks.Value(1, 0, 7), before.Value(1, 0, 8));
@@ -154,7 +138,7 @@ TEST_F(CalculationForm, PointsOfAThatGoComeBackByUndo) {
 
 TEST_F(CalculationForm, RefusesWhatCannotBeCombinedAndLeavesTrackA) {
   ws.tracks.SetValue(0, 0, 7, 0.0302);
-  frmCalculation& form = Open();
+  auto& form = Window();
   const auto refused = [&](std::int32_t a, std::int32_t b) {
     ws.tracks.Record(0).Mode = a;
     ws.tracks.Record(1).Mode = b;
@@ -188,7 +172,7 @@ TEST_F(CalculationForm, StepsAreCombinedInOrder) {
       ws.tracks.SetValue(1, track, i, 1e-4 * i);
     }
   }
-  frmCalculation& form = Open();
+  auto& form = Window();
   form.Calculate();
   EXPECT_EQ(form.txtDebug.text(),
             "xTrackA\txTrackB\ti\tSB\n0\t1.5\t0\t1\n1\t1.5\t1\t1*\n2\t2.5\t2\t2*\n");
@@ -196,7 +180,7 @@ TEST_F(CalculationForm, StepsAreCombinedInOrder) {
 }
 
 TEST_F(CalculationForm, WritesOnlyAResultOfWhatIsChosenAndNotAnotherToolsScratch) {
-  frmCalculation& form = Open();
+  auto& form = Window();
   const auto written = [&] {
     form.UpdateTrack();
     return ws.tracks.Record(20).Mode != kModeNone;
@@ -216,17 +200,30 @@ TEST_F(CalculationForm, WritesOnlyAResultOfWhatIsChosenAndNotAnotherToolsScratch
 }
 
 TEST_F(CalculationForm, WritesNothingOnceAnOperandHasChanged) {
-  frmCalculation& form = Open();
+  auto& form = Window();
+  const auto expect_refused = [&](const char* what) {
+    EXPECT_TRUE(form.cmdUpdate.UserClick().ok());
+    EXPECT_EQ(ws.tracks.Record(20).pnum, 0) << what;
+    EXPECT_THAT(form.lblNote.text(), HasSubstr("changed meanwhile")) << what;
+    EXPECT_FALSE(form.cmdUpdate.enabled());
+  };
+  for (const int operand : {0, 1}) {
+    EXPECT_TRUE(form.cmdCalc.UserClick().ok());
+    ws.tracks.Record(operand).RPM = 400;
+    expect_refused("header");
+    for (const int column : {0, 1}) {
+      EXPECT_TRUE(form.cmdCalc.UserClick().ok());
+      ws.tracks.SetValue(column, operand, 300, 0.123);  // as by an editor
+      expect_refused("points");
+    }
+  }
   EXPECT_TRUE(form.cmdCalc.UserClick().ok());
   ws.tracks.ClearTrack(0);
-  EXPECT_TRUE(form.cmdUpdate.UserClick().ok());
-  EXPECT_EQ(ws.tracks.Record(20).pnum, 0);
-  EXPECT_NE(form.lblNote.text().find("changed meanwhile"), std::string::npos);
-  EXPECT_FALSE(form.cmdUpdate.enabled());
+  expect_refused("empty");
 }
 
 TEST_F(CalculationForm, MagnifiesThePictureAndStaysInside) {
-  frmCalculation& form = Open();
+  auto& form = Window();
   const WorldWindow whole = form.PrevGraph.shown();
   EXPECT_TRUE(form.updGraphSize.UserStep(+1).ok());
   EXPECT_EQ(form.txtGraphSize.text(), "2");

@@ -1,15 +1,10 @@
 // The Cottrell and the charge window and what they calculate.
 
-#include <gmock/gmock.h>
-
 #include <cmath>
-#include <string>
-#include <vector>
 
+#include "analysis/analysis_test_rig.h"
 #include "analysis/cottrell_form.h"
 #include "analysis/coulomb_form.h"
-#include "core/settings_file.h"
-#include "host/virtual/virtual_host.h"
 
 namespace zento {
 namespace {
@@ -23,10 +18,10 @@ using ::testing::StartsWith;
 
 // Of exp on [0, 1] in `steps` steps, each second one `ratio` times as long.
 double ExpError(IntegrationRule rule, int steps, double ratio) {
-  std::vector<double> x{0};
+  Values x{0};
   for (int p = 0; p < steps; ++p) x.push_back(x.back() + (p % 2 == 0 ? 1 : ratio));
   const double end = x.back();
-  std::vector<double> y;
+  Values y;
   for (double& value : x) {
     value /= end;
     y.push_back(std::exp(value));
@@ -49,9 +44,9 @@ TEST(RunningIntegral, SimpsonAgreesWithTheTrapezoidToItsOrder) {
 }
 
 TEST(RunningIntegral, SimpsonIsExactForParabolasAtEveryPoint) {
-  const std::vector<double> x{0, 1, 2.5, 3, 4, 4.5};
-  std::vector<double> y;
-  std::vector<double> exact;
+  const Values x{0, 1, 2.5, 3, 4, 4.5};
+  Values y;
+  Values exact;
   for (const double v : x) {
     y.push_back(3 * v * v - 2 * v + 1);
     exact.push_back(v * v * v - v * v + v);
@@ -61,8 +56,8 @@ TEST(RunningIntegral, SimpsonIsExactForParabolasAtEveryPoint) {
 }
 
 TEST(RunningIntegral, RepeatedPointsAndShortRangesAreHarmless) {
-  const std::vector<double> y{1, 2, 5, 5, 1};
-  const std::vector<double> steps{1, 0, 0, 1};
+  const Values y{1, 2, 5, 5, 1};
+  const Values steps{1, 0, 0, 1};
   for (const auto rule : {IntegrationRule::kTrapezoid, IntegrationRule::kSimpson}) {
     EXPECT_THAT(RunningIntegral(rule, steps, y), ElementsAre(0, 1.5, 1.5, 1.5, 4.5));
     EXPECT_THAT(RunningIntegral(rule, std::span(steps).first(1), std::span(y).first(2)),
@@ -71,41 +66,24 @@ TEST(RunningIntegral, RepeatedPointsAndShortRangesAreHarmless) {
   }
 }
 
-struct Charges : ::testing::Test {
-  Charges() {
-    ApplyDefaultSettings(ws);
-    machine.desktop.Register(
-        "cottrell", [this] { return std::make_unique<frmCottrellEquation>(ws, machine.host); });
-    machine.desktop.Register(
-        "coulomb", [this] { return std::make_unique<frmCoulombCalculator>(ws, machine.host); });
-    ws.FileTitle = "a.znt";
-  }
-  frmCottrellEquation& Cottrell() {
-    return *dynamic_cast<frmCottrellEquation*>(machine.desktop.Show("cottrell"));
-  }
-  frmCoulombCalculator& Coulomb() {
-    return *dynamic_cast<frmCoulombCalculator*>(machine.desktop.Show("coulomb"));
-  }
-  void Fill(int track, std::int32_t mode, const std::vector<double>& x,
-            const std::vector<double>& y) {
-    TrackRecord& record = ws.tracks.Record(track);
-    record = {};
-    record.Mode = mode;
+struct Charges : AnalysisTest {
+  Charges() { ws.FileTitle = "a.znt"; }
+  frmCottrellEquation& Cottrell() { return Open<frmCottrellEquation>(); }
+  frmCoulombCalculator& Coulomb() { return Open<frmCoulombCalculator>(); }
+  void Fill(int track, std::int32_t mode, const Values& x, const Values& y) {
+    TrackRecord& record = AnalysisTest::Fill(track, mode, x, y);
     record.Title = "Pt";
     record.MeasTime = "2026/01/01 9:00:00";
     record.Scanrate = 50;
     record.ne = 2;
     record.Conc = 1e-6;
     record.Area = 0.25;
-    record.pnum = static_cast<std::int32_t>(x.size());
-    ws.tracks.Column(0, track) = x;
-    ws.tracks.Column(1, track) = y;
     ws.shown_track = track;
   }
   // i = a / sqrt(t) + b.
   void FillStep(int track, double a, double b) {
-    std::vector<double> t{0};
-    std::vector<double> i{5};
+    Values t{0};
+    Values i{5};
     for (int k = 1; k <= 20; ++k) {
       t.push_back(0.1 * k);
       i.push_back(a / std::sqrt(0.1 * k) + b);
@@ -113,13 +91,6 @@ struct Charges : ::testing::Test {
     i[4] = 0;
     Fill(track, kModePS, t, i);
   }
-  std::vector<std::string> Messages() {
-    machine.Settle();
-    return machine.dialogs.TakeMessages();
-  }
-
-  VirtualHost machine;
-  Workstation ws;
 };
 
 TEST_F(Charges, CottrellFindsTheDiffusionCoefficient) {
@@ -129,9 +100,9 @@ TEST_F(Charges, CottrellFindsTheDiffusionCoefficient) {
   auto& form = Cottrell();
   form.Calculate();
   ASSERT_FALSE(form.report().empty());
-  EXPECT_NEAR(form.outcome().quantities[0].value, d, 1e-18);
+  EXPECT_NEAR(form.result().quantities[0].value, d, 1e-18);
   // Neither time 0 nor the point without current.
-  EXPECT_EQ(form.outcome().columns[0].values.size(), 19u);
+  EXPECT_EQ(form.result().columns[0].values.size(), 19u);
   EXPECT_THAT(form.report(),
               StartsWith("title:\tPt\r\ntime:\t2026/01/01 9:00:00\r\nne \t 2\r\n"
                          "Area /cm2\t0.25\r\nC /molcm-3\t1.0e-6\r\nDapp /cm2s-1\t7.0e-6\r\n"
@@ -142,30 +113,52 @@ TEST_F(Charges, CottrellFindsTheDiffusionCoefficient) {
   EXPECT_TRUE(form.txtDataNum.UserSet("4").ok());
   EXPECT_TRUE(form.opnCalcMode.UserChoose(1).ok());
   form.Calculate();
-  EXPECT_NEAR(form.outcome().quantities[0].value, 4 * d, 1e-12);
-  EXPECT_NEAR(form.outcome().fit->line.intercept, 1e-5, 1e-15);
+  EXPECT_NEAR(form.result().quantities[0].value, 4 * d, 1e-12);
+  EXPECT_NEAR(form.result().fit->line.intercept, 1e-5, 1e-15);
   EXPECT_THAT(form.lblFit.text(), HasSubstr("Dapp "));
+}
+
+// Worked by hand: 1/sqrt(t) = 1, 2 against 2 and 4.2 A. Through the origin the slope is
+// (2 + 8.4) / 5 = 2.08, the residuals -0.08 and 0.04, so the slope's error
+// sqrt((0.0064 + 0.0016) / (2 - 1) / 5) = 0.04; D goes with the slope's square.
+TEST_F(Charges, CottrellsErrorIsTwiceThatOfTheSlope) {
+  Fill(0, kModePS, {0.25, 1}, {4.2, 2});
+  auto& form = Cottrell();
+  form.Calculate();
+  Quantity d = Found(form, "Dapp");
+  EXPECT_NEAR(form.result().fit->line.slope, 2.08, 1e-12);
+  ASSERT_TRUE(d.error);
+  EXPECT_NEAR(*d.error / d.value, 2 * 0.04 / 2.08, 1e-12);
+  // With an intercept: 1, 2, 4 against 2, 4.2 and 7.
+  Fill(1, kModePS, {0.0625, 0.25, 1}, {7, 4.2, 2});
+  EXPECT_TRUE(form.UpDown1.UserStep(+1).ok());
+  EXPECT_TRUE(form.opnCalcMode.UserChoose(1).ok());
+  form.Calculate();
+  d = Found(form, "Dapp");
+  ASSERT_TRUE(d.error);
+  const double slope_error = BruteForceErrors({4, 2, 1}, {7, 4.2, 2}, false).slope;
+  EXPECT_NEAR(*d.error / d.value, 2 * slope_error / form.result().fit->line.slope, 1e-9);
 }
 
 TEST_F(Charges, CottrellCalculatesWithTheTrackAsItIs) {
   FillStep(0, 1e-4, 0);
   auto& form = Cottrell();
   EXPECT_TRUE(form.opnCalcMode.UserChoose(1).ok());
-  EXPECT_TRUE(form.txtStart.UserSet("6").ok());
+  EXPECT_TRUE(form.range.txtStart.UserSet("6").ok());
   FillStep(0, 3e-4, 0);  // measured anew while the window is open
   form.Calculate();
-  EXPECT_NEAR(form.outcome().fit->line.slope, 3e-4, 1e-12);
+  EXPECT_NEAR(form.result().fit->line.slope, 3e-4, 1e-12);
   // Taking an entry back, or opening a file, shows the track's own value and keeps the range.
   EXPECT_TRUE(form.txtne.UserSet("3").ok());
   ws.tracks.Record(0).ne = 2;
   ++ws.DataGeneration;
   form.Activate();
   EXPECT_EQ(form.txtne.text(), "2");
-  EXPECT_EQ(form.txtStart.text(), "6");
+  EXPECT_EQ(form.range.txtStart.text(), "6");
   Fill(0, kModePS, {0.1, 0.2, 0.3}, {3, 2, 1});
   ++ws.DataGeneration;
   form.Activate();
-  EXPECT_EQ(form.txtStart.text() + " " + form.txtEnd.text(), "0 2");
+  EXPECT_EQ(form.range.txtStart.text() + " " + form.range.txtEnd.text(), "0 2");
   EXPECT_TRUE(form.txtConc.UserSet("1e-200").ok());
   EXPECT_TRUE(form.txtArea.UserSet("1e-200").ok());
   form.Calculate();
@@ -175,8 +168,8 @@ TEST_F(Charges, CottrellCalculatesWithTheTrackAsItIs) {
 TEST_F(Charges, CottrellChangesTheTrackInPlace) {
   FillStep(0, 1e-4, 0);
   auto& form = Cottrell();
-  EXPECT_EQ(form.txtEnd.text(), "20");
-  EXPECT_TRUE(form.txtEnd.read_only);
+  EXPECT_EQ(form.range.txtEnd.text(), "20");
+  EXPECT_TRUE(form.range.txtEnd.read_only);
   EXPECT_TRUE(form.txtne.UserSet("3").ok());
   EXPECT_TRUE(form.txtConc.UserSet("2e-6 M").ok());
   EXPECT_TRUE(form.txtArea.UserSet("0").ok());
@@ -187,8 +180,8 @@ TEST_F(Charges, CottrellChangesTheTrackInPlace) {
   form.Calculate();
   EXPECT_THAT(Messages(), ElementsAre("The parameters (ne, Conc., and Area) must be above zero."));
   EXPECT_TRUE(form.txtArea.UserSet("0.1").ok());
-  for (int i = 0; i < 30; ++i) EXPECT_TRUE(form.updEnd.UserStep(-1).ok());
-  EXPECT_EQ(form.txtEnd.text(), "1");
+  for (int i = 0; i < 30; ++i) EXPECT_TRUE(form.range.updEnd.UserStep(-1).ok());
+  EXPECT_EQ(form.range.txtEnd.text(), "1");
   EXPECT_TRUE(form.opnCalcMode.UserChoose(1).ok());
   form.Calculate();  // one usable point
   EXPECT_THAT(Messages(), ElementsAre(StartsWith("The points give no line")));
@@ -218,18 +211,18 @@ TEST_F(Charges, ASweepIsIntegratedOverTimeAroundItsTurningPoint) {
   // A line between ends of one potential is none.
   EXPECT_TRUE(form.opnBaseLine.UserChoose(1).ok());
   form.Calculate();
-  EXPECT_NEAR(form.outcome().quantities[0].value, -1e-3, 1e-15);
+  EXPECT_NEAR(form.result().quantities[0].value, -1e-3, 1e-15);
   EXPECT_THAT(form.lblNote.text(), StartsWith("No base line"));
   // Of the way there alone the line takes everything.
-  for (int i = 0; i < 2; ++i) EXPECT_TRUE(form.updEnd.UserStep(-1).ok());
+  for (int i = 0; i < 2; ++i) EXPECT_TRUE(form.range.updEnd.UserStep(-1).ok());
   form.Calculate();
-  EXPECT_NEAR(form.outcome().quantities[0].value, 0, 1e-15);
+  EXPECT_NEAR(form.result().quantities[0].value, 0, 1e-15);
   EXPECT_EQ(form.lblNote.text(), "");
   EXPECT_TRUE(form.opnBaseLine.UserChoose(2).ok());
   EXPECT_TRUE(form.txtBaseValue.UserSet("2.5e-4").ok());
   form.Calculate();
-  EXPECT_NEAR(form.outcome().quantities[0].value, 3e-3, 1e-15);
-  EXPECT_NEAR(form.outcome().quantities[1].value, 1e-3, 1e-15);
+  EXPECT_NEAR(form.result().quantities[0].value, 3e-3, 1e-15);
+  EXPECT_NEAR(form.result().quantities[1].value, 1e-3, 1e-15);
   EXPECT_THAT(form.report(), HasSubstr("Nend:\t2\r\nBaseValue\t .00025\r\nCoulomb:\t3.000e-3\r\n"));
 }
 
@@ -240,11 +233,11 @@ TEST_F(Charges, AStepHasNoBaseLine) {
   EXPECT_TRUE(form.txtBaseValue.UserSet("1").ok());
   EXPECT_TRUE(form.opnMethod.UserChoose(1).ok());
   form.Calculate();
-  EXPECT_NEAR(form.outcome().quantities[0].value, 2, 1e-15);
+  EXPECT_NEAR(form.result().quantities[0].value, 2, 1e-15);
   EXPECT_THAT(form.report(), HasSubstr("t /s\ti /A\tCoulomb\r\n"));
   EXPECT_THAT(form.lblNote.text(), StartsWith("No base line"));
   // From a point to itself.
-  EXPECT_TRUE(form.txtEnd.UserSet("0").ok());
+  EXPECT_TRUE(form.range.txtEnd.UserSet("0").ok());
   form.Calculate();
   EXPECT_THAT(form.report(), HasSubstr("Nend:\t0\r\nBaseValue\t 1\r\nCoulomb:\t0.000e+0\r\n"));
   EXPECT_EQ(form.lblNote.text(), "A single point has no charge.");
@@ -258,27 +251,28 @@ TEST_F(Charges, WhatHasNoChargeIsSaid) {
   Fill(0, kModePS, {0, 1, 2}, {1, 1, 1});  // measured while the window shows an empty slot
   form.Calculate();
   EXPECT_THAT(form.report(), HasSubstr("Nend:\t2\r\n"));
-  const auto said = [&] {
+  const auto refused = [&] {
     EXPECT_TRUE(form.UpDown1.UserStep(+1).ok());
     EXPECT_TRUE(form.UpDown1.UserStep(-1).ok());
     form.Calculate();
     const auto messages = Messages();
     return messages.size() == 1 ? messages.front() : std::string();
   };
-  Fill(0, kModeRPMvsj, {0, 400}, {1, 2});
-  EXPECT_EQ(said(), "RPMvs.j tracks cannot be integrated.");
-  Fill(0, kModeMulti, {0, 400}, {1, 2});
-  EXPECT_EQ(said(), "Multi tracks cannot be integrated.");
+  for (const auto& [mode, name] :
+       {std::pair{kModeRPMvsj, "RPMvs.j"}, {kModeMulti, "Multi"}, {kModeSSVAll, "SSVAll"}}) {
+    Fill(0, mode, {0, 400}, {1, 2});
+    EXPECT_EQ(refused(), name + std::string(" tracks cannot be integrated."));
+  }
   Fill(0, kModeCV, {0, 0.1, 0.2, 0.3}, {1, 2, 3, 4});
   ws.tracks.Record(0).Scanrate = 0;
-  EXPECT_THAT(said(), HasSubstr("no scan rate"));
+  EXPECT_THAT(refused(), HasSubstr("no scan rate"));
   ws.tracks.Record(0).Scanrate = 50;
-  EXPECT_EQ(said(), "");
-  EXPECT_TRUE(form.txtStart.UserSet("2").ok());
-  EXPECT_TRUE(form.txtEnd.UserSet("1").ok());
+  EXPECT_EQ(refused(), "");
+  EXPECT_TRUE(form.range.txtStart.UserSet("2").ok());
+  EXPECT_TRUE(form.range.txtEnd.UserSet("1").ok());
   form.Calculate();
   EXPECT_THAT(Messages(), ElementsAre("The range ends before it starts."));
-  EXPECT_TRUE(form.txtEnd.UserSet("2").ok());
+  EXPECT_TRUE(form.range.txtEnd.UserSet("2").ok());
   ws.tracks.Record(0).pnum = 2;  // became shorter meanwhile
   form.Calculate();
   EXPECT_THAT(Messages(), ElementsAre("The track has no points in this range."));

@@ -22,16 +22,15 @@ constexpr PlotRange kInitialRange{-0.2, -1e-6, 0.5, 1e-6};
 }  // namespace
 
 frmCottrellEquation::frmCottrellEquation(Workstation& workstation, Host& host)
-    : AnalysisForm(workstation, host, kName, "Cottrell Equation Analysis"),
-      range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kNotRead) {
+    : AnalysisForm(workstation, host, kName, "Cottrell Equation Analysis") {
   txtRPM.read_only = true;
   CottrellGraph.SetTip("Current in A against 1/sqrt(t) in s^-1/2");
   cmdCalc.SetTip(
       "Fits a line to the points. Leave out the first ones, which the double layer and the delay "
       "with which the step was seen falsify.");
   WireBoxes();
-  range_.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };
-  range_.on_change = [this] { MakePoints(); };
+  range.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };
+  range.on_change = [this] { MakePoints(); };
   cmdCalc.on_click = [this] { Calculate(); };
 }
 
@@ -55,7 +54,7 @@ void frmCottrellEquation::WireBoxes() {
 }
 
 void frmCottrellEquation::ShowTrack() {
-  range_.Empty();
+  range.Empty();
   ShowRecord();
 }
 
@@ -69,31 +68,25 @@ void frmCottrellEquation::ShowRecord() {
   if (!HoldsTrack(tracks(), Track())) {
     lblMode.SetText({});
     for (TextBox* box : {&txtTitle, &txtRPM, &txtConc, &txtArea, &txtne}) box->SetText({});
-    range_.Empty();
+    range.Empty();
     return MakePoints();
   }
   const TrackRecord& record = Record();
-  lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
-  txtTitle.SetText(record.Title);
-  txtRPM.SetText(PlainNumber(record.RPM));
+  ShowTrackHeader(tracks(), Track(), lblMode, txtTitle, txtRPM);
   txtConc.SetText(PlainNumber(record.Conc));
   txtArea.SetText(PlainNumber(record.Area));
   // What was typed for one track goes on for the next.
   if (txtne.text().empty()) txtne.SetText(PlainNumber(record.ne));
-  range_.ShowAgain(tracks().PointCount(Track()));
+  range.ShowAgain(tracks().PointCount(Track()));
   MakePoints();
 }
 
 void frmCottrellEquation::MakePoints() {
   points_ = {};
-  if (IsStep() && !range_.empty()) {
-    const auto count = static_cast<std::size_t>(tracks().PointCount(Track()));
-    const auto from = std::min(static_cast<std::size_t>(range_.start()), count);
-    const auto to = std::min(static_cast<std::size_t>(range_.end()) + 1, count);
-    if (from < to) {
-      points_ = MakeCottrellPoints(tracks().Points(0, Track()).subspan(from, to - from),
-                                   tracks().Points(1, Track()).subspan(from, to - from));
-    }
+  if (IsStep() && !range.empty()) {
+    const auto [first, count] = range.Within(tracks().PointCount(Track()));
+    points_ = MakeCottrellPoints(tracks().Points(0, Track()).subspan(first, count),
+                                 tracks().Points(1, Track()).subspan(first, count));
   }
   plot_range_ = kInitialRange;
   for (std::size_t i = 0; i < points_.x.size(); ++i) {
@@ -117,7 +110,7 @@ void frmCottrellEquation::DrawPoints() {
 
 void frmCottrellEquation::Calculate() {
   if (!IsStep()) return;
-  if (range_.empty()) ShowTrack();  // the slot was empty when it was shown
+  if (range.empty()) ShowTrack();  // the slot was empty when it was shown
   const double electrons = ParseLenient(txtne.text());
   const double concentration = ParseLenient(txtConc.text());
   const double area = ParseLenient(txtArea.text());
@@ -136,18 +129,17 @@ void frmCottrellEquation::Calculate() {
     return Refuse("The parameters (ne, Conc., and Area) are too small for a result.");
   }
   DrawLine(fit->line);
-  Outcome outcome;
-  outcome.fit = *fit;
-  outcome.quantities = {{"Dapp", "cm2/s", diffusion, {}},
-                        {"n", "", electrons, {}},
-                        {"area", "cm2", area, {}},
-                        {"C", "mol/cm3", concentration, {}}};
+  AnalysisResult result;
+  result.fit = *fit;
+  result.quantities = {{"Dapp", "cm2/s", diffusion, {}},
+                       {"n", "", electrons, {}},
+                       {"area", "cm2", area, {}},
+                       {"C", "mol/cm3", concentration, {}}};
   if (fit->slope_error && fit->line.slope != 0) {
-    outcome.quantities.front().error =
-        diffusion * 2 * std::abs(*fit->slope_error / fit->line.slope);
+    result.quantities.front().error = diffusion * 2 * std::abs(*fit->slope_error / fit->line.slope);
   }
-  outcome.columns = {{"x", "s^(-1/2)", points_.x}, {"i", "A", points_.y}};
-  ShowReport(ReportText(electrons, area, concentration, diffusion), std::move(outcome));
+  result.columns = {{"x", "s^(-1/2)", points_.x}, {"i", "A", points_.y}};
+  ShowReport(ReportText(electrons, area, concentration, diffusion), std::move(result));
 }
 
 void frmCottrellEquation::DrawLine(const StraightLine& line) {
@@ -160,7 +152,7 @@ std::string frmCottrellEquation::ReportText(double electrons, double area, doubl
                                             double diffusion) {
   std::string report;
   const auto line = [&](const char* label, const std::string& value) {
-    report.append(label).append("\t").append(value).append("\r\n");
+    report += ReportLine({label, value});
   };
   line("title:", Record().Title);
   line("time:", Record().MeasTime);
@@ -170,7 +162,7 @@ std::string frmCottrellEquation::ReportText(double electrons, double area, doubl
   line("Dapp /cm2s-1", Format(diffusion, "0.0##e+0#"));
   line("1/sqrt(t)", "i/A");
   for (std::size_t i = 0; i < points_.x.size(); ++i) {
-    report += Format(points_.x[i], "0.0000") + "\t" + Format(points_.y[i], "0.000e+0") + "\r\n";
+    report += ReportLine({Format(points_.x[i], "0.0000"), Format(points_.y[i], "0.000e+0")});
   }
   return report;
 }
@@ -186,9 +178,7 @@ LayoutNode frmCottrellEquation::Layout() {
                                  Field("Title", txtTitle), Field("RPM", txtRPM)})}),
                   Group("Parameters", {Fields({Field("ne", txtne), Field("Conc. /molcm-3", txtConc),
                                                Field("Area /cm2", txtArea)})}),
-                  Group("Points",
-                        {Fields({Field("Start", txtStart, &updStart)}), Item(lblStartPoint),
-                         Fields({Field("End", txtEnd, &updEnd)}), Item(lblEndPoint)}),
+                  range.Panel(),
                   Group("Line", {Item(opnCalcMode)}),
                   Item(cmdCalc),
                   Stretch(),

@@ -25,12 +25,7 @@ class frmCottrellEquation : public AnalysisForm {
   TextBox txtne{*this, "txtne"};
   TextBox txtConc{*this, "txtConc"};            // mol/cm3
   TextBox txtArea{*this, "txtArea", "0.2827"};  // cm2
-  TextBox txtStart{*this, "txtStart"};
-  UpDown updStart{*this, "updStart"};
-  Label lblStartPoint{*this, "lblStartPoint"};
-  TextBox txtEnd{*this, "txtEnd"};
-  UpDown updEnd{*this, "updEnd"};
-  Label lblEndPoint{*this, "lblEndPoint"};
+  PointRange range{*this, TypedEnd::kNotRead};
   OptionGroup opnCalcMode{*this, "opnCalcMode", {"y = a * x", "y = a * x + b"}, 0};
   Button cmdCalc{*this, "cmdCalc", "Calculation"};
   PreviewPlot CottrellGraph{*this, "CottrellGraph"};
@@ -50,7 +45,6 @@ class frmCottrellEquation : public AnalysisForm {
   void DrawLine(const StraightLine& line);
   std::string ReportText(double electrons, double area, double concentration, double diffusion);
 
-  PointRange range_;
   CottrellPoints points_;
   PlotRange plot_range_;
 };

@@ -22,10 +22,10 @@ std::vector<double> StepTimes(std::int32_t mode, std::span<const double> x, doub
 // The integral of y from the first point to each point, 0 at the first one; `steps` as StepTimes
 // gives them, one entry fewer than y.
 //
-// Simpson's rule on uneven steps: the parabola through each three neighbouring points (N. B.
-// Shklov, SIAM Rev. 2, 303, 1960), its part up to the middle point included, so that every point
-// has its charge. A last single step takes the parabola of the last three points. Where the two
-// steps of a parabola differ more than threefold, as at repeated abscissae, it would follow the
+// Simpson's rule on uneven steps: the parabola through each three neighbouring points (N. Shklov,
+// Amer. Math. Monthly 67 (1960) 1022), its part up to the middle point included, so that every
+// point has its charge. A last single step takes the parabola of the last three points. Where the
+// two steps of a parabola differ more than threefold, as at repeated abscissae, it would follow the
 // noise; there the trapezoid stands.
 std::vector<double> RunningIntegral(IntegrationRule rule, std::span<const double> steps,
                                     std::span<const double> y);

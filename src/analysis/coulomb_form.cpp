@@ -19,16 +19,15 @@ constexpr int kLightGreen = 10;
 }  // namespace
 
 frmCoulombCalculator::frmCoulombCalculator(Workstation& workstation, Host& host)
-    : AnalysisForm(workstation, host, kName, "Coulomb Number Calculation"),
-      range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kAsStart) {
+    : AnalysisForm(workstation, host, kName, "Coulomb Number Calculation") {
   txtBaseValue.SetTip("A");
-  range_.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };
-  range_.on_change = [this] { DrawPreview(); };
+  range.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };
+  range.on_change = [this] { DrawPreview(); };
   cmdCalc.on_click = [this] { Calculate(); };
 }
 
 void frmCoulombCalculator::ShowTrack() {
-  range_.Empty();
+  range.Empty();
   ShowRecord();
 }
 
@@ -41,36 +40,32 @@ void frmCoulombCalculator::ShowRecord() {
   lblMode.SetText(holds ? std::string(EntryOf(ModeName, Record().Mode)) : std::string());
   lblTitle.SetText(holds ? Record().Title : std::string());
   if (holds) {
-    range_.ShowAgain(tracks().PointCount(Track()));
+    range.ShowAgain(tracks().PointCount(Track()));
   } else {
-    range_.Empty();
+    range.Empty();
   }
   DrawPreview();
 }
 
 void frmCoulombCalculator::DrawPreview() {
-  DrawSelection(PrevGraph, tracks(), Track(), range_.start(), range_.end());
+  DrawSelection(PrevGraph, tracks(), Track(), range.start(), range.end());
 }
 
-std::string frmCoulombCalculator::Hindrance() const {
+std::string frmCoulombCalculator::Refusal() const {
   if (!HasCharge(Record().Mode)) {
     return std::string(EntryOf(ModeName, Record().Mode)) + " tracks cannot be integrated.";
   }
   if (!XIsTime(Record().Mode) && !(Record().Scanrate > 0)) {
     return "The track has no scan rate, so its points have no times.";
   }
-  if (range_.start() > range_.end()) return "The range ends before it starts.";
+  if (range.start() > range.end()) return "The range ends before it starts.";
   return {};
 }
 
 frmCoulombCalculator::Part frmCoulombCalculator::ChosenPart() const {
-  const int track = Track();
-  // The track may have become shorter since it was shown.
-  const auto count = static_cast<std::size_t>(tracks().PointCount(track));
-  const auto first = std::min(static_cast<std::size_t>(range_.start()), count);
-  const auto last = std::min(static_cast<std::size_t>(range_.end()) + 1, count);
-  return {first, tracks().Points(0, track).subspan(first, last - first),
-          tracks().Points(1, track).subspan(first, last - first)};
+  const auto [first, count] = range.Within(tracks().PointCount(Track()));
+  return {first, tracks().Points(0, Track()).subspan(first, count),
+          tracks().Points(1, Track()).subspan(first, count)};
 }
 
 std::optional<BaseLine> frmCoulombCalculator::ChosenBaseLine(const Part& part) const {
@@ -87,8 +82,8 @@ std::optional<BaseLine> frmCoulombCalculator::ChosenBaseLine(const Part& part) c
 
 void frmCoulombCalculator::Calculate() {
   if (!HoldsTrack(tracks(), Track())) return;
-  if (range_.empty()) ShowTrack();  // the slot was empty when it was shown
-  if (const std::string hindrance = Hindrance(); !hindrance.empty()) return Refuse(hindrance);
+  if (range.empty()) ShowTrack();  // the slot was empty when it was shown
+  if (const std::string why = Refusal(); !why.empty()) return Refuse(why);
   const Part part = ChosenPart();
   if (part.x.empty()) return Refuse("The track has no points in this range.");
 
@@ -111,14 +106,14 @@ void frmCoulombCalculator::Calculate() {
   if (!std::isfinite(charge.back())) return Refuse("The charge is too large for a number.");
   lblNote.SetText(NoteOn(part, line.has_value()));
 
-  Outcome outcome;
-  outcome.quantities = {{"charge", "C", charge.back(), {}},
-                        {"base_charge", "C", base_charge.back(), {}}};
+  AnalysisResult result;
+  result.quantities = {{"charge", "C", charge.back(), {}},
+                       {"base_charge", "C", base_charge.back(), {}}};
   const bool step = XIsTime(Record().Mode);
-  outcome.columns = {{step ? "t" : "E", step ? "s" : "V", {part.x.begin(), part.x.end()}},
-                     {"i", "A", {part.i.begin(), part.i.end()}},
-                     {"charge", "C", charge}};
-  ShowReport(ReportText(part, charge), std::move(outcome));
+  result.columns = {{step ? "t" : "E", step ? "s" : "V", {part.x.begin(), part.x.end()}},
+                    {"i", "A", {part.i.begin(), part.i.end()}},
+                    {"charge", "C", charge}};
+  ShowReport(ReportText(part, charge), std::move(result));
 }
 
 void frmCoulombCalculator::DrawBaseLine(const Part& part, const BaseLine& line) {
@@ -137,7 +132,7 @@ std::string frmCoulombCalculator::ReportText(const Part& part,
                                              const std::vector<double>& charge) const {
   std::string report;
   const auto line = [&](const char* label, const std::string& value) {
-    report.append(label).append("\t").append(value).append("\r\n");
+    report += ReportLine({label, value});
   };
   line("FileName:", workstation().FileTitle);
   line("Track:", SignedNumber(Track()));
@@ -152,8 +147,8 @@ std::string frmCoulombCalculator::ReportText(const Part& part,
   line("Coulomb:", Format(charge.back(), "0.000e+0"));
   line(XIsTime(Record().Mode) ? "t /s" : "E /V", "i /A\tCoulomb");
   for (std::size_t p = 0; p < charge.size(); ++p) {
-    report += Format(part.x[p], "0.0000") + "\t" + Format(part.i[p], "0.000e+0") + "\t" +
-              Format(charge[p], "0.000e+0") + "\r\n";
+    report += ReportLine({Format(part.x[p], "0.0000"), Format(part.i[p], "0.000e+0"),
+                          Format(charge[p], "0.000e+0")});
   }
   return report;
 }
@@ -166,9 +161,7 @@ LayoutNode frmCoulombCalculator::Layout() {
               Rows({
                   Group("Track", {Fields({Field("Track", txtDataNum, &UpDown1),
                                           Field("Mode", lblMode), Field("Title", lblTitle)})}),
-                  Group("Points",
-                        {Fields({Field("Start", txtStart, &updStart)}), Item(lblStartPoint),
-                         Fields({Field("End", txtEnd, &updEnd)}), Item(lblEndPoint)}),
+                  range.Panel(),
                   Group("Method", {Item(opnMethod)}),
                   Group("Base Line",
                         {Item(opnBaseLine), Fields({Field("Value /A", txtBaseValue)})}),

@@ -22,12 +22,7 @@ class frmCoulombCalculator : public AnalysisForm {
 
   Label lblMode{*this, "lblMode"};
   Label lblTitle{*this, "lblTitle"};
-  TextBox txtStart{*this, "txtStart"};
-  UpDown updStart{*this, "updStart"};
-  Label lblStartPoint{*this, "lblStartPoint"};
-  TextBox txtEnd{*this, "txtEnd"};
-  UpDown updEnd{*this, "updEnd"};
-  Label lblEndPoint{*this, "lblEndPoint"};
+  PointRange range{*this, TypedEnd::kAsStart};
   OptionGroup opnMethod{*this, "opnMethod", {"Trapezoid Integration ", "Simpson Integration "}, 0};
   OptionGroup opnBaseLine{*this, "opnBaseLine", {"None", "Linear", "Value"}, 0};
   TextBox txtBaseValue{*this, "txtBaseValue", "0"};  // A
@@ -52,14 +47,12 @@ class frmCoulombCalculator : public AnalysisForm {
   void ShowRecord();
   void DrawPreview();
   // Why the track as it is chosen has no charge; empty when it has one.
-  std::string Hindrance() const;
+  std::string Refusal() const;
   Part ChosenPart() const;
   std::optional<BaseLine> ChosenBaseLine(const Part& part) const;
   void DrawBaseLine(const Part& part, const BaseLine& line);
   std::string NoteOn(const Part& part, bool base_line) const;
   std::string ReportText(const Part& part, const std::vector<double>& charge) const;
-
-  PointRange range_;
 };
 
 }  // namespace zento

@@ -467,6 +467,8 @@ Result<ExponentialFit> Fitter::Describe() const {
   return result;
 }
 
+// The roots of the diagonal of the inverse of J'J times the variance. Columns are scaled to length
+// one first: amplitudes of nA beside time constants of hours would leave the inverse no digits.
 std::vector<double> Fitter::Errors(std::span<const double> p, double chi_square) const {
   const auto n = static_cast<std::int32_t>(p.size());
   if (x_.size() <= p.size() || !options_.weights.empty()) return {};

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -91,7 +90,7 @@ TEST(ExponentialFit, TakesZerosForWhatTheyAre) {
   EXPECT_NEAR(fit.value().fitted[40], 0, 1e-6);
 }
 
-TEST(ExponentialFit, StartsAndWeighsAsTold) {
+TEST(ExponentialFit, TakesStartValuesAndWeights) {
   Data data = Relaxation({2, 0.4, 5}, 1, 100, 0, 1.2, 1e-3);
   ExponentialFitOptions options;
   options.start = {1.5, 0.6, 5.3};
@@ -128,42 +127,51 @@ TEST(ExponentialFit, EndsOnDataOfAnotherKind) {
 
 TEST(ExponentialFit, SaysWhatIsWrongWithTheInput) {
   const Data good = Relaxation({2, 0.4, 5}, 1, 20, 0, 2);
-  const auto why = [](const std::vector<double>& x, const std::vector<double>& y, int parameters,
-                      const ExponentialFitOptions& options = {}) {
-    const auto fit = FitExponential(x, y, parameters, options);
-    return fit.ok() ? std::string("accepted") : fit.why();
-  };
   const auto with_y = [&](std::size_t i, double value) {
     auto y = good.y;
     y[i] = value;
     return y;
   };
-  EXPECT_EQ(why(good.x, good.y, 4), "an exponential fit has 3 or 5 parameters, not 4");
-  EXPECT_EQ(why({0, 1}, {1, 2}, 3), "2 points are too few for 3 parameters");
-  EXPECT_EQ(why({}, {}, 5), "0 points are too few for 5 parameters");
-  EXPECT_EQ(why({0, 1, 2}, {1, 2}, 3), "x and y differ in length");
+  const auto start = [](const std::vector<double>& p) {
+    ExponentialFitOptions options;
+    options.start = p;
+    return options;
+  };
+  const auto weights = [](std::size_t count, double weight) {
+    ExponentialFitOptions options;
+    options.weights.assign(count, weight);
+    return options;
+  };
   const std::vector<double> many(SSVGaussNewtonLog::kMaxPoints + 1);
-  EXPECT_EQ(why(many, many, 3), "40002 points are too many; 40001 can be fitted");
-  const double infinity = std::numeric_limits<double>::infinity();
-  EXPECT_EQ(why(good.x, with_y(3, infinity), 3), "a value is not a finite number");
-  EXPECT_EQ(why(good.x, with_y(3, std::nan("")), 3), "a value is not a finite number");
-  EXPECT_EQ(why(std::vector<double>(20, 1), good.y, 3),
-            "x does not rise from the first point to the last");
-  EXPECT_EQ(why(good.x, std::vector<double>(20, 1), 3), "all values are equal");
-  EXPECT_EQ(why(good.x, with_y(19, good.y[0]), 3),
-            "the first and the last value are equal, so the data neither rise nor fall");
-
-  ExponentialFitOptions options;
-  options.start = {1, 2};
-  EXPECT_EQ(why(good.x, good.y, 3, options), "3 finite start values are needed");
-  options.start = {1, -2, 5};
-  EXPECT_EQ(why(good.x, good.y, 3, options), "the start value of p2 must be positive");
-  options.start = {};
-  options.weights.assign(19, 1);
-  EXPECT_EQ(why(good.x, good.y, 3, options),
-            "every point needs a finite weight that is not negative");
-  options.weights.assign(20, 0);
-  EXPECT_EQ(why(good.x, good.y, 3, options), "all weights are 0");
+  const std::vector<double> level(20, 1);
+  const struct {
+    std::vector<double> x, y;
+    int parameters;
+    ExponentialFitOptions options;
+    const char* why;
+  } cases[] = {
+      {good.x, good.y, 4, {}, "an exponential fit has 3 or 5 parameters, not 4"},
+      {{0, 1}, {1, 2}, 3, {}, "2 points are too few for 3 parameters"},
+      {{}, {}, 5, {}, "0 points are too few for 5 parameters"},
+      {{0, 1, 2}, {1, 2}, 3, {}, "x and y differ in length"},
+      {many, many, 3, {}, "40002 points are too many; 40001 can be fitted"},
+      {good.x, with_y(3, INFINITY), 3, {}, "a value is not a finite number"},
+      {good.x, with_y(3, NAN), 3, {}, "a value is not a finite number"},
+      {level, good.y, 3, {}, "x does not rise from the first point to the last"},
+      {good.x, level, 3, {}, "all values are equal"},
+      {good.x,
+       with_y(19, good.y[0]),
+       3,
+       {},
+       "the first and the last value are equal, so the data neither rise nor fall"},
+      {good.x, good.y, 3, start({1, 2}), "3 finite start values are needed"},
+      {good.x, good.y, 3, start({1, -2, 5}), "the start value of p2 must be positive"},
+      {good.x, good.y, 3, weights(19, 1), "every point needs a finite weight that is not negative"},
+      {good.x, good.y, 3, weights(20, 0), "all weights are 0"},
+  };
+  for (const auto& [x, y, parameters, options, why] : cases) {
+    EXPECT_EQ(FitExponential(x, y, parameters, options).why(), why);
+  }
 }
 
 }  // namespace

@@ -47,7 +47,8 @@ FftPasses BestPasses() {
   return FftPassesBaseline;
 }
 
-// Transforms too short for the passes that take four points at a time.
+// Transforms too short for the passes that take four points at a time: the definition, with the
+// twiddle of block b that of b's bits reversed.
 void ShortTransform(double* re, double* im, const FftTables& tables, double factor) {
   const std::size_t points = tables.points;
   const int bits = std::countr_zero(points);

@@ -9,7 +9,6 @@
 #include "analysis/track_points.h"
 #include "core/axis_step.h"
 #include "core/palette.h"
-#include "core/same_values.h"
 #include "core/tables.h"
 #include "graph/plot_range.h"
 #include "graph/track_preview.h"
@@ -79,7 +78,7 @@ void frmFFTFilter::TakeSource() {
   ForgetFiltered();
 }
 
-std::string frmFFTFilter::Hindrance(int columns) const {
+std::string frmFFTFilter::Refusal(int columns) const {
   const int track = Source();
   if (!HoldsTrack(tracks(), track)) return "Track " + PlainNumber(track) + " is empty.";
   if (tracks().PointCount(track) == 0) {
@@ -106,16 +105,12 @@ void frmFFTFilter::Transform() {
   df_ = 0;
   points_ = {};
   spectra_ = {};
-  if (const std::string hindrance = Hindrance(columns); !hindrance.empty()) {
-    return lblNote.SetText(hindrance);
-  }
+  if (const std::string why = Refusal(columns); !why.empty()) return lblNote.SetText(why);
   columns_ = columns;
   time_ = TrackTime(tracks(), track);
+  points_.Keep(tracks(), track, columns_);
   for (int c = 0; c < columns_; ++c) {
-    const std::span<const double> values = tracks().Points(c, track);
-    const auto at = static_cast<std::size_t>(c);
-    points_[at].assign(values.begin(), values.end());
-    spectra_[at] = SpectrumOf(values);
+    spectra_[static_cast<std::size_t>(c)] = SpectrumOf(points_.Column(c));
   }
   const auto length = static_cast<double>(spectra_[0].Length());
   const double dt = time_ / tracks().PointCount(track) / 1000;
@@ -135,16 +130,10 @@ void frmFFTFilter::Transform() {
 
 bool frmFFTFilter::SourceChanged() const {
   const int track = Source();
-  if (columns_ == 0) return Hindrance(0).empty();
+  if (columns_ == 0) return Refusal(0).empty();
   const TrackRecord& record = tracks().Record(track);
-  if (TrackTime(tracks(), track) != time_ || TransformedColumns(record.Mode) != columns_)
-    return true;
-  for (int c = 0; c < columns_; ++c) {
-    const std::span<const double> now = tracks().Points(c, track);
-    const std::vector<double>& then = points_[static_cast<std::size_t>(c)];
-    if (!SameValues(now, then)) return true;
-  }
-  return false;
+  return TrackTime(tracks(), track) != time_ || TransformedColumns(record.Mode) != columns_ ||
+         !points_.AreStill(tracks(), track);
 }
 
 void frmFFTFilter::ForgetFiltered() {
@@ -243,8 +232,8 @@ void frmFFTFilter::Calculate() {
   for (int c = 0; c < columns_; ++c) {
     const auto at = static_cast<std::size_t>(c);
     const double x_cut_off = opnXFilter.selected() == 1 ? settings.FFTFxmax : kNoCutOff;
-    filtered_[at] =
-        LowPass(spectra_[at], df_, c == 0 ? x_cut_off : settings.FFTFymax, points_[at].size());
+    filtered_[at] = LowPass(spectra_[at], df_, c == 0 ? x_cut_off : settings.FFTFymax,
+                            points_.Column(c).size());
   }
   filtered_ready_ = true;
   DrawPreview();
@@ -255,10 +244,7 @@ void frmFFTFilter::Calculate() {
 
 void frmFFTFilter::WriteFiltered(int track) {
   for (int c = 0; c < columns_; ++c) {
-    const std::vector<double>& values = filtered_[static_cast<std::size_t>(c)];
-    std::vector<double>& column = tracks().Column(c, track);
-    if (column.size() < values.size()) column.resize(values.size());
-    std::copy(values.begin(), values.end(), column.begin());
+    PutPoints(tracks(), c, track, filtered_[static_cast<std::size_t>(c)]);
   }
 }
 

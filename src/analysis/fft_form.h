@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/fft.h"
+#include "analysis/track_points.h"
 #include "analysis/transform_form.h"
 #include "core/workstation.h"
 #include "graph/preview_plot.h"
@@ -46,13 +47,12 @@ class frmFFTFilter : public TransformForm {
   void RecordAnotherTrack() override;
 
  private:
-  using PointColumns = std::array<std::vector<double>, kTrackColumns>;
-
   void WireControls();
   void ShowSettings() override;
   void TakeSource() override;
   void Transform();
-  std::string Hindrance(int columns) const;
+  // Why the source has no spectrum of so many columns; empty when it has one.
+  std::string Refusal(int columns) const;
   bool SourceChanged() const override;
   void ForgetFiltered();
   void LeaveFrequency(TextBox& box, double& setting);
@@ -65,14 +65,14 @@ class frmFFTFilter : public TransformForm {
   void WriteFiltered(int track);
 
   // Of the source track; without points when it has no spectrum.
-  PointColumns points_;  // as they were transformed
-  double time_ = 0;      // ms, likewise
+  KeptPoints points_;  // as they were transformed
+  double time_ = 0;    // ms, likewise
   std::array<Spectrum, kTrackColumns> spectra_;
   int columns_ = 0;       // that are transformed: x and the currents
   double df_ = 0;         // Hz
   double y_maximum_ = 0;  // of the frequency graph, before the margin
   bool filtered_ready_ = false;
-  PointColumns filtered_;
+  std::array<std::vector<double>, kTrackColumns> filtered_;
 };
 
 }  // namespace zento

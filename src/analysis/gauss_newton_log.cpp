@@ -157,6 +157,8 @@ void LogBlock::TransformRaised(const Model& model, const Points& points) {
   }
 }
 
+// Slopes (raised - residual) / step, in the written order of AddPoint. For p3 the data were raised,
+// not the model, so its slope is taken while value_[0] still is the model's logarithm.
 void LogBlock::Differences(const Model& model, const Points& points) {
   for (std::int32_t i = 0; i < kPoints; ++i) {
     const double log_model = value_[0][i];
@@ -221,8 +223,10 @@ bool BringPivotUp(SSVGaussNewtonLog::Matrix& matrix, SSVGaussNewtonLog::Vector& 
 // What one fit needs beside the object's fields.
 struct SSVGaussNewtonLog::Workspace {
   Vector step{};
-  Matrix normal{};  // J'J, upper triangle
-  Vector right{};   // -J'r
+  // J'J, the upper triangle alone: what is below it stays 0, so that the elimination that follows
+  // amounts to a back substitution.
+  Matrix normal{};
+  Vector right{};  // -J'r
   LogBlock block;
 };
 
@@ -374,13 +378,14 @@ bool SSVGaussNewtonLog::StepsComeBack(const Workspace& work) const {
   return true;
 }
 
-// One point, expression by expression. False when something ran away.
+// One point, expression by expression. False when something ran away. The residual is made anew for
+// each parameter, as raising and lowering the one before may have changed its last bit.
 bool SSVGaussNewtonLog::AddPoint(std::int32_t i, Workspace& work) {
   Vector slopes{};
   double residual = 0;
   for (std::int32_t j = 1; j <= paranum; ++j) {
     residual = ResidualAt(i);
-    if (i == 1 && j == 3) SaveLogData();
+    if (i == 1 && j == 3) SaveLogData();  // the logarithms do not change from point to point
     slopes[j] = (PerturbedAt(i, work.step[j], j) - residual) / work.step[j];
     if (std::fabs(residual) >= kMaxResidual) return false;
     xaisqr = xaisqr + residual * residual;

@@ -11,7 +11,8 @@ namespace zento {
 // Fits a relaxation towards a final value,
 //   y(x) = p3 - s p1 exp(-x/p2)                            three parameters
 //   y(x) = p3 - s (p1 exp(-x/p2) + p4 exp(-x/p5))          five parameters
-// with s = sign(y(N) - y(1)), by damped Gauss-Newton steps on the logarithm of the distance from
+// with s = sign(y(N) - y(1)), by damped Gauss-Newton steps (A. Bjorck, Numerical Methods for Least
+// Squares Problems, 1996, sect. 9.2) with forward differences on the logarithm of the distance from
 // p3. p1 and p4 are amplitudes and p3 the final value, in the unit of y; p2 and p5 are time
 // constants in the unit of x.
 //

@@ -177,44 +177,30 @@ TEST(GaussNewtonLog, EqualsTheDefinitionBitForBit) {
   EXPECT_GT(tally.not_finite, 20);
 }
 
-// A relaxation without noise that comes from below (s = 1) or above. Weighted by
-// the distance from the final value, so that residuals of the logarithms count as residuals of y;
-// and the final value is small, for p3's step is a share of it.
-void FillExactly(SSVGaussNewtonLog& fit, int parameters, double s) {
-  constexpr int kCount = 61;
-  fit.setparanum(parameters);
-  fit.setGN(kCount);
-  for (int i = 1; i <= kCount; ++i) {
-    const double x = (i - 1) * 0.02 * parameters;
-    double distance = 2 * std::exp(-x / 0.4);
-    if (parameters == 5) distance += std::exp(-x / 2);
-    fit.setGX(i, x);
-    fit.setGY(i, s * (0.1 - distance));
-    fit.setGW(i, distance);
-  }
-  for (const auto& [j, start] : {std::pair{1, 1.8}, {2, 0.3}, {3, s * 0.12}, {4, 1.1}, {5, 1.8}}) {
-    fit.setp(j, start);
-  }
-}
-
+// A relaxation without noise that comes from below (s = 1) or above. Weighted by the distance from
+// the final value, so that residuals of the logarithms count as residuals of y; and the final value
+// is small, for p3's step is a share of it.
 TEST(GaussNewtonLog, RecoversKnownParameters) {
-  for (const int parameters : {3, 5}) {
-    for (const double s : {1.0, -1.0}) {
-      SSVGaussNewtonLog fit;
-      FillExactly(fit, parameters, s);
-      std::int32_t iterations = 0;
-      // A fit ends as soon as an iteration gains little; going on from there brings it home.
-      for (int round = 0; round < 20; ++round) fit.GAUSSNEWTONFitting(iterations);
-      EXPECT_FALSE(fit.getdivergence());
-      EXPECT_NEAR(fit.getp(1), 2, 0.01) << parameters << ", " << s;
-      EXPECT_NEAR(fit.getp(2), 0.4, 0.005);
-      EXPECT_NEAR(fit.getp(3), s * 0.1, 0.01);
-      if (parameters == 5) {
-        EXPECT_NEAR(fit.getp(4), 1, 0.01);
-        EXPECT_NEAR(fit.getp(5), 2, 0.05);
-      }
-      EXPECT_NEAR(fit.getGFit(1), s * (parameters == 5 ? -2.9 : -1.9), 0.01);
+  constexpr int kCount = 61;
+  for (const double s : {1.0, -1.0}) {
+    SSVGaussNewtonLog fit;
+    fit.setparanum(5);
+    fit.setGN(kCount);
+    for (int i = 1; i <= kCount; ++i) {
+      const double x = (i - 1) * 0.1;
+      const double distance = 2 * std::exp(-x / 0.4) + std::exp(-x / 2);
+      EXPECT_TRUE(fit.setGX(i, x) && fit.setGY(i, s * (0.1 - distance)) && fit.setGW(i, distance));
     }
+    const double truth[] = {0, 2, 0.4, s * 0.1, 1, 2};
+    const double start[] = {0, 1.8, 0.3, s * 0.12, 1.1, 1.8};
+    for (int j = 1; j <= 5; ++j) fit.setp(j, start[j]);
+    std::int32_t iterations = 0;
+    // A fit ends as soon as an iteration gains little; going on from there brings it home.
+    for (int round = 0; round < 20; ++round) fit.GAUSSNEWTONFitting(iterations);
+    EXPECT_FALSE(fit.getdivergence());
+    for (int j = 1; j <= 5; ++j)
+      EXPECT_NEAR(fit.getp(j), truth[j], 0.02 * std::fabs(truth[j])) << j;
+    EXPECT_NEAR(fit.getGFit(1), s * -2.9, 0.01);
   }
 }
 
@@ -241,47 +227,6 @@ TEST(GaussNewtonLog, RefusesIndicesOutOfRange) {
   fit.GAUSSNEWTONFitting(iterations);  // the last block reaches the end of the arrays
 }
 
-TEST(GaussNewtonLog, EndsWithoutPointsAndWithEqualEnds) {
-  SSVGaussNewtonLog fit;
-  std::int32_t iterations = -1;
-  fit.GAUSSNEWTONFitting(iterations);
-  EXPECT_EQ(fit.restarts(), SSVGaussNewtonLog::kMaxRestarts);
-  EXPECT_EQ(iterations, 0);
-
-  // s = 0: no point has a logarithm, nothing depends on p3, and the model is p3 alone.
-  fit.setGN(3);
-  for (int i = 1; i <= 3; ++i) {
-    fit.setGX(i, i);
-    fit.setGY(i, i == 2 ? 9 : 4);
-  }
-  fit.SetInitialParameters();
-  fit.GAUSSNEWTONFitting(iterations);
-  EXPECT_FALSE(fit.getdivergence());
-  EXPECT_EQ(Fields(fit).sgn(), 0);
-  for (int i = 1; i <= 3; ++i) {
-    EXPECT_EQ(Fields(fit).LY()[i], 0);
-    EXPECT_EQ(fit.getGFit(i), fit.getp(3));
-  }
-}
-
-TEST(GaussNewtonLog, TakesLogarithmsOfPointsAheadOfTheFinalValueOnly) {
-  SSVGaussNewtonLog fit;
-  fit.setGN(4);
-  fit.setp(3, 5);
-  std::vector<double> target(5, -1);
-  EXPECT_TRUE(fit.LogTransform(std::vector<double>{0, 2, 5, 6, 4.5}, target));
-  EXPECT_EQ(target, (std::vector<double>{-1, std::log(3), 0, 0, std::log(0.5)}));
-  EXPECT_TRUE(fit.LogTransform(std::vector<double>{0, 7, 5, 4, 5.5}, target));
-  EXPECT_EQ(target, (std::vector<double>{-1, std::log(2), 0, 0, std::log(0.5)}));
-  // A stored 0 becomes 1.
-  fit.setGY(1, -0.0);
-  double residual = 0;
-  fit.setp(1, 2);
-  fit.setp(2, 1);
-  EXPECT_TRUE(fit.DirectResidual(1, residual));
-  EXPECT_EQ(residual, std::exp(std::log(2.0)) + 5 - 1);
-}
-
 TEST(GaussNewtonLog, PerturbsOneParameterAndPutsItBack) {
   Twins fit;
   FillRandomly(fit, 6);  // five parameters
@@ -298,45 +243,6 @@ TEST(GaussNewtonLog, PerturbsOneParameterAndPutsItBack) {
   Fields(fit.quick).LY()[1] = 99;
   fit.quick.RestoreLogData();
   EXPECT_EQ(Fields(fit.quick).DifferenceFrom(fit.plain), "");
-}
-
-TEST(GaussNewtonLog, DrawsStartValuesInOrder) {
-  SSVGaussNewtonLog fit;
-  fit.setGN(2);
-  fit.setGX(2, 10);
-  fit.setGY(1, -2);
-  fit.setGY(2, 8);
-  fit.setparanum(5);
-  const std::vector<double> drawn{0.5, 0.4, 0.75, 0.25, 0.125};
-  std::size_t next = 0;
-  fit.SetRandom([&] { return drawn.at(next++); });
-  fit.SetInitialParameters();
-  EXPECT_DOUBLE_EQ(fit.getp(1), 1.4);   // |0.4 y1 + y1| / 2
-  EXPECT_DOUBLE_EQ(fit.getp(2), 1.0);   // 0.4 xN / 4
-  EXPECT_DOUBLE_EQ(fit.getp(3), 10.0);  // yN + 0.25 yN
-  EXPECT_DOUBLE_EQ(fit.getp(4), 2.0 / 3);
-  EXPECT_DOUBLE_EQ(fit.getp(5), 5.0);  // (0.25 + 0.25) xN
-  EXPECT_EQ(next, 5u);
-  fit.setparanum(3);
-  next = 0;
-  fit.SetInitialParameters();
-  EXPECT_DOUBLE_EQ(fit.getp(1), 2.8);
-  EXPECT_EQ(next, 3u);
-}
-
-TEST(GaussNewtonLog, KeepsTheFasterRelaxationFirst) {
-  Twins fit;
-  int swapped = 0;
-  for (unsigned seed = 2000; seed < 2100; ++seed) {
-    FillRandomly(fit, seed);
-    if (fit.plain.paranum != 5) continue;
-    std::int32_t iterations = 0;
-    fit.quick.GAUSSNEWTONFitting(iterations);
-    if (iterations == 0) continue;
-    EXPECT_FALSE(fit.quick.getp(2) > fit.quick.getp(5)) << seed;
-    ++swapped;
-  }
-  EXPECT_GT(swapped, 10);
 }
 
 TEST(GaussNewtonLog, EliminatesWithPivoting) {

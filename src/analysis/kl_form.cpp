@@ -373,14 +373,14 @@ void frmKoutecky_Levich::DrawLine(const StraightLine& line) {
 
 void frmKoutecky_Levich::ReportFailure(const Points& points,
                                        const std::optional<LineQuality>& fit) {
-  Outcome outcome;
-  outcome.refusal = kNotProper;
-  outcome.fit = fit;
-  ShowReport(std::string(kNotProper) + "\r\n", std::move(outcome));
-  TellLeftOut(points);
+  AnalysisResult result;
+  result.refusal = kNotProper;
+  result.fit = fit;
+  ShowReport(std::string(kNotProper) + "\r\n", std::move(result));
+  AddLeftOutTracks(points);
 }
 
-void frmKoutecky_Levich::TellLeftOut(const Points& points) {
+void frmKoutecky_Levich::AddLeftOutTracks(const Points& points) {
   if (points.left_out.empty()) return;
   std::string text = lblFit.text();
   if (!text.empty()) text += "\n";
@@ -412,37 +412,37 @@ void frmKoutecky_Levich::Report(const Points& points, const LineQuality& fit) {
 
   const double b = fit.line.intercept;
   const double jk = Method() == LevichMethod::kKouteckyLevich && b != 0 ? 1 / b : 0;
-  Outcome outcome;
-  outcome.fit = fit;
-  outcome.quantities = {{"n", "", quantities.electrons, {}},
-                        {"viscosity", "cm2/s", quantities.viscosity, {}},
-                        {"D", "cm2/s", quantities.diffusion, {}},
-                        {"C", "mol/cm3", quantities.concentration, {}}};
+  AnalysisResult result;
+  result.fit = fit;
+  result.quantities = {{"n", "", quantities.electrons, {}},
+                       {"viscosity", "cm2/s", quantities.viscosity, {}},
+                       {"D", "cm2/s", quantities.diffusion, {}},
+                       {"C", "mol/cm3", quantities.concentration, {}}};
   if (fit.slope_error) {
-    outcome.quantities[static_cast<std::size_t>(Unknown())].error =
+    result.quantities[static_cast<std::size_t>(Unknown())].error =
         *solved * LevichErrorFactor(Unknown()) * *fit.slope_error / fit.line.slope;
   }
   if (Method() == LevichMethod::kKouteckyLevich) {
-    outcome.quantities.push_back({"jk", "A/cm2", jk, {}});
+    result.quantities.push_back({"jk", "A/cm2", jk, {}});
     if (fit.intercept_error && b != 0) {
-      outcome.quantities.back().error = *fit.intercept_error / (b * b);
+      result.quantities.back().error = *fit.intercept_error / (b * b);
     }
   }
-  outcome.quantities.push_back({"area", "cm2", std::abs(settings().KLElectrodeArea), {}});
-  outcome.quantities.push_back({"potential", "V", ReportedPotential(), {}});
+  result.quantities.push_back({"area", "cm2", std::abs(settings().KLElectrodeArea), {}});
+  result.quantities.push_back({"potential", "V", ReportedPotential(), {}});
   const bool levich = Method() == LevichMethod::kLevich;
-  outcome.columns = {{"rotation_rate", "rpm", points.rpm},
-                     {"x", levich ? "Hz^(1/2)" : "Hz^(-1/2)", points.x},
-                     {"y", levich ? "A/cm2" : "cm2/A", points.y}};
-  ShowReport(ReportText(points, quantities, jk), std::move(outcome));
-  TellLeftOut(points);
+  result.columns = {{"rotation_rate", "rpm", points.rpm},
+                    {"x", levich ? "Hz^(1/2)" : "Hz^(-1/2)", points.x},
+                    {"y", levich ? "A/cm2" : "cm2/A", points.y}};
+  ShowReport(ReportText(points, quantities, jk), std::move(result));
+  AddLeftOutTracks(points);
 }
 
 std::string frmKoutecky_Levich::ReportText(const Points& points, const LevichQuantities& quantities,
                                            double jk) const {
   std::string report;
   const auto line = [&](const char* label, const std::string& value) {
-    report.append(label).append("\t").append(value).append("\r\n");
+    report += ReportLine({label, value});
   };
   const auto quantity = [&](LevichUnknown which, const char* label, const std::string& value) {
     if (which == Unknown()) report += "*";
@@ -461,8 +461,8 @@ std::string frmKoutecky_Levich::ReportText(const Points& points, const LevichQua
   if (!levich) line("jk /Acm-2", Format(jk, "0.000e+00"));
   line(levich ? "sqr(Hz)" : "1/sqr(Hz)", levich ? "j /cm2A-1 " : "j-1 /cm2A-1 ");
   for (std::size_t i = 0; i < points.x.size(); ++i) {
-    report += Format(points.x[i], "0.0000") + "\t" +
-              Format(points.y[i], levich ? "0.000e+0" : "0.0000e+0") + "\r\n";
+    report += ReportLine(
+        {Format(points.x[i], "0.0000"), Format(points.y[i], levich ? "0.000e+0" : "0.0000e+0")});
   }
   return report;
 }

@@ -118,9 +118,9 @@ class frmKoutecky_Levich : public AnalysisForm {
   void DrawPlot(const Points& points);
   void DrawLine(const StraightLine& line);
   void Report(const Points& points, const LineQuality& fit);
-  // The line stays with the numbers below the report: they tell what is wrong with the slope.
+  // The line stays with the numbers below the report: they say what is wrong with the slope.
   void ReportFailure(const Points& points, const std::optional<LineQuality>& fit);
-  void TellLeftOut(const Points& points);
+  void AddLeftOutTracks(const Points& points);
   LevichMethod Method() const;
   LevichUnknown Unknown() const;
   LevichQuantities Quantities() const;

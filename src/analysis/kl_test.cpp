@@ -1,13 +1,8 @@
 #include "analysis/kl_form.h"
 
-#include <gmock/gmock.h>
-
 #include <cmath>
-#include <string>
-#include <vector>
 
-#include "core/settings_file.h"
-#include "host/virtual/virtual_host.h"
+#include "analysis/analysis_test_rig.h"
 #include "text/number.h"
 
 namespace zento {
@@ -15,7 +10,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::Not;
 using ::testing::StartsWith;
 
 constexpr double kArea = 0.2;
@@ -32,9 +26,8 @@ double Mixed(double rpm) {
   return kArea / (1 / kKinetic + 1 / (LevichB() * std::sqrt(rpm / 60)));
 }
 
-struct KouteckyLevich : ::testing::Test {
+struct KouteckyLevich : AnalysisTest {
   KouteckyLevich() {
-    ApplyDefaultSettings(ws);
     Settings& s = ws.settings;
     s.KLVuse = 0.1;
     s.KLVrange = -0.02;  // its size counts
@@ -45,27 +38,16 @@ struct KouteckyLevich : ::testing::Test {
     s.KLConc = kTruth.concentration;
     s.KLMethod = 0;
     s.KLVariable = 0;
-    ws.tracks.kl.Resize();
-    machine.desktop.Register("frmKoutecky_Levich", [this] {
-      return std::make_unique<frmKoutecky_Levich>(ws, machine.host);
-    });
-  }
-
-  frmKoutecky_Levich& Form() {
-    return *dynamic_cast<frmKoutecky_Levich*>(machine.desktop.Show("frmKoutecky_Levich"));
   }
   // A sweep from 0 to 0.2 V in steps of 10 mV; only from 80 to 120 mV the current is
   // `current`, elsewhere it is absurd.
   void FillSweep(int track, double rpm, double current, std::int32_t mode = kModeRDE) {
-    TrackRecord& record = ws.tracks.Record(track);
-    record.Mode = mode;
-    record.Title = "sweep";
-    record.RPM = rpm;
-    record.pnum = 21;
-    for (std::int32_t i = 0; i < 21; ++i) {
-      ws.tracks.SetValue(0, track, i, i / 100.0);
-      ws.tracks.SetValue(1, track, i, i >= 8 && i <= 12 ? current : 7.0);
+    Values x, y;
+    for (int i = 0; i < 21; ++i) {
+      x.push_back(i / 100.0);
+      y.push_back(i >= 8 && i <= 12 ? current : 7.0);
     }
+    Fill(track, mode, x, y).RPM = rpm;
   }
   void UseFour() {
     int track = 2;
@@ -76,32 +58,14 @@ struct KouteckyLevich : ::testing::Test {
     ws.shown_track = 2;
   }
   void FillRateSweep(int track) {
-    TrackRecord& record = ws.tracks.Record(track);
-    record.Mode = kModeRPMvsj;
-    record.Title = "rates";
-    record.V = {-0.35, 0, 0};
-    record.pnum = 5;
-    const std::vector<double> rates{0, 400, 900, 1600, 2500};
-    for (std::int32_t i = 0; i < 5; ++i) {
-      const double rpm = rates[static_cast<std::size_t>(i)];
-      ws.tracks.SetValue(0, track, i, rpm);
-      ws.tracks.SetValue(1, track, i, rpm > 0 ? Mixed(rpm) : 1e-4);
+    Values currents;
+    for (const double rpm : {0, 400, 900, 1600, 2500}) {
+      currents.push_back(rpm > 0 ? Mixed(rpm) : 1e-4);
     }
+    Fill(track, kModeRPMvsj, {0, 400, 900, 1600, 2500}, currents).V = {-0.35, 0, 0};
     ws.shown_track = track;
   }
-  static double Found(const AnalysisForm& form, const std::string& name) {
-    for (const Quantity& quantity : form.outcome().quantities) {
-      if (quantity.name == name) return quantity.value;
-    }
-    return 0;
-  }
-  std::vector<std::string> Messages() {
-    machine.Settle();
-    return machine.dialogs.TakeMessages();
-  }
-
-  VirtualHost machine;
-  Workstation ws;
+  frmKoutecky_Levich& Window() { return Open<frmKoutecky_Levich>(); }
 };
 
 TEST(LevichNumerics, EachQuantityIsSolvedFromBothSlopes) {
@@ -132,10 +96,10 @@ TEST(LevichNumerics, EachQuantityIsSolvedFromBothSlopes) {
 TEST_F(KouteckyLevich, SeveralTracksGiveElectronsAndKineticCurrent) {
   UseFour();
   ws.FileTitle = "rates.znt";
-  auto& form = Form();
+  auto& form = Window();
   EXPECT_TRUE(form.cmdKLCalc.UserClick().ok());
-  EXPECT_NEAR(Found(form, "n"), 3.9, 1e-9);
-  EXPECT_NEAR(Found(form, "jk"), kKinetic, 1e-9);
+  EXPECT_NEAR(Found(form, "n").value, 3.9, 1e-9);
+  EXPECT_NEAR(Found(form, "jk").value, kKinetic, 1e-9);
   EXPECT_EQ(form.report(),
             "File\trates.znt\r\nArea /cm2\t0.2\r\nν /cm2s-1\t0.0102\r\nDm /cm2s-1\t1.90e-05\r\n"
             "Conc /molcm-3\t1.20e-06\r\nPotential/V\t0.100\r\n*n\t3.90\r\njk /Acm-2\t2.000e-02\r\n"
@@ -143,6 +107,37 @@ TEST_F(KouteckyLevich, SeveralTracksGiveElectronsAndKineticCurrent) {
             "0.1936\t2.3049e+2\r\n0.1549\t1.9439e+2\r\n");
   EXPECT_TRUE(machine.desktop.Shown("KLGraph"));
   EXPECT_THAT(form.lblFit.text(), StartsWith("4 points, R² 1\nslope "));
+}
+
+// Noisy currents, so that there is something to tell errors from; what the errors are follows from
+// the points that the window itself lists.
+TEST_F(KouteckyLevich, StandardErrorsAreThoseOfTheScatter) {
+  UseFour();
+  for (int track = 2; track < 6; ++track) {
+    for (double& i : ws.tracks.Column(1, track)) i *= track % 2 == 0 ? 1.01 : 0.98;
+  }
+  auto& form = Window();
+  for (const int method : {0, 1}) {
+    for (int unknown = 0; unknown < 4; ++unknown) {
+      SCOPED_TRACE(PlainNumber(method) + " " + PlainNumber(unknown));
+      EXPECT_TRUE(form.opnMethod.UserChoose(method).ok());
+      EXPECT_TRUE(form.opnVariable.UserChoose(unknown).ok());
+      form.Calculate();
+      const auto& columns = form.result().columns;
+      const LineErrors errors = BruteForceErrors(columns[1].values, columns[2].values, method == 1);
+      const double relative = errors.slope / form.result().fit->line.slope;
+      const double power[] = {1, 6, 1.5, 1};  // in which the slope enters n, viscosity, D, C
+      const Quantity& solved = form.result().quantities[static_cast<std::size_t>(unknown)];
+      EXPECT_NEAR(*solved.error / solved.value / relative, power[unknown], 1e-6);
+      for (const Quantity& quantity : form.result().quantities) {
+        EXPECT_EQ(quantity.error.has_value(),
+                  quantity.name == solved.name || quantity.name == "jk");
+      }
+      if (method == 1) continue;
+      const Quantity jk = Found(form, "jk");  // 1 / intercept
+      EXPECT_NEAR(*jk.error, errors.intercept * jk.value * jk.value, 1e-6 * *jk.error);
+    }
+  }
 }
 
 TEST_F(KouteckyLevich, OnlyTurningTracksWithPointsInTheWindowCount) {
@@ -153,9 +148,9 @@ TEST_F(KouteckyLevich, OnlyTurningTracksWithPointsInTheWindowCount) {
   for (const std::size_t track : {8u, 9u, 10u, 15u}) ws.tracks.kl.KLUseFlag[track] = 1;
   ws.tracks.kl.KLNStart[3] = 15;  // behind the window
   ws.tracks.kl.KLNEnd[4] = 99;    // held within the track
-  auto& form = Form();
+  auto& form = Window();
   form.Calculate();
-  EXPECT_THAT(form.outcome().columns.front().values, ElementsAre(400, 1600, 2500));
+  EXPECT_THAT(form.result().columns.front().values, ElementsAre(400, 1600, 2500));
   EXPECT_THAT(form.lblFit.text(), HasSubstr("\nused tracks without a point: 3, 8, 9, 10"));
 }
 
@@ -169,10 +164,10 @@ TEST_F(KouteckyLevich, TimesAndRatesAreNoPotentials) {
   kl.KLBaseMode[2] = 2;
   kl.KLBaseTrack[2] = 8;
   kl.KLBaseNEnd[2] = 20;
-  auto& form = Form();
+  auto& form = Window();
   form.Calculate();
-  EXPECT_EQ(form.outcome().fit->points, 4u);
-  EXPECT_NEAR(Found(form, "n"), 3.9, 1e-9);
+  EXPECT_EQ(form.result().fit->points, 4u);
+  EXPECT_NEAR(Found(form, "n").value, 3.9, 1e-9);
 }
 
 TEST_F(KouteckyLevich, TheWindowHasItsLowEdgeAndNotItsHighOne) {
@@ -186,9 +181,9 @@ TEST_F(KouteckyLevich, TheWindowHasItsLowEdgeAndNotItsHighOne) {
   ws.tracks.SetValue(1, 0, 12, 1000);  // outside
   ws.tracks.kl.KLUseFlag[0] = 1;
   ws.settings.KLMethod = 1;
-  auto& form = Form();
+  auto& form = Window();
   form.Calculate();
-  EXPECT_NEAR(form.outcome().columns.back().values.at(0), 1e-3 / kArea, 1e-15);
+  EXPECT_NEAR(form.result().columns.back().values.at(0), 1e-3 / kArea, 1e-15);
 }
 
 TEST_F(KouteckyLevich, BaseLinesAreSubtracted) {
@@ -197,11 +192,11 @@ TEST_F(KouteckyLevich, BaseLinesAreSubtracted) {
   auto& kl = ws.tracks.kl;
   kl.KLBaseMode[2] = 1;
   kl.KLSubVal[2] = 1e-4;
-  auto& form = Form();
+  auto& form = Window();
   ws.settings.KLMethod = 1;
   const auto first = [&] {
     form.Calculate();
-    return form.outcome().columns.back().values.at(0) * kArea;
+    return form.result().columns.back().values.at(0) * kArea;
   };
   EXPECT_NEAR(first(), Mixed(400) + 1e-4, 1e-15);
   // A base line's track is used whole until its end is chosen.
@@ -226,21 +221,21 @@ TEST_F(KouteckyLevich, BaseLinesAreSubtracted) {
 
 TEST_F(KouteckyLevich, ARateSweepIsAnalysedAlone) {
   FillRateSweep(7);
-  auto& form = Form();
+  auto& form = Window();
   form.Calculate();
-  EXPECT_NEAR(Found(form, "n"), 3.9, 1e-9);
-  EXPECT_THAT(form.report(), HasSubstr("File\t\r\nTitle:\trates\r\n"));
+  EXPECT_NEAR(Found(form, "n").value, 3.9, 1e-9);
+  EXPECT_THAT(form.report(), HasSubstr("File\t\r\nTitle:\ttrack 7\r\n"));
   EXPECT_THAT(form.report(), HasSubstr("Potential/V\t-0.350\r\n"));
-  EXPECT_EQ(form.outcome().columns[0].values.size(), 4u);  // not the one at rest
+  EXPECT_EQ(form.result().columns[0].values.size(), 4u);  // not the one at rest
   EXPECT_TRUE(form.opnMethod.UserChoose(1).ok());
   form.Calculate();
-  EXPECT_EQ(form.outcome().columns[0].values.size(), 5u);
+  EXPECT_EQ(form.result().columns[0].values.size(), 5u);
   EXPECT_THAT(form.report(), HasSubstr("sqr(Hz)\tj /cm2A-1 \r\n0.0000\t5.000e-4\r\n"));
 }
 
 TEST_F(KouteckyLevich, SolvedQuantitiesAreStoredAndShown) {
   UseFour();
-  auto& form = Form();
+  auto& form = Window();
   EXPECT_TRUE(form.txtDm.UserSet("1").ok());  // to be found
   EXPECT_TRUE(form.opnVariable.UserChoose(2).ok());
   form.Calculate();
@@ -250,49 +245,41 @@ TEST_F(KouteckyLevich, SolvedQuantitiesAreStoredAndShown) {
 }
 
 TEST_F(KouteckyLevich, WhatCannotBeFittedIsSaid) {
-  auto& form = Form();
-  EXPECT_TRUE(form.cmdKLCalc.UserClick().ok());
-  EXPECT_THAT(Messages(), ElementsAre("Please check at least one 'Use' Check Box"));
-  EXPECT_TRUE(form.opnMethod.UserChoose(1).ok());
-  EXPECT_TRUE(form.cmdKLCalc.UserClick().ok());
-  EXPECT_THAT(Messages(), ElementsAre("Please Check at least one 'Use' Check Box"));
-
-  const std::string failed = "Parameters are not proper!\r\n";
-  EXPECT_TRUE(form.opnMethod.UserChoose(0).ok());
-  FillSweep(0, 400, 1e-3);
-  ws.tracks.kl.KLUseFlag[0] = 1;
-  form.Calculate();  // one point
-  EXPECT_EQ(form.report(), failed);
-  FillSweep(1, 400, 2e-3);
-  ws.tracks.kl.KLUseFlag[1] = 1;
-  form.Calculate();  // equal abscissae
-  EXPECT_EQ(form.report(), failed);
-  FillSweep(1, 900, 1e-3);
-  form.Calculate();  // no slope
-  EXPECT_EQ(form.report(), failed);
-  FillSweep(1, 900, 0.5e-3);
-  form.Calculate();  // falls with the rate
-  EXPECT_EQ(form.report(), failed);
-  EXPECT_THAT(form.lblFit.text(), HasSubstr("slope -1549.19,"));
-  for (const char* method : {"0", "1"}) {  // 1/j = 0, j = infinite
-    EXPECT_TRUE(form.opnMethod.UserSet(method).ok());
-    EXPECT_TRUE(form.txtArea.UserSet("0").ok());
-    form.Calculate();
-    EXPECT_EQ(form.report(), failed);
+  auto& form = Window();
+  for (const auto& [method, text] : {std::pair{1, "Please Check at least one 'Use' Check Box"},
+                                     {0, "Please check at least one 'Use' Check Box"}}) {
+    EXPECT_TRUE(form.opnMethod.UserChoose(method).ok());
+    EXPECT_TRUE(form.cmdKLCalc.UserClick().ok());
+    EXPECT_THAT(Messages(), ElementsAre(text));
   }
-  EXPECT_TRUE(form.opnMethod.UserChoose(0).ok());
-  EXPECT_TRUE(form.txtArea.UserSet("0.2").ok());
-
-  UseFour();
-  ws.tracks.kl.KLUseFlag[0] = ws.tracks.kl.KLUseFlag[1] = 0;
-  EXPECT_TRUE(form.txtConc.UserSet("0").ok());
+  const auto expect_failure = [&](const char* what) {
+    form.Calculate();
+    EXPECT_EQ(form.report(), "Parameters are not proper!\r\n") << what;
+    EXPECT_EQ(form.result().refusal, "Parameters are not proper!");
+  };
+  ws.tracks.kl.KLUseFlag[0] = 1;
+  FillSweep(0, 400, 1e-3);
+  expect_failure("one point");
+  ws.tracks.kl.KLUseFlag[1] = 1;
+  FillSweep(1, 400, 2e-3);
+  expect_failure("equal abscissae");
+  FillSweep(1, 900, 1e-3);
+  expect_failure("no slope");
+  FillSweep(1, 900, 0.5e-3);
+  expect_failure("falls with the rate");
+  EXPECT_THAT(form.lblFit.text(), HasSubstr("slope -1549.19,"));
+  FillSweep(1, 900, 2e-3);
   const double viscosity = ws.settings.KLViscosity;
   EXPECT_TRUE(form.opnVariable.UserChoose(1).ok());
-  form.Calculate();
-  EXPECT_EQ(form.report(), failed);
-  EXPECT_EQ(form.outcome().refusal, "Parameters are not proper!");
+  EXPECT_TRUE(form.txtConc.UserSet("0").ok());
+  expect_failure("a known quantity of 0");
   EXPECT_EQ(ws.settings.KLViscosity, viscosity);
-
+  EXPECT_TRUE(form.txtConc.UserSet("1e-6").ok());
+  EXPECT_TRUE(form.txtArea.UserSet("0").ok());
+  for (const int method : {1, 0}) {
+    EXPECT_TRUE(form.opnMethod.UserChoose(method).ok());
+    expect_failure("1/j = 0, j = infinite");
+  }
   FillRateSweep(7);
   ws.tracks.Record(7).pnum = 1;  // at rest only
   EXPECT_TRUE(form.txtDataNum.UserSet("7").ok());
@@ -304,7 +291,7 @@ TEST_F(KouteckyLevich, TheWindowShowsWhatItUses) {
   FillSweep(3, 400, 1e-3);
   ws.shown_track = 3;
   ws.tracks.kl.KLUseFlag[5] = 1;  // of no track
-  auto& form = Form();
+  auto& form = Window();
   EXPECT_EQ(ws.tracks.kl.KLUseFlag[5], 0);
   EXPECT_THAT(
       (std::vector{form.txtDataNum.text(), form.txtUseVoltage.text(), form.txtKLVrange.text(),
@@ -332,7 +319,7 @@ TEST_F(KouteckyLevich, TheWindowShowsWhatItUses) {
 TEST_F(KouteckyLevich, AMeasurementMadeMeanwhileIsShown) {
   FillSweep(3, 400, 1e-3);
   ws.shown_track = 3;
-  auto& form = Form();
+  auto& form = Window();
   EXPECT_TRUE(form.txtEnd.UserSet("12").ok());
   form.txtEnd.SetText("13");  // being typed
   form.Activate();

@@ -66,6 +66,12 @@ class ExactSum {
 // The sums over a window that moves along: points enter as its far edge passes them and leave when
 // they lie before its start or its near edge. Each does so once a segment, so the work does not
 // grow with the windows' overlap.
+//
+// When a point has to leave is known as it enters: the near edge moves by one step a window, so it
+// cannot come to a point `excess` steps ahead before floor(excess) windows have passed. The point
+// is put down for that window and looked at then; where rounding brings it there too early, it is
+// put down for the next one. Noise of the potential does no harm, as the order of points in x is
+// never used.
 class MovingSums {
  public:
   explicit MovingSums(const Columns& columns)
@@ -121,7 +127,8 @@ class MovingSums {
     count_ += in ? 1 : static_cast<std::size_t>(-1);
     inside_[point] = in;
   }
-  // When the near edge may have come to the point.
+  // In the first window whose near edge may have come to the point; not at all in this segment when
+  // that is behind its last one.
   void LookAgain(std::size_t point, double excess) {
     const double steps = std::clamp(std::floor(excess), 1.0, static_cast<double>(due_.size()));
     const std::size_t at = window_ + static_cast<std::size_t>(steps);
@@ -194,7 +201,8 @@ class WindowScan {
     return sums;
   }
 
-  // The near edge only moves forward, so a point that it has passed stays out for the segment.
+  // The near edge only moves forward, so a point that it has passed stays out for the segment, and
+  // one that the far edge has passed (`known` and before) needs no second look.
   Sums Move(std::size_t known, double near_edge) {
     const auto excess = [&](std::size_t p) { return (X(p) - near_edge) / settings_.step; };
     for (std::size_t p = known; p < end_; ++p) {
@@ -274,7 +282,8 @@ Result<OxygenShares> EvaluateOxygen(std::span<const double> potential, std::span
     const double direction = end - start > 0 ? 1 : -1;
     const double windows = Windows(start, end, settings);
     scan.BeginSegment(direction, windows);
-    // The count ends the loop where a step is lost in the rounding of the potential.
+    // The potentials are added up step by step, as the definition has it, with its rounding. The
+    // count ends the loop where a step is lost in the rounding of the potential.
     double at = start;
     for (double left = windows + 1; left >= 0 && direction * at <= direction * end; --left) {
       if (scan.AtEnd()) break;

@@ -21,27 +21,26 @@ constexpr int kLightBlue = 9;
 std::string ReportOf(const OxygenShares& shares) {
   std::string report = "Edisk/V\t%H2O\r\n";
   for (std::size_t i = 0; i < shares.size(); ++i) {
-    report +=
-        Format(shares.potential[i], "0.###") + "\t" + Format(shares.water[i], "##0.0") + "\r\n";
+    report += ReportLine({Format(shares.potential[i], "0.###"), Format(shares.water[i], "##0.0")});
   }
   return report;
 }
 
-Outcome OutcomeOf(const OxygenShares& shares) {
-  Outcome outcome;
+AnalysisResult ResultOf(const OxygenShares& shares) {
+  AnalysisResult result;
   std::vector<double> electrons;
   for (const double share : shares.water) electrons.push_back(ElectronsOfShare(share));
   if (shares.size() > 0) {
     const double mean = std::accumulate(shares.water.begin(), shares.water.end(), 0.0) /
                         static_cast<double>(shares.size());
-    outcome.quantities = {{"mean_H2O", "%", mean, {}}, {"mean_n", "", ElectronsOfShare(mean), {}}};
+    result.quantities = {{"mean_H2O", "%", mean, {}}, {"mean_n", "", ElectronsOfShare(mean), {}}};
   }
-  outcome.columns = {{"E", "V", shares.potential},
-                     {"Idisk", "A", shares.disk},
-                     {"Iring", "A", shares.ring},
-                     {"H2O", "%", shares.water},
-                     {"n", "", std::move(electrons)}};
-  return outcome;
+  result.columns = {{"E", "V", shares.potential},
+                    {"Idisk", "A", shares.disk},
+                    {"Iring", "A", shares.ring},
+                    {"H2O", "%", shares.water},
+                    {"n", "", std::move(electrons)}};
+  return result;
 }
 
 }  // namespace
@@ -72,11 +71,7 @@ void frmO2Reduction::Calculate() {
 }
 
 void frmO2Reduction::ShowHeader(Asked asked) {
-  const TrackRecord& record = tracks().Record(Track());
-  lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
-  const bool holds = HoldsTrack(tracks(), Track());
-  txtTitle.SetText(holds ? record.Title : std::string());
-  txtRPM.SetText(holds ? PlainNumber(record.RPM) : std::string());
+  ShowTrackHeader(tracks(), Track(), lblMode, txtTitle, txtRPM);
   Evaluate(asked);
 }
 
@@ -132,7 +127,7 @@ void frmO2Reduction::Decline(const std::string& why, bool loudly) {
 
 void frmO2Reduction::ShowShares(const OxygenShares& shares) {
   DrawShares(shares);
-  ShowReport(ReportOf(shares), OutcomeOf(shares));
+  ShowReport(ReportOf(shares), ResultOf(shares));
   lblNote.SetText(NoteOn(shares));
 }
 

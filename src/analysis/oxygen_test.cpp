@@ -1,12 +1,8 @@
-#include "analysis/oxygen.h"
-
-#include <gmock/gmock.h>
-
 #include <cmath>
 #include <random>
-#include <string>
-#include <vector>
 
+#include "analysis/analysis_test_rig.h"
+#include "analysis/oxygen_form.h"
 #include "analysis/test_definitions.h"
 
 namespace zento {
@@ -14,8 +10,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-
-using Values = std::vector<double>;
+using ::testing::IsEmpty;
 
 // A sweep along `vertices` in steps of `spacing`, with disk current -1 and ring current `ring`.
 struct Sweep {
@@ -189,6 +184,92 @@ TEST(Oxygen, MovingSumsAreThoseOfTheDefinition) {
     evaluated += found.size();
   }
   EXPECT_GT(evaluated, 5000u);
+}
+
+// Track 0 holds a ring-disk sweep 0.75 -> 0.25 -> 0.75 V with a share of 5 % for peroxide, track 1
+// a voltammogram without a ring, the others nothing.
+struct OxygenForm : AnalysisTest {
+  OxygenForm() {
+    Values x;
+    for (int i = 0; i <= 256; ++i) x.push_back(0.25 + std::fabs(i - 128) / 256.0);
+    TrackRecord& record = Fill(0, kModeRDE, x, Values(257, -3.9e-4), Values(257, 0.1e-4 * 0.39));
+    record.RPM = 1600;
+    record.V = {0.75, 0.25, 0.75};
+    ws.tracks.Record(1).Mode = kModeCV;
+    ws.settings.O2CE = 0.39;
+    ws.settings.O2VStep = 0.2;
+    ws.settings.O2Vrange = 0.01;
+  }
+  frmO2Reduction& Window() { return Open<frmO2Reduction>(); }
+};
+
+// At its start a window is cut short. On the way back the scan stands before 0.25 V at first, where
+// it finds that window's far edge at once.
+constexpr const char* kReport =
+    "Edisk/V\t%H2O\r\n0.746\t95.0\r\n0.551\t95.0\r\n0.352\t95.0\r\n"
+    "0.449\t95.0\r\n0.648\t95.0\r\n";
+
+TEST_F(OxygenForm, EvaluatesATrackWhenItIsChosen) {
+  auto& form = Window();
+  EXPECT_EQ(form.lblMode.text() + form.txtTitle.text() + form.txtRPM.text(), "RDEtrack 01600");
+  EXPECT_EQ(form.report(), kReport);
+  ASSERT_EQ(form.result().columns.size(), 5u);
+  EXPECT_NEAR(form.result().columns[4].values.front(), 3.9, 1e-9);
+  EXPECT_NEAR(form.result().quantities.front().value, 95, 1e-9);
+
+  // A track without a ring changes neither report nor plot, and the window says so.
+  EXPECT_TRUE(form.UpDown1.UserStep(+1).ok());
+  EXPECT_EQ(form.lblMode.text(), "CV");
+  EXPECT_EQ(form.report(), kReport);
+  EXPECT_THAT(form.lblNote.text(), HasSubstr("those of track 0"));
+  EXPECT_THAT(Messages(), IsEmpty());
+  form.Calculate();
+  EXPECT_THAT(Messages(), ElementsAre("Track 1 is no ring-disk voltammogram."));
+
+  EXPECT_TRUE(form.UpDown1.UserStep(-1).ok());
+  EXPECT_TRUE(form.UpDown1.UserStep(-1).ok());
+  EXPECT_EQ(form.txtDataNum.text() + form.txtTitle.text() + form.txtRPM.text(), "20");
+}
+
+TEST_F(OxygenForm, SettingsCountWhenTheirBoxIsLeft) {
+  auto& form = Window();
+  EXPECT_TRUE(form.txtVstep.UserType("-0.").ok());
+  EXPECT_EQ(ws.settings.O2VStep, 0);
+  EXPECT_EQ(form.report(), kReport);  // nothing happens while one types
+  EXPECT_THAT(Messages(), IsEmpty());
+  EXPECT_TRUE(form.txtVstep.UserSet("-0.3").ok());
+  EXPECT_EQ(ws.settings.O2VStep, 0.3);
+  EXPECT_EQ(form.txtVstep.text(), "0.3");
+  EXPECT_EQ(form.report(), "Edisk/V\t%H2O\r\n0.746\t95.0\r\n0.449\t95.0\r\n0.551\t95.0\r\n");
+
+  // Half the efficiency: twice as much peroxide.
+  EXPECT_TRUE(form.txtCE.UserSet("0.195").ok());
+  EXPECT_THAT(form.report(), HasSubstr("0.746\t90.2\r\n"));
+  EXPECT_TRUE(form.txtVrange.UserSet("0").ok());
+  EXPECT_EQ(form.report(), "Edisk/V\t%H2O\r\n");
+  EXPECT_THAT(form.lblNote.text(), HasSubstr("0.75, 0.25 and 0.75 V"));
+}
+
+TEST_F(OxygenForm, SettingsWithoutMeaningAreRefusedQuietlyUntilSomebodyAsks) {
+  auto& form = Window();
+  EXPECT_TRUE(form.txtCE.UserSet("-0.39").ok());
+  EXPECT_THAT(Messages(), IsEmpty());
+  EXPECT_THAT(form.lblNote.text(), HasSubstr("collection efficiency must be above zero"));
+  EXPECT_EQ(form.report(), kReport);
+  form.Calculate();
+  EXPECT_THAT(Messages(), ElementsAre("The collection efficiency must be above zero."));
+  EXPECT_TRUE(form.UpDown1.UserStep(+1).ok());  // no ring, nothing to refuse
+  EXPECT_THAT(Messages(), IsEmpty());
+  EXPECT_TRUE(form.UpDown1.UserStep(-1).ok());
+  EXPECT_EQ(Messages().size(), 1u);
+  EXPECT_FALSE(form.result().refusal.empty());
+}
+
+TEST_F(OxygenForm, TellsThatTheWayBackIsMissing) {
+  ws.settings.O2VStep = 0.25;  // lands on the vertex
+  auto& form = Window();
+  EXPECT_EQ(form.report(), "Edisk/V\t%H2O\r\n0.746\t95.0\r\n0.5\t95.0\r\n0.255\t95.0\r\n");
+  EXPECT_THAT(form.lblNote.text(), HasSubstr("way back is missing"));
 }
 
 }  // namespace

@@ -1,12 +1,9 @@
-#include <gmock/gmock.h>
+#include <cmath>
 
-#include <vector>
-
-#include "analysis/analysis_form.h"
+#include "analysis/analysis_test_rig.h"
 #include "analysis/line_fit.h"
 #include "analysis/track_points.h"
 #include "analysis/track_selection.h"
-#include "host/virtual/virtual_host.h"
 
 namespace zento {
 namespace {
@@ -17,8 +14,8 @@ using ::testing::HasSubstr;
 
 TEST(LineFit, FindsLineAndItsErrors) {
   // Bevington's scheme on numbers worked by hand: mean 2 and 4.1, sums of squares 2 and 8.42.
-  const std::vector<double> x{1, 2, 3};
-  const std::vector<double> y{2.0, 4.2, 6.1};
+  const Values x{1, 2, 3};
+  const Values y{2.0, 4.2, 6.1};
   const auto line = FitLine(x, y, 3);
   ASSERT_TRUE(line);
   EXPECT_NEAR(line->slope, 2.05, 1e-12);
@@ -28,18 +25,24 @@ TEST(LineFit, FindsLineAndItsErrors) {
   EXPECT_THAT(*quality.slope_error, DoubleNear(std::sqrt(0.015 / 2), 1e-12));
   EXPECT_THAT(*quality.intercept_error, DoubleNear(std::sqrt(0.015 * (1.0 / 3 + 2)), 1e-12));
 
+  // Through the origin: (1 * 2 + 2 * 4.2) / 5 = 2.08, residuals -0.08 and 0.04 with 1 degree of
+  // freedom, abscissae's squares 5.
   EXPECT_EQ(FitThroughOrigin(x, y, 2), (1 * 2.0 + 2 * 4.2) / 5);
+  const LineQuality origin = QualityThroughOrigin(std::span(x).first(2), y, 2.08);
+  EXPECT_THAT(*origin.slope_error, DoubleNear(0.04, 1e-12));
+  EXPECT_FALSE(origin.intercept_error);
+  EXPECT_NEAR(origin.r_squared, 1 - 0.008 / (2.0 * 2 + 4.2 * 4.2), 1e-12);
 }
 
 TEST(LineFit, RefusesWhatHasNoLine) {
-  const std::vector<double> same{0.1, 0.1, 0.1};
-  const std::vector<double> y{1, 2, 3};
+  const Values same{0.1, 0.1, 0.1};
+  const Values y{1, 2, 3};
   EXPECT_FALSE(FitLine(same, y, 3));
   EXPECT_FALSE(FitLine(y, y, 1));
   EXPECT_FALSE(FitLine({}, {}, 5));
-  EXPECT_FALSE(FitThroughOrigin(std::vector<double>{0, 0}, y, 2));
+  EXPECT_FALSE(FitThroughOrigin(Values{0, 0}, y, 2));
   EXPECT_FALSE(FitThroughOrigin({}, {}, 0));
-  const std::vector<double> infinite{1, 2, 1e308 * 10};
+  const Values infinite{1, 2, 1e308 * 10};
   EXPECT_FALSE(FitLine(infinite, y, 3));
   // Two points leave nothing to tell an error from.
   EXPECT_FALSE(QualityOf(std::span(y).first(2), y, {1, 0}).slope_error);
@@ -48,44 +51,29 @@ TEST(LineFit, RefusesWhatHasNoLine) {
 class SampleForm : public AnalysisForm {
  public:
   SampleForm(Workstation& workstation, Host& host)
-      : AnalysisForm(workstation, host, "frmSample", "Sample"),
-        txtStart(*this, "txtStart"),
-        updStart(*this, "updStart"),
-        txtEnd(*this, "txtEnd"),
-        updEnd(*this, "updEnd"),
-        lblStart(*this, "lblStartPoint"),
-        lblEnd(*this, "lblEndPoint"),
-        range(txtStart, updStart, lblStart, txtEnd, updEnd, lblEnd, TypedEnd::kAsStart) {}
+      : AnalysisForm(workstation, host, "frmSample", "Sample") {}
   LayoutNode Layout() override { return ReportPanel(); }
   void ShowTrack() override { ++shown; }
   int Chosen() const { return Track(); }
   void Calculate() override {
-    Outcome outcome;
-    outcome.quantities = {{"n", "", 3.981234, 0.00217}, {"area", "cm2", 0.2, {}}};
-    outcome.fit = LineQuality{12, {927.71, 2.4725}, false, 0.99987, 0.52, 0.061};
-    ShowReport("File\ta.znt\r\n*n\t3.98\r\n", outcome);
+    AnalysisResult result;
+    result.quantities = {{"n", "", 3.981234, 0.00217}, {"area", "cm2", 0.2, {}}};
+    result.fit = LineQuality{12, {927.71, 2.4725}, false, 0.99987, 0.52, 0.061};
+    ShowReport("File\ta.znt\r\n*n\t3.98\r\n", result);
   }
   void Fail() { Refuse("No valid Data"); }
 
   int shown = 0;
 
-  TextBox txtStart;
-  UpDown updStart;
-  TextBox txtEnd;
-  UpDown updEnd;
-  Label lblStart;
-  Label lblEnd;
-  PointRange range;
+  PointRange range{*this, TypedEnd::kAsStart};
 };
 
-struct SharedAnalysis : ::testing::Test {
+struct SharedAnalysis : AnalysisTest {
   SharedAnalysis() {
     machine.desktop.Register("frmSample",
                              [this] { return std::make_unique<SampleForm>(ws, machine.host); });
     form = machine.desktop.LoadAs<SampleForm>("frmSample");
   }
-  VirtualHost machine;
-  Workstation ws;
   SampleForm* form = nullptr;
 };
 
@@ -104,7 +92,7 @@ TEST_F(SharedAnalysis, TheReportIsShownCopiedAndSavedToTheByte) {
   EXPECT_EQ(machine.files.Read("kl.txt").value(), "File\ta.znt\r\n*n\t3.98\r\n");
 
   form->Fail();
-  EXPECT_EQ(form->outcome().refusal, "No valid Data");
+  EXPECT_EQ(form->result().refusal, "No valid Data");
   EXPECT_EQ(form->report(), "File\ta.znt\r\n*n\t3.98\r\n");
 }
 
@@ -129,31 +117,31 @@ TEST_F(SharedAnalysis, TheTrackNumberWrapsAndIsHeld) {
 TEST_F(SharedAnalysis, TheRangeIsHeldWithinTheTrack) {
   form->range.describe = [](std::int32_t point) { return std::to_string(point) + "!"; };
   form->range.ShowWhole(10);
-  EXPECT_EQ(form->lblEnd.text(), "9!");
-  EXPECT_TRUE(form->updStart.UserStep(-1).ok());
+  EXPECT_EQ(form->range.lblEndPoint.text(), "9!");
+  EXPECT_TRUE(form->range.updStart.UserStep(-1).ok());
   EXPECT_EQ(form->range.start(), 0);
-  EXPECT_TRUE(form->updEnd.UserStep(+1).ok());
+  EXPECT_TRUE(form->range.updEnd.UserStep(+1).ok());
   EXPECT_EQ(form->range.end(), 9);
-  EXPECT_TRUE(form->txtStart.UserSet("99").ok());
-  EXPECT_EQ(form->txtStart.text(), "8");
-  EXPECT_EQ(form->lblStart.text(), "8!");
-  EXPECT_TRUE(form->txtStart.UserSet("-3").ok());
-  EXPECT_EQ(form->txtStart.text(), "0");
-  EXPECT_TRUE(form->txtEnd.UserSet("9").ok());  // as it is
+  EXPECT_TRUE(form->range.txtStart.UserSet("99").ok());
+  EXPECT_EQ(form->range.txtStart.text(), "8");
+  EXPECT_EQ(form->range.lblStartPoint.text(), "8!");
+  EXPECT_TRUE(form->range.txtStart.UserSet("-3").ok());
+  EXPECT_EQ(form->range.txtStart.text(), "0");
+  EXPECT_TRUE(form->range.txtEnd.UserSet("9").ok());  // as it is
   EXPECT_EQ(form->range.end(), 9);
-  EXPECT_TRUE(form->txtEnd.UserSet("12").ok());
+  EXPECT_TRUE(form->range.txtEnd.UserSet("12").ok());
   EXPECT_EQ(form->range.end(), 8);
-  EXPECT_TRUE(form->txtEnd.UserSet("0").ok());
+  EXPECT_TRUE(form->range.txtEnd.UserSet("0").ok());
   EXPECT_EQ(form->range.end(), 0);
-  EXPECT_TRUE(form->updEnd.UserStep(-1).ok());
+  EXPECT_TRUE(form->range.updEnd.UserStep(-1).ok());
   EXPECT_EQ(form->range.end(), 1);
 
   form->range.ShowWhole(1);  // no room
-  EXPECT_TRUE(form->updStart.UserStep(+1).ok());
+  EXPECT_TRUE(form->range.updStart.UserStep(+1).ok());
   EXPECT_EQ(form->range.start(), 0);
   form->range.Empty();
-  EXPECT_TRUE(form->txtStart.UserSet("5").ok());
-  EXPECT_EQ(form->txtStart.text(), "5");
+  EXPECT_TRUE(form->range.txtStart.UserSet("5").ok());
+  EXPECT_EQ(form->range.txtStart.text(), "5");
   EXPECT_TRUE(form->range.empty());
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "analysis/track_points.h"
 #include "analysis/vector_passes.h"
 #include "core/sweeps.h"
 #include "core/tables.h"
@@ -44,6 +45,7 @@ void SmoothColumn(TrackStore& tracks, int column, int track, const Smoothing& sm
                   const std::vector<PointStretch>& stretches, int slot) {
   const std::span<const double> y = tracks.Points(column, track);
   std::vector<double>& out = tracks.Column(column, slot);
+  if (out.size() < y.size()) out.resize(y.size());
   for (const auto& [first, last] : stretches) {
     const auto at = static_cast<std::size_t>(first);
     const auto count = static_cast<std::size_t>(last) - at + 1;
@@ -57,8 +59,9 @@ void Smooth(std::span<const double> y, const Smoothing& smoothing, std::span<dou
   if (y.empty()) return;
   const std::size_t count = y.size();
   const auto half = static_cast<std::size_t>(smoothing.points / 2);
-  // Windows within the values are read where they are; those at the ends from here, where the ends'
-  // values are repeated: `half` points at each end, and what is left over from the blocks.
+  // Windows within the values are read where they are; those at the ends from a copy in which the
+  // ends' values are repeated: `half` points at each end, and what is left over from the blocks.
+  // The last of such blocks may reach beyond `to`; what it computes there is not taken over.
   const std::size_t inner_blocks = count > 2 * half ? (count - 2 * half) / kSmoothedAtOnce : 0;
   const std::size_t inner_end = half + inner_blocks * kSmoothedAtOnce;
   if (inner_blocks > 0) Pass(smoothing, y.data(), out.data() + half, inner_blocks);
@@ -131,16 +134,12 @@ bool SmoothTrack(TrackStore& tracks, int track, const Smoothing& smoothing, bool
   its.w = tracks.Record(track).DiskYscale / 1000;
   tracks.CopyTrackHeader(track, slot);
   const std::int32_t mode = tracks.Record(track).Mode;
-  const auto count = static_cast<std::size_t>(tracks.PointCount(track));
   for (int column = 0; column < kTrackColumns; ++column) {
-    std::vector<double>& out = tracks.Column(column, slot);
-    if (out.size() < count) out.resize(count);
     const bool current = column == 1 || (column == 2 && (HasRing(mode) || IsMultichannel(mode)));
     if (current || (column == 0 && x_axis)) {
       SmoothColumn(tracks, column, track, its, stretches, slot);
     } else {
-      const std::span<const double> same = tracks.Points(column, track);
-      std::copy(same.begin(), same.end(), out.begin());
+      PutPoints(tracks, column, slot, tracks.Points(column, track));
     }
   }
   return true;

@@ -24,10 +24,10 @@ struct Smoothing {
 };
 
 // Smooths a stretch of values. Moving average: the mean of the window. Savitzky-Golay:
-// (a0 y(p) + sum of ak (y(p - k) + y(p + k))) / divisor. Spikes: the first value stays; of the
-// others, with m the mean of the window without its middle and d the distance from it,
-// w / (w + d) (y - m) + m. Sums are added up from left to right, outwards for Savitzky-Golay.
-// `out` has the length of `y` and does not overlap it.
+// (a0 y(p) + sum of ak (y(p - k) + y(p + k))) / divisor, see SavitzkyGolayRow. Spikes: the first
+// value stays; of the others, with m the mean of the window without its middle and d the distance
+// from it, w / (w + d) (y - m) + m. Sums are added up from left to right, outwards for
+// Savitzky-Golay. `out` has the length of `y` and does not overlap it.
 void Smooth(std::span<const double> y, const Smoothing& smoothing, std::span<double> out);
 
 // The stretches of a track that are smoothed by themselves, both ends included: the sweeps between

@@ -7,7 +7,6 @@
 
 #include "analysis/track_points.h"
 #include "core/palette.h"
-#include "core/same_values.h"
 #include "core/tables.h"
 #include "graph/track_preview.h"
 #include "text/number.h"
@@ -60,10 +59,7 @@ void frmSmoothing::ShowSettings() {
 void frmSmoothing::TakeSource() {
   const int track = Source();
   const TrackRecord& record = tracks().Record(track);
-  for (int c = 0; c < kTrackColumns; ++c) {
-    const std::span<const double> now = tracks().Points(c, track);
-    points_[static_cast<std::size_t>(c)].assign(now.begin(), now.end());
-  }
+  points_.Keep(tracks(), track);
   mode_ = record.Mode;
   vertices_ = record.V;
   scale_ = record.DiskYscale;
@@ -103,11 +99,8 @@ bool frmSmoothing::SourceChanged() const {
   const int track = Source();
   // Of the header, what decides how the track is smoothed.
   const TrackRecord& record = tracks().Record(track);
-  if (record.Mode != mode_ || record.V != vertices_ || record.DiskYscale != scale_) return true;
-  for (int c = 0; c < kTrackColumns; ++c) {
-    if (!SameValues(tracks().Points(c, track), points_[static_cast<std::size_t>(c)])) return true;
-  }
-  return false;
+  return record.Mode != mode_ || record.V != vertices_ || record.DiskYscale != scale_ ||
+         !points_.AreStill(tracks(), track);
 }
 
 Result<Smoothing> frmSmoothing::Settings() const {
@@ -166,12 +159,12 @@ void frmSmoothing::Calculate() {
   }
   ready_ = true;
   DrawPreview();
-  TellWhatWasDone();
+  NoteWhatWasDone();
   txtDestTitle.SetText("Smooth_" + tracks().Record(Source()).Title);
   EnableWriting(true, !SmoothedStretches(tracks(), Source()).empty());
 }
 
-void frmSmoothing::TellWhatWasDone() {
+void frmSmoothing::NoteWhatWasDone() {
   std::size_t stretches = 0;
   std::size_t turning = 0;
   bool no_scale = false;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/smoothing.h"
+#include "analysis/track_points.h"
 #include "analysis/transform_form.h"
 #include "core/workstation.h"
 #include "graph/preview_plot.h"
@@ -61,7 +62,7 @@ class frmSmoothing : public TransformForm {
   Result<Smoothing> Settings() const;
   std::vector<int> ChosenTracks() const;
   void Preview(int track);
-  void TellWhatWasDone();
+  void NoteWhatWasDone();
   void DrawPreview();
 
   std::vector<std::filesystem::path> data_folders_;
@@ -71,8 +72,8 @@ class frmSmoothing : public TransformForm {
   Smoothing smoothing_;
   bool x_axis_ = false;
   std::vector<int> chosen_;
-  std::array<std::vector<double>, kTrackColumns> points_;  // of the source as it was
-  std::int32_t mode_ = 0;                                  // and what its header said
+  KeptPoints points_;      // of the source as it was
+  std::int32_t mode_ = 0;  // and what its header said
   std::array<double, 3> vertices_{};
   double scale_ = 0;  // DiskYscale
   std::vector<Curve> curves_;

@@ -1,18 +1,17 @@
-#include "analysis/smoothing.h"
-
-#include <gmock/gmock.h>
-
 #include <bit>
 #include <cmath>
-#include <cstdint>
+#include <filesystem>
+#include <functional>
 #include <random>
-#include <string>
-#include <vector>
 
+#include "analysis/analysis_test_rig.h"
+#include "analysis/smoothing_form.h"
 #include "analysis/test_definitions.h"
 #include "analysis/vector_passes.h"
+#include "core/palette.h"
 #include "core/tables.h"
-#include "host/virtual/memory_services.h"
+#include "core/track_file.h"
+#include "graph/test_surface.h"
 
 namespace zento {
 namespace {
@@ -20,10 +19,10 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-std::vector<double> Random(std::size_t count, std::mt19937& random) {
+Values Random(std::size_t count, std::mt19937& random) {
   std::normal_distribution<double> value;
   std::uniform_int_distribution<int> power(-12, 3);
-  std::vector<double> values;
+  Values values;
   for (std::size_t i = 0; i < count; ++i) {
     const int p = power(random);
     values.push_back(p == 3 ? -0.0 : std::ldexp(value(random), p));
@@ -37,7 +36,7 @@ SavitzkyGolayRow AnyRow(std::int32_t points, std::mt19937& random) {
   return row;
 }
 
-std::size_t DifferentBits(const std::vector<double>& a, const std::vector<double>& b) {
+std::size_t DifferentBits(const Values& a, const Values& b) {
   std::size_t different = 0;
   for (std::size_t i = 0; i < a.size(); ++i) {
     different += std::bit_cast<std::uint64_t>(a[i]) != std::bit_cast<std::uint64_t>(b[i]);
@@ -52,9 +51,9 @@ TEST(Smooth, GivesTheBitsOfThePlainSums) {
     for (std::int32_t points = 3; points <= 25; points += 2) {
       for (const std::size_t count : {1, 2, 5, 15, 16, 17, 31, 40, 64, 100, 333}) {
         Smoothing smoothing{method, points, AnyRow(points, random), 0.01, 0};
-        const std::vector<double> y = Random(count, random);
+        const Values y = Random(count, random);
         for (smoothing.skip = 0; smoothing.skip < 4; smoothing.skip += 3) {
-          std::vector<double> out(count);
+          Values out(count);
           Smooth(y, smoothing, out);
           ASSERT_EQ(DifferentBits(out, LiteralSmooth(y, smoothing)), 0u)
               << "method " << static_cast<int>(method) << ", window " << points << ", " << count
@@ -65,35 +64,29 @@ TEST(Smooth, GivesTheBitsOfThePlainSums) {
   }
 }
 
-// What a processor without the wide registers computes.
+// What a processor without the wide registers computes, against the one that the tests run on.
 TEST(Smooth, TheBaselineComputesTheSame) {
+#ifdef ZENTO_AVX2
+  if (!HasAvx2()) GTEST_SKIP();
   std::mt19937 random(7);
-  constexpr std::size_t kBlocks = 3;
   constexpr std::size_t kHalf = 4;
-  const std::vector<double> y = Random(kBlocks * kSmoothedAtOnce + 2 * kHalf, random);
+  const Values y = Random(3 * kSmoothedAtOnce + 2 * kHalf, random);
   const SavitzkyGolayRow row = AnyRow(2 * kHalf + 1, random);
-  Smoothing smoothing{SmoothingMethod::kMovingAverage, 2 * kHalf + 1, row, 0.02, 0};
-  std::vector<double> out(y.size());
-  const auto expect_inner = [&](SmoothingMethod method) {
-    smoothing.method = method;
-    std::vector<double> whole = LiteralSmooth(y, smoothing);
-    whole = {whole.begin() + kHalf, whole.end() - kHalf};
-    out.resize(whole.size());
-    EXPECT_EQ(DifferentBits(out, whole), 0u) << static_cast<int>(method);
+  const auto all = [&](const SmoothingPasses& passes) {
+    Values out(9 * kSmoothedAtOnce);
+    passes.average(y.data(), &out[0], 3, kHalf);
+    passes.weigh(y.data(), &out[3 * kSmoothedAtOnce], 3, kHalf, row.a.data(), row.divisor);
+    passes.suppress(y.data(), &out[6 * kSmoothedAtOnce], 3, kHalf, 0.02);
+    return out;
   };
-  const SmoothingPasses& passes = BaselineSmoothing();
-  passes.average(y.data(), out.data(), kBlocks, kHalf);
-  expect_inner(SmoothingMethod::kMovingAverage);
-  passes.weigh(y.data(), out.data(), kBlocks, kHalf, row.a.data(), row.divisor);
-  expect_inner(SmoothingMethod::kSavitzkyGolay);
-  passes.suppress(y.data(), out.data(), kBlocks, kHalf, smoothing.w);
-  expect_inner(SmoothingMethod::kSpikes);
+  EXPECT_EQ(DifferentBits(all(BaselineSmoothing()), all(Avx2Smoothing())), 0u);
+#endif
 }
 
 TEST(Smooth, DoesWhatTheMethodIsFor) {
-  std::vector<double> y(50);
+  Values y(50);
   for (int i = 0; i < 50; ++i) y[static_cast<std::size_t>(i)] = 0.1 * i * i * i - 3 * i * i + i;
-  std::vector<double> out(50);
+  Values out(50);
   // Of degree 3: Savitzky-Golay leaves it as it is.
   Smooth(y, {SmoothingMethod::kSavitzkyGolay, 7, {21, {7, 6, 3, -2}}, 0, 0}, out);
   for (std::size_t i = 3; i < 47; ++i) EXPECT_NEAR(out[i], y[i], 1e-9);
@@ -102,7 +95,7 @@ TEST(Smooth, DoesWhatTheMethodIsFor) {
   EXPECT_NEAR(out[0], (3 * y[0] + y[1] + y[2]) / 5, 1e-12);
   EXPECT_NEAR(out[49], (y[47] + y[48] + 3 * y[49]) / 5, 1e-12);
   // A spike of 1 among zeros becomes w/(w + 1).
-  std::vector<double> spike(20);
+  Values spike(20);
   spike[9] = 1;
   out.resize(20);
   Smooth(spike, {SmoothingMethod::kSpikes, 3, {}, 0.001, 0}, out);
@@ -172,7 +165,10 @@ TEST_F(SmoothedTrack, NoWindowReachesAcrossAVertex) {
     EXPECT_TRUE(
         SmoothTrack(tracks, 4, {SmoothingMethod::kMovingAverage, 15, {}, 0, 0}, false, slot));
   };
+  tracks.Record(4).Mode = kModeRDE;
+  tracks.Column(2, 4) = tracks.Column(1, 4);
   smooth_to(21);
+  EXPECT_EQ(tracks.Column(2, 21), tracks.Column(1, 21)) << "the ring is smoothed as the disk is";
   // Another second sweep changes nothing but itself.
   for (int p = 81; p <= 200; ++p) tracks.SetValue(1, 4, p, 3 * tracks.Value(1, 4, p));
   smooth_to(22);
@@ -221,20 +217,190 @@ TEST(SavitzkyGolayFile, SaysWhatIsWrongWithIt) {
   EXPECT_EQ(why(many + "\n"), "there are more than 11 rows");
 }
 
-TEST(SavitzkyGolayFile, TheHomesGoesBeforeTheInstalledOne) {
-  MemoryFiles files;
-  const auto center = [&] {
-    const auto table = ReadSavitzkyGolay(files, {"/home", "/program"});
-    return table.ok() ? table.value()[0].a[0] : std::nan("");
+// Track 0: 200 points of a step with a spike at 100; track 1 the same, track 2 of a mode that is
+// not smoothed.
+struct SmoothingForm : AnalysisTest {
+  SmoothingForm() {
+    Values x, y;
+    for (int i = 0; i < 200; ++i) {
+      x.push_back(0.01 * i * i);
+      y.push_back(i == 100 ? 1e-3 : 1e-6 * i);
+    }
+    for (const int track : {0, 1, 2}) {
+      Fill(track, track == 2 ? kModeSSVAll : kModePS, x, y).DiskYscale = 0.001;
+    }
+    file = FormatTracks(ws.tracks);
+    form = &Open<frmSmoothing>();
+  }
+  double Spike(int track) const { return ws.tracks.Value(1, track, 100); }
+
+  std::string file;
+  frmSmoothing* form = nullptr;
+};
+
+TEST_F(SmoothingForm, WindowsAreOddAndNotTooShortForTheMethod) {
+  EXPECT_EQ(form->txtPointNum.text(), "3");
+  const auto press = [&](int direction) {
+    EXPECT_TRUE(form->UpDown3.UserStep(direction).ok());
+    return form->txtPointNum.text();
   };
-  EXPECT_THAT(ReadSavitzkyGolay(files, {"/home", "/program"}).why(),
+  EXPECT_EQ(press(-1), "3");
+  EXPECT_EQ(press(+1), "5");
+  EXPECT_TRUE(form->opnYFilter.UserSet("1").ok());
+  EXPECT_EQ(form->txtPointNum.text(), "5");
+  EXPECT_EQ(press(-1), "5");
+  for (const auto& [typed, shown_as] : std::vector<std::pair<const char*, const char*>>{
+           {"99", "15"}, {"8", "7"}, {"-4", "5"}, {"many", "5"}, {"1e30", "15"}}) {
+    EXPECT_TRUE(form->txtPointNum.UserSet(typed).ok());
+    EXPECT_EQ(form->txtPointNum.text(), shown_as) << typed;
+  }
+  EXPECT_EQ(press(+1), "15");
+  EXPECT_TRUE(form->opnYFilter.UserSet("2").ok());
+  EXPECT_EQ(form->txtPointNum.text(), "3");
+}
+
+TEST_F(SmoothingForm, SmoothsTheTrackItselfAndUndoGivesBackTheFile) {
+  // Arithmetic can give values that are no numbers; they are no reason to refuse the others.
+  ws.tracks.SetValue(1, 0, 20, std::nan(""));
+  form->Activate();
+  EXPECT_FALSE(form->cmdUpdate.enabled());
+  EXPECT_TRUE(form->cmdCalc.UserClick().ok());
+  form->Activate();
+  EXPECT_EQ(Spike(0), 1e-3);
+  EXPECT_EQ(form->lblNote.text(), "Smoothed 1 track in 1 piece.");
+  EXPECT_TRUE(form->cmdUpdate.UserClick().ok());
+  EXPECT_NEAR(Spike(0), (1e-3 + 2e-4) / 3, 1e-12);
+  EXPECT_EQ(ws.tracks.Value(0, 0, 50), 25);
+  EXPECT_EQ(Spike(1), 1e-3);
+  EXPECT_THAT(shown, ElementsAre(0));
+  EXPECT_EQ(form->lblNote.text(), "Written into track 0; Undo gives back what was there.");
+  EXPECT_EQ(ws.history.UndoName(), "Smoothing");
+}
+
+TEST_F(SmoothingForm, AllTracksMeansThoseThatAreSmoothed) {
+  EXPECT_TRUE(form->txtDataNum.UserSet("2").ok());  // shown, but not smoothed
+  EXPECT_TRUE(form->chkApplyAllTrack.UserSet("1").ok());
+  EXPECT_TRUE(form->chkXAxis.UserSet("1").ok());
+  EXPECT_TRUE(form->cmdCalc.UserClick().ok());
+  EXPECT_EQ(form->lblNote.text(), "Smoothed 2 tracks in 2 pieces that meet at the turning points.");
+  EXPECT_TRUE(form->cmdUpdate.UserClick().ok());
+  for (const int track : {0, 1}) {
+    EXPECT_NEAR(Spike(track), (1e-3 + 2e-4) / 3, 1e-12);
+    EXPECT_NEAR(ws.tracks.Value(0, track, 50), 0.01 * (49 * 49 + 50 * 50 + 51 * 51) / 3, 1e-9);
+  }
+  EXPECT_EQ(form->lblNote.text(), "Written into 2 tracks; Undo gives back what was there.");
+  EXPECT_EQ(Spike(2), 1e-3);
+  // Nobody smooths twice by pressing twice.
+  EXPECT_FALSE(form->cmdUpdate.enabled());
+  form->UpdateData();
+  EXPECT_NEAR(Spike(0), (1e-3 + 2e-4) / 3, 1e-12);
+  EXPECT_TRUE(ws.history.Undo(ws.tracks).ok());
+  EXPECT_EQ(FormatTracks(ws.tracks), file);
+}
+
+TEST_F(SmoothingForm, RecordsIntoAnotherTrackUnderTheTitleShown) {
+  EXPECT_TRUE(form->opnYFilter.UserSet("2").ok());
+  EXPECT_TRUE(form->cmdCalc.UserClick().ok());
+  EXPECT_EQ(form->txtDestTitle.text(), "Smooth_track 0");
+  EXPECT_TRUE(form->txtDestTitle.UserSet("without the spike").ok());
+  EXPECT_TRUE(form->txtDesNum.UserSet("7").ok());
+  EXPECT_TRUE(form->cmdRecordAnotherTrack.UserClick().ok());
+  // Its neighbours' mean, 100 uA, and w = 1 uA against its distance from it.
+  EXPECT_NEAR(Spike(7), 1e-4 + 1e-6 / (1e-6 + 9e-4) * 9e-4, 1e-12);
+  EXPECT_EQ(ws.tracks.Record(7).Title, "without the spike");
+  EXPECT_EQ(ws.tracks.Record(7).pnum, 200);
+  EXPECT_EQ(form->lblDestHolds.text(), "without the spike");
+  EXPECT_EQ(Spike(0), 1e-3);
+  EXPECT_TRUE(ws.history.Undo(ws.tracks).ok());
+  EXPECT_EQ(FormatTracks(ws.tracks), file);
+}
+
+TEST_F(SmoothingForm, WritesNothingElseThanThePreviewShows) {
+  const std::pair<const char*, std::function<void()>> changes[] = {
+      {"another window", [&] { (void)form->UpDown3.UserStep(+1); }},
+      {"the edges", [&] { (void)form->chkSkipatEdge.UserSet("1"); }},
+      {"more of the edges", [&] { (void)form->txtSkipNum.UserSet("3"); }},
+      {"another track", [&] { (void)form->UpDown1.UserStep(+1); }},
+      {"other points", [&] { ws.tracks.SetValue(1, 1, 3, 0.5); }},  // as by an editor
+      {"another scale", [&] { ws.tracks.Record(1).DiskYscale = 1; }},
+      {"another mode", [&] { ws.tracks.Record(1).Mode = kModeCV; }},
+      {"other vertices",
+       [&] {
+         ws.tracks.Record(1).V = {0, 1, 0};
+       }},
+  };
+  for (const auto& [what, change] : changes) {
+    form->Calculate();
+    EXPECT_TRUE(form->cmdUpdate.enabled()) << what;
+    change();
+    form->UpdateData();
+    form->RecordAnotherTrack();
+    EXPECT_EQ(ws.history.UndoName(), "") << what;
+  }
+  EXPECT_TRUE(form->txtSkipNum.UserSet("-2").ok());
+  EXPECT_EQ(form->txtSkipNum.text(), "0");
+  EXPECT_TRUE(form->txtDataNum.UserSet("2").ok());
+  form->Calculate();
+  EXPECT_THAT(form->lblNote.text(), HasSubstr("Nothing is smoothed"));
+  form->UpdateData();
+  EXPECT_EQ(ws.history.UndoName(), "");
+}
+
+TEST_F(SmoothingForm, ThePreviewDrawsTheSmoothedTrackOverItsOwnAxis) {
+  const Size size{600, 400};
+  // Columns of pixels that the smoothed curve crosses.
+  const auto wide = [&] {
+    TestSurface picture(size);
+    form->PrevGraph.Paint(picture);
+    EXPECT_NE(picture.Find("Time /s"), nullptr);
+    int columns = 0;
+    for (int x = 0; x < 600; ++x) {
+      bool red = false;
+      for (int y = 0; y < 400; ++y) red |= picture.At(x, y) == QBColor(12);
+      columns += red ? 1 : 0;
+    }
+    return columns;
+  };
+  EXPECT_EQ(wide(), 0);
+  form->Calculate();
+  EXPECT_GT(wide(), 300);
+  // The channels of a multichannel record share the time of channel 0, in the third column.
+  for (int i = 0; i < 200; ++i) {
+    ws.tracks.SetValue(2, 0, i, i);
+    ws.tracks.SetValue(0, 0, i, 0.001 * i);
+  }
+  ws.tracks.Record(0).Mode = kModeMulti;
+  form->Activate();
+  EXPECT_EQ(wide(), 0);
+  form->Calculate();
+  EXPECT_GT(wide(), 300);
+  form->UpdateData();
+  EXPECT_EQ(ws.tracks.Value(2, 0, 199), 199);
+}
+
+TEST_F(SmoothingForm, TakesTheCoefficientsFromTheHomeOrTheInstalledFile) {
+  EXPECT_TRUE(form->opnYFilter.UserSet("1").ok());
+  const auto message = [&](const char* folder, const char* file_text) {
+    if (folder != nullptr) {
+      const auto path = std::filesystem::path(folder) / "Savitzky-Golay.dat";
+      EXPECT_TRUE(machine.files.Replace(path, file_text).ok());
+    }
+    form->Calculate();
+    const auto messages = machine.dialogs.TakeMessages();
+    return messages.size() == 1 ? messages[0] : std::string();
+  };
+  EXPECT_THAT(message(nullptr, ""),
               HasSubstr("Savitzky-Golay.dat is in none of these folders: /home, /program"));
-  ASSERT_TRUE(files.Replace("/program/Savitzky-Golay.dat", "35,17,12,-3\n\n").ok());
-  EXPECT_EQ(center(), 17);
-  ASSERT_TRUE(files.Replace("/home/Savitzky-Golay.dat", "1,1,0,0\n\n").ok());
-  EXPECT_EQ(center(), 1);
-  ASSERT_TRUE(files.Replace("/home/Savitzky-Golay.dat", "broken").ok());
-  EXPECT_THAT(ReadSavitzkyGolay(files, {"/home", "/program"}).why(), HasSubstr("/home"));
+  EXPECT_THAT(message("/program", "35,17,12\n\n"), HasSubstr("line 1"));
+  EXPECT_TRUE(form->txtPointNum.UserSet("7").ok());
+  EXPECT_EQ(message("/program", "35,17,12,-3\n\n"),
+            "Savitzky-Golay.dat has no row for a window of 7 points.");
+  EXPECT_FALSE(form->cmdUpdate.enabled());
+  EXPECT_THAT(message("/home", "broken"), HasSubstr("/home"));
+  EXPECT_TRUE(form->txtPointNum.UserSet("5").ok());
+  EXPECT_EQ(message("/home", "6,2,1,1\n\n"), "");  // goes before the installed one
+  form->UpdateData();
+  EXPECT_NEAR(Spike(0), (2e-3 + 2e-4 + 2e-4) / 6, 1e-12);
 }
 
 }  // namespace

@@ -40,26 +40,24 @@ std::string NoteOn(const TafelFit& fit) {
   return note;
 }
 
-Outcome OutcomeOf(const TafelFit& fit) {
-  Outcome outcome;
-  outcome.fit = fit.quality;
+AnalysisResult ResultOf(const TafelFit& fit) {
+  AnalysisResult result;
+  result.fit = fit.quality;
   // Of the anodic branch, +1, alpha_n is (1 - alpha) n.
   const double branch = fit.branch == TafelBranch::kAnodic ? 1 : -1;
-  outcome.quantities = {{"alpha_n", "", fit.alpha_n, fit.alpha_n_error},
-                        {"log_i0", "", fit.log_i0, {}},  // its error is the intercept's
-                        {"i0", "A/cm2", fit.i0_density, fit.i0_density_error},
-                        {"branch", "", branch, {}}};
-  outcome.columns = {
+  result.quantities = {{"alpha_n", "", fit.alpha_n, fit.alpha_n_error},
+                       {"log_i0", "", fit.log_i0, {}},  // its error is the intercept's
+                       {"i0", "A/cm2", fit.i0_density, fit.i0_density_error},
+                       {"branch", "", branch, {}}};
+  result.columns = {
       {"eta", "V", fit.overpotential}, {"i", "A", fit.current}, {"log_i", "", fit.log_current}};
-  return outcome;
+  return result;
 }
 
 }  // namespace
 
 frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
-    : AnalysisForm(workstation, host, kName, "Tafel Analysis"),
-      range_(txtStart, updStart, lblStartPoint, txtEnd, updEnd, lblEndPoint, TypedEnd::kAsStart),
-      graph_(host, kGraphName) {
+    : AnalysisForm(workstation, host, kName, "Tafel Analysis"), graph_(host, kGraphName) {
   txtTitle.read_only = true;
   txtRPM.read_only = true;
   txtRedoxPotential.SetTip(
@@ -69,8 +67,8 @@ frmTafelAnalyzer::frmTafelAnalyzer(Workstation& workstation, Host& host)
       "Fits log10|i| against the overpotential. Choose points of one branch at least 0.12 V / n "
       "from the redox potential, where the reaction back is below 1 %, and with currents below a "
       "hundredth of the limiting or peak current.");
-  range_.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };
-  range_.on_change = [this] { DrawPreview(); };
+  range.describe = [this](std::int32_t point) { return PointText(tracks(), Track(), point); };
+  range.on_change = [this] { DrawPreview(); };
   txtRedoxPotential.on_commit = [this] { LeaveRedoxPotential(); };
   txtArea.on_commit = [this] { LeaveArea(); };
   cmdCalc.on_click = [this] { Calculate(); };
@@ -85,22 +83,19 @@ void frmTafelAnalyzer::ShowSettings() {
 
 void frmTafelAnalyzer::ShowTrack() {
   const int track = Track();
-  const TrackRecord& record = tracks().Record(track);
   const bool holds = HoldsTrack(tracks(), track);
-  lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
-  txtTitle.SetText(holds ? record.Title : std::string());
-  txtRPM.SetText(holds ? PlainNumber(record.RPM) : std::string());
+  ShowTrackHeader(tracks(), track, lblMode, txtTitle, txtRPM);
   lblpnum.SetText(PlainNumber(holds ? tracks().PointCount(track) : 0));
   if (holds) {
-    range_.ShowWhole(tracks().PointCount(track));
+    range.ShowWhole(tracks().PointCount(track));
   } else {
-    range_.Empty();
+    range.Empty();
   }
   DrawPreview();
 }
 
 void frmTafelAnalyzer::DrawPreview() {
-  DrawSelection(PrevGraph, tracks(), Track(), range_.start(), range_.end());
+  DrawSelection(PrevGraph, tracks(), Track(), range.start(), range.end());
 }
 
 void frmTafelAnalyzer::LeaveRedoxPotential() {
@@ -126,7 +121,7 @@ void frmTafelAnalyzer::Calculate() {
   const Result<TafelFit> fit = Fit();
   if (!fit.ok()) return Refuse(fit.why());
   DrawFit(fit.value());
-  ShowReport(ReportOf(fit.value()), OutcomeOf(fit.value()));
+  ShowReport(ReportOf(fit.value()), ResultOf(fit.value()));
   lblNote.SetText(NoteOn(fit.value()));
 }
 
@@ -140,16 +135,12 @@ Result<TafelFit> frmTafelAnalyzer::Fit() const {
     return Status::Failure("A Tafel plot needs currents at different potentials; a " +
                            std::string(EntryOf(ModeName, mode)) + " track has none.");
   }
-  // The track may have become shorter since it was shown.
-  const std::int32_t last = std::min(range_.end(), tracks().PointCount(track) - 1);
-  const std::int32_t first = std::max(range_.start(), 0);
-  if (range_.empty() || first > last) {
+  const auto [first, count] = range.Within(tracks().PointCount(track));
+  if (range.empty() || count == 0) {
     return Status::Failure("No point is chosen: the range ends before it starts.");
   }
-  const auto from = static_cast<std::size_t>(first);
-  const auto count = static_cast<std::size_t>(last - first) + 1;
-  return FitTafel(tracks().Points(0, track).subspan(from, count),
-                  tracks().Points(1, track).subspan(from, count), settings().TaEred,
+  return FitTafel(tracks().Points(0, track).subspan(first, count),
+                  tracks().Points(1, track).subspan(first, count), settings().TaEred,
                   settings().TaArea);
 }
 
@@ -185,7 +176,7 @@ void frmTafelAnalyzer::DrawFit(const TafelFit& fit) {
 std::string frmTafelAnalyzer::ReportOf(const TafelFit& fit) const {
   std::string report;
   const auto line = [&](const char* label, const std::string& value) {
-    report.append(label).append("\t").append(value).append("\r\n");
+    report += ReportLine({label, value});
   };
   const int track = Track();
   line("File", workstation().FileTitle);
@@ -193,16 +184,17 @@ std::string frmTafelAnalyzer::ReportOf(const TafelFit& fit) const {
   line("Title", tracks().Record(track).Title);
   line("Ered/V", Format(settings().TaEred, "0.0###"));
   line("Area /cm2", Format(settings().TaArea, "0.0###"));
-  line("Nstart", PlainNumber(range_.start()));
-  line("Nend", PlainNumber(std::min(range_.end(), tracks().PointCount(track) - 1)));
+  line("Nstart", PlainNumber(range.start()));
+  line("Nend", PlainNumber(std::min(range.end(), tracks().PointCount(track) - 1)));
   line("Branch", NameOf(fit.branch));
   line("logi0", Format(fit.log_i0, "0.0000"));
   line("α*ne:", Format(fit.alpha_n, "0.0000"));
   line("i0 /Acm-2", Format(fit.i0_density, "0.000e+0"));
   report += "η/V\ti /A\tlog|i|\r\n";
   for (std::size_t i = 0; i < fit.current.size(); ++i) {
-    report += Format(fit.overpotential[i], "0.0000") + "\t" + Format(fit.current[i], "0.0000e+0") +
-              "\t" + Format(fit.log_current[i], "0.0000") + "\r\n";
+    report +=
+        ReportLine({Format(fit.overpotential[i], "0.0000"), Format(fit.current[i], "0.0000e+0"),
+                    Format(fit.log_current[i], "0.0000")});
   }
   return report;
 }
@@ -218,9 +210,7 @@ LayoutNode frmTafelAnalyzer::Layout() {
                                           Field("RPM", txtRPM), Field("Data Num:", lblpnum)})}),
                   Group("Electrode", {Fields({Field("Redox Potential/V", txtRedoxPotential),
                                               Field("A/cm2", txtArea)})}),
-                  Group("Points",
-                        {Fields({Field("Start", txtStart, &updStart)}), Item(lblStartPoint),
-                         Fields({Field("End", txtEnd, &updEnd)}), Item(lblEndPoint)}),
+                  range.Panel(),
                   Item(cmdCalc),
                   Stretch(),
               }),

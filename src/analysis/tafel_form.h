@@ -26,12 +26,7 @@ class frmTafelAnalyzer : public AnalysisForm {
   Label lblpnum{*this, "lblpnum"};
   TextBox txtRedoxPotential{*this, "txtRedoxPotential"};
   TextBox txtArea{*this, "txtArea"};
-  TextBox txtStart{*this, "txtStart"};
-  UpDown updStart{*this, "updStart"};
-  Label lblStartPoint{*this, "lblStartPoint"};
-  TextBox txtEnd{*this, "txtEnd"};
-  UpDown updEnd{*this, "updEnd"};
-  Label lblEndPoint{*this, "lblEndPoint"};
+  PointRange range{*this, TypedEnd::kAsStart};
   Button cmdCalc{*this, "cmdCalc", "Calculation"};
   Label lblNote{*this, "lblNote"};  // the branch, and what speaks against the result
   PreviewPlot PrevGraph{*this, "PrevGraph"};
@@ -50,7 +45,6 @@ class frmTafelAnalyzer : public AnalysisForm {
   void DrawFit(const TafelFit& fit);
   std::string ReportOf(const TafelFit& fit) const;
 
-  PointRange range_;
   PlotRange plot_range_;  // eta in V, log10 of the current in A
   OwnGraph graph_;
 };

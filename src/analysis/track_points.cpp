@@ -8,9 +8,11 @@
 
 #include "core/axis_step.h"
 #include "core/palette.h"
+#include "core/same_values.h"
 #include "core/tables.h"
 #include "graph/track_preview.h"
 #include "text/format.h"
+#include "text/number.h"
 
 namespace zento {
 namespace {
@@ -94,10 +96,37 @@ void CopyTimeColumn(TrackStore& tracks, int from, int to) {
   if (TraitsOf(mode).third_in == ThirdColumnIn::kTimeRecording) {
     tracks.Record(to).TimeRecording = tracks.Record(from).TimeRecording;
   }
-  const std::span<const double> time = tracks.Points(2, from);
-  std::vector<double>& target = tracks.Column(2, to);
-  if (target.size() < time.size()) target.resize(time.size());
-  std::copy(time.begin(), time.end(), target.begin());
+  PutPoints(tracks, 2, to, tracks.Points(2, from));
+}
+
+void PutPoints(TrackStore& tracks, int column, int slot, std::span<const double> values) {
+  std::vector<double>& points = tracks.Column(column, slot);
+  if (points.size() < values.size()) points.resize(values.size());
+  std::copy(values.begin(), values.end(), points.begin());
+}
+
+void KeptPoints::Keep(TrackStore& tracks, int track, int columns) {
+  columns_.clear();
+  for (int c = 0; c < columns; ++c) {
+    const std::span<const double> points = tracks.Points(c, track);
+    columns_.emplace_back(points.begin(), points.end());
+  }
+}
+
+bool KeptPoints::AreStill(TrackStore& tracks, int track) const {
+  for (std::size_t c = 0; c < columns_.size(); ++c) {
+    if (!SameValues(tracks.Points(static_cast<int>(c), track), columns_[c])) return false;
+  }
+  return true;
+}
+
+void ShowTrackHeader(const TrackStore& tracks, int track, Label& mode, TextBox& title,
+                     TextBox& rpm) {
+  const TrackRecord& record = tracks.Record(track);
+  const bool holds = HoldsTrack(tracks, track);
+  mode.SetText(std::string(EntryOf(ModeName, record.Mode)));
+  title.SetText(holds ? record.Title : std::string());
+  rpm.SetText(holds ? PlainNumber(record.RPM) : std::string());
 }
 
 bool PrepareTrackPlot(PreviewPlot& plot, TrackStore& tracks, int track) {

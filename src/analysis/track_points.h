@@ -2,10 +2,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "core/track_store.h"
 #include "graph/preview_plot.h"
+#include "host/controls.h"
 
 namespace zento {
 
@@ -30,6 +33,28 @@ double TrackTimeByX(TrackStore& tracks, int track);
 // modes: copies that column, and whether there is one, so that the target does not keep another
 // track's. Does nothing for other modes.
 void CopyTimeColumn(TrackStore& tracks, int from, int to);
+
+// Writes `values` over the first points of a column and makes it long enough; pnum stays.
+void PutPoints(TrackStore& tracks, int column, int slot, std::span<const double> values);
+
+// The points of a track as they were once, to see whether they still are.
+class KeptPoints {
+ public:
+  // Its first `columns` columns.
+  void Keep(TrackStore& tracks, int track, int columns = kTrackColumns);
+  // So many points as then, with the same values; one NaN is as good as another.
+  bool AreStill(TrackStore& tracks, int track) const;
+  const std::vector<double>& Column(int column) const {
+    return columns_[static_cast<std::size_t>(column)];
+  }
+
+ private:
+  std::vector<std::vector<double>> columns_;
+};
+
+// What most windows show of a track's header; of an empty slot that its mode is "None".
+void ShowTrackHeader(const TrackStore& tracks, int track, Label& mode, TextBox& title,
+                     TextBox& rpm);
 
 // Clears the plot and gives it the track's range, steps, number formats and axis titles. False and
 // only cleared when the slot is empty.

@@ -80,17 +80,21 @@ void PointIndex::Commit() {
   Choose(Within(typed, limit.typed_low, limit.typed_high));
 }
 
-PointRange::PointRange(TextBox& start, UpDown& start_arrows, Label& start_label, TextBox& end,
-                       UpDown& end_arrows, Label& end_label, TypedEnd typed_end)
-    : start_(start, start_arrows, start_label), end_(end, end_arrows, end_label) {
-  end.read_only = typed_end == TypedEnd::kNotRead;
+PointRange::PointRange(Form& form, TypedEnd typed_end)
+    : txtStart(form, "txtStart"),
+      updStart(form, "updStart"),
+      lblStartPoint(form, "lblStartPoint"),
+      txtEnd(form, "txtEnd"),
+      updEnd(form, "updEnd"),
+      lblEndPoint(form, "lblEndPoint") {
+  txtEnd.read_only = typed_end == TypedEnd::kNotRead;
   start_.limits = [this] { return PointIndex::Limits{0, points_ - 2, 0, points_ - 2}; };
   end_.limits = [this, typed_end] {
     const bool as_start = typed_end == TypedEnd::kAsStart;
     return PointIndex::Limits{1, points_ - 1, as_start ? 0 : 1,
                               as_start ? points_ - 2 : points_ - 1};
   };
-  if (typed_end == TypedEnd::kNotRead) end.on_commit = nullptr;
+  if (typed_end == TypedEnd::kNotRead) txtEnd.on_commit = nullptr;
   start_.on_change = end_.on_change = [this] { Changed(); };
 }
 
@@ -104,6 +108,12 @@ void PointRange::Show(std::int32_t start, std::int32_t end, std::int32_t points)
 void PointRange::ShowAgain(std::int32_t points) {
   if (empty() || points != points_) return ShowWhole(points);
   ShowPoints();
+}
+
+PointRange::Part PointRange::Within(std::int32_t points) const {
+  const std::int32_t first = std::clamp(start(), 0, points);
+  const std::int32_t behind = std::clamp(end() + 1, first, points);
+  return {static_cast<std::size_t>(first), static_cast<std::size_t>(behind - first)};
 }
 
 void PointRange::Empty() {
@@ -121,6 +131,12 @@ void PointRange::ShowPoints() {
 void PointRange::Changed() {
   ShowPoints();
   if (on_change) on_change();
+}
+
+LayoutNode PointRange::Panel() {
+  using namespace layout;
+  return Group("Points", {Fields({Field("Start", txtStart, &updStart)}), Item(lblStartPoint),
+                          Fields({Field("End", txtEnd, &updEnd)}), Item(lblEndPoint)});
 }
 
 }  // namespace zento

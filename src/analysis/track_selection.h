@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
 
 #include "core/track_store.h"
 #include "host/controls.h"
+#include "host/form.h"
 
 // Which track a window works on, and which of its points.
 
@@ -86,12 +88,25 @@ enum class TypedEnd {
 // window says. Nothing keeps the start before the end.
 class PointRange {
  public:
-  PointRange(TextBox& start, UpDown& start_arrows, Label& start_label, TextBox& end,
-             UpDown& end_arrows, Label& end_label, TypedEnd typed_end);
+  // Makes its controls part of `form`.
+  PointRange(Form& form, TypedEnd typed_end);
+
+  TextBox txtStart;
+  UpDown updStart;
+  Label lblStartPoint;
+  TextBox txtEnd;
+  UpDown updEnd;
+  Label lblEndPoint;
+  LayoutNode Panel();
 
   std::int32_t start() const { return start_.index(); }
   std::int32_t end() const { return end_.index(); }
   bool empty() const { return start_.empty(); }
+  // The chosen ones among the first `points`: a track may have become shorter since it was shown.
+  struct Part {
+    std::size_t first = 0, count = 0;
+  };
+  Part Within(std::int32_t points) const;
   // Of a track with `points` points. Runs no handler.
   void Show(std::int32_t start, std::int32_t end, std::int32_t points);
   void ShowWhole(std::int32_t points) { Show(0, points > 0 ? points - 1 : 0, points); }
@@ -109,8 +124,8 @@ class PointRange {
   void ShowPoints();
   void Changed();
 
-  PointIndex start_;
-  PointIndex end_;
+  PointIndex start_{txtStart, updStart, lblStartPoint};
+  PointIndex end_{txtEnd, updEnd, lblEndPoint};
   std::int32_t points_ = 0;
 };
 

@@ -15,7 +15,9 @@ double ToThreeDecimals(double x) {
   return RoundHalfEven(x * 1000);
 }
 
-// Where the distance from `x` stops falling, searched from point `search` on.
+// The first point from `search` + 1 on that is no nearer to `x` than the one before it: the point
+// behind the nearest one. An x just before its nearest point is therefore read off the interval
+// behind that, at most half an interval beyond its end.
 std::size_t Match(double x, std::span<const double> xs, std::size_t search) {
   double before = std::fabs(x - xs[search]);
   for (std::size_t j = search + 1; j + 2 <= xs.size(); ++j) {
@@ -83,6 +85,8 @@ void AppendSum(const TrackCurves& a, SweepRange part, const TrackCurves& b, std:
   const double factor = terms.minus ? -terms.b : terms.b;
   for (std::size_t p = part.first; p <= part.last; ++p) {
     const double x = a.x[p];
+    // Both sweeps go the same way, so the match only moves on along B; from one point back, where
+    // several points of A lie in one interval of B.
     // A search that starts at the last point has the interval before it.
     const std::size_t j = std::max<std::size_t>(Match(x, b.x, search), 1);
     const double current = Interpolate(x, b.x, b.current, j);

@@ -52,11 +52,7 @@ void TransformForm::ShowSource() {
 }
 
 void TransformForm::ShowHeader() {
-  const TrackRecord& record = tracks().Record(Source());
-  const bool holds = HoldsTrack(tracks(), Source());
-  lblMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
-  txtTitle.SetText(holds ? record.Title : std::string());
-  txtRPM.SetText(holds ? PlainNumber(record.RPM) : std::string());
+  ShowTrackHeader(tracks(), Source(), lblMode, txtTitle, txtRPM);
 }
 
 void TransformForm::ShowDestination() {

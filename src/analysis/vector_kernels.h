@@ -111,7 +111,8 @@ ZENTO_INLINE void TwoPasses(double* re, double* im, std::size_t quarter, std::si
   }
 }
 
-// All passes over a block of `length` points but the last two.
+// All passes over a block of `length` points but the last two. `block` is its number in the pass
+// that begins with it; a quarter of it is number 4 block + i two passes later.
 void WidePasses(double* re, double* im, std::size_t length, std::size_t block,
                 const FftTables& tables) {
   if (length > kCachedPoints) {
@@ -175,7 +176,8 @@ ZENTO_INLINE void FinishTile(Tile& tile, double* re, double* im, std::size_t qua
   }
 }
 
-// The last two passes and the reordering.
+// The last two passes and the reordering. What tile `mid` becomes belongs where the tile `reversed`
+// stands, and the other way round: both are loaded before either is stored, once for each pair.
 void NarrowPasses(double* re, double* im, const FftTables& tables, double factor) {
   const std::size_t quarter = tables.points / 4;
   std::size_t reversed = 0;

@@ -150,7 +150,7 @@ Result<AnalysisAnswer> Analyse(const AnalysisRequest& request, Files& files) {
   Status entered = EnterOptions(*form, workstation.tracks, *request.command, request.given, limits);
   if (!entered.ok()) return entered.Within(TextFromPath(request.file));
   form->Calculate();
-  answer.outcome = form->outcome();
+  answer.outcome = form->result();
   answer.messages = program.TakeMessages();
   answer.notes.insert(answer.notes.end(), limits.begin(), limits.end());
   // A window that refuses in a message box goes on showing the report before.

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "analysis/outcome.h"
+#include "analysis/analysis_result.h"
 #include "cli/window_options.h"
 #include "host/services.h"
 #include "text/status.h"
@@ -26,7 +26,7 @@ struct AnalysisRequest {
 
 struct AnalysisAnswer {
   std::string report;  // as the window has it, lines ending in CR LF; empty without one
-  Outcome outcome;
+  AnalysisResult outcome;
   std::string fit_line;               // what the window shows below the report
   std::vector<std::string> messages;  // boxes that were shown
   std::vector<std::string> notes;     // what a person should know besides

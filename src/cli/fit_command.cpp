@@ -88,8 +88,8 @@ SSVGaussNewtonLog::Uniform RandomNumbers(int seed) {
   return [engine] { return static_cast<double>((*engine)() >> 11) * 0x1p-53; };
 }
 
-Outcome OutcomeOf(const ExponentialFit& fit, const Data& data) {
-  Outcome outcome;
+AnalysisResult OutcomeOf(const ExponentialFit& fit, const Data& data) {
+  AnalysisResult outcome;
   for (std::size_t i = 0; i < fit.parameters.size(); ++i) {
     const bool is_time_constant = i == 1 || i == 4;
     std::optional<double> error;
@@ -118,7 +118,7 @@ std::string WithUnit(const std::string& name, const std::string& unit) {
   return unit.empty() ? name : name + " /" + unit;
 }
 
-std::string ReportOf(const Outcome& outcome, const Data& data, const std::string& file) {
+std::string ReportOf(const AnalysisResult& outcome, const Data& data, const std::string& file) {
   std::string text = Row({"File", file}) + Row({"Track", PlainNumber(data.track)}) +
                      Row({"Title", data.title}) +
                      Row({"Points", PlainNumber(data.first), PlainNumber(data.last)});

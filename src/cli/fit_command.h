@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/outcome.h"
+#include "analysis/analysis_result.h"
 #include "cli/option_values.h"
 #include "host/services.h"
 #include "text/status.h"
@@ -26,7 +26,7 @@ struct FitRequest {
 
 struct FitAnswer {
   // Quantities p1 ..., tau in the unit of x, columns x, y and fit; or why there is no fit.
-  Outcome outcome;
+  AnalysisResult outcome;
   std::string report;  // tab-separated, lines ending in LF; empty when refused
   std::vector<std::string> notes;
 };

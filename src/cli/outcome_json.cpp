@@ -14,7 +14,7 @@ Json OrNull(const std::optional<double>& value) {
   return value ? Json(*value) : Json();
 }
 
-Json QuantitiesOf(const Outcome& outcome) {
+Json QuantitiesOf(const AnalysisResult& outcome) {
   Json all = Json::object();
   for (const Quantity& quantity : outcome.quantities) {
     all[quantity.name] = {
@@ -23,26 +23,27 @@ Json QuantitiesOf(const Outcome& outcome) {
   return all;
 }
 
-Json ColumnsOf(const Outcome& outcome) {
+Json ColumnsOf(const AnalysisResult& outcome) {
   Json columns = Json::array();
-  for (const Outcome::Column& column : outcome.columns) {
+  for (const AnalysisResult::Column& column : outcome.columns) {
     columns.push_back({{"name", column.name}, {"unit", column.unit}});
   }
   return columns;
 }
 
-Json RowsOf(const Outcome& outcome) {
+Json RowsOf(const AnalysisResult& outcome) {
   Json rows = Json::array();
   if (outcome.columns.empty()) return rows;
   for (std::size_t row = 0; row < outcome.columns.front().values.size(); ++row) {
     Json cells = Json::array();
-    for (const Outcome::Column& column : outcome.columns) cells.push_back(column.values.at(row));
+    for (const AnalysisResult::Column& column : outcome.columns)
+      cells.push_back(column.values.at(row));
     rows.push_back(std::move(cells));
   }
   return rows;
 }
 
-Json FitOf(const Outcome& outcome) {
+Json FitOf(const AnalysisResult& outcome) {
   if (!outcome.fit) return {};
   const LineQuality& fit = *outcome.fit;
   return {{"points", fit.points},
@@ -55,7 +56,8 @@ Json FitOf(const Outcome& outcome) {
 
 }  // namespace
 
-std::string OutcomeJson(std::string_view command, std::string_view file, const Outcome& outcome) {
+std::string OutcomeJson(std::string_view command, std::string_view file,
+                        const AnalysisResult& outcome) {
   Json json;
   json["command"] = command;
   json["file"] = file;

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "analysis/outcome.h"
+#include "analysis/analysis_result.h"
 
 namespace zento {
 
@@ -15,6 +15,7 @@ namespace zento {
 //   fit              points, r_squared, slope, slope_error, intercept, intercept_error; the last
 //                    two null for a line through the origin; null where no line was fitted.
 // Numbers read back to the same double; what is no number is null. Ends with a line end.
-std::string OutcomeJson(std::string_view command, std::string_view file, const Outcome& outcome);
+std::string OutcomeJson(std::string_view command, std::string_view file,
+                        const AnalysisResult& outcome);
 
 }  // namespace zento

@@ -165,28 +165,28 @@ std::string Shares() {
 
 // A quantity of the analysis by its name.
 auto Named(std::string_view name) {
-  return [name](const Outcome& outcome, double) {
+  return [name](const AnalysisResult& outcome, double) {
     const auto found = std::ranges::find(outcome.quantities, name, &Quantity::name);
     return found == outcome.quantities.end() ? Found() : Found(found->value);
   };
 }
 
 auto ErrorOf(std::string_view name) {
-  return [name](const Outcome& outcome, double) {
+  return [name](const AnalysisResult& outcome, double) {
     const auto found = std::ranges::find(outcome.quantities, name, &Quantity::name);
     return found == outcome.quantities.end() ? Found() : found->error;
   };
 }
 
-const std::vector<double>* Column(const Outcome& outcome, std::string_view name) {
-  const auto found = std::ranges::find(outcome.columns, name, &Outcome::Column::name);
+const std::vector<double>* Column(const AnalysisResult& outcome, std::string_view name) {
+  const auto found = std::ranges::find(outcome.columns, name, &AnalysisResult::Column::name);
   return found == outcome.columns.end() ? nullptr : &found->values;
 }
 
 // Of all shares of water on the way to the lowest potential, or on the way back, the one that is
 // furthest from the truth.
 auto WorstShare(bool on_the_way_back) {
-  return [on_the_way_back](const Outcome& outcome, double truth) {
+  return [on_the_way_back](const AnalysisResult& outcome, double truth) {
     const auto* volts = Column(outcome, "E");
     const auto* water = Column(outcome, "H2O");
     Found worst;

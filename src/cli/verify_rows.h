@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis/outcome.h"
+#include "analysis/analysis_result.h"
 #include "cli/verify_experiments.h"
 
 namespace zento {
@@ -18,7 +18,7 @@ struct VerifyRow {
   std::string command;  // words of zento-cli, without the file
   // What counts in the outcome; nothing when it is not there. Told the truth for rows that are
   // about the worst of many numbers.
-  std::function<std::optional<double>(const Outcome& outcome, double truth)> found;
+  std::function<std::optional<double>(const AnalysisResult& outcome, double truth)> found;
   std::function<double(const sim::Parameters& parameters)> truth;
   double tolerance;  // as a share of the truth, or in the unit when absolute
   bool absolute = false;

@@ -41,9 +41,7 @@ class FormOfTracks : public Form {
   std::pair<int, int> RangeOf(std::size_t track) const { return {starts_[track], ends_[track]}; }
 
   TextBox txtDataNum{*this, "txtDataNum"}, txtArea{*this, "txtArea"};
-  TextBox txtStart{*this, "txtStart"}, txtEnd{*this, "txtEnd"};
-  UpDown UpDown1{*this, "UpDown1"}, updStart{*this, "updStart"}, updEnd{*this, "updEnd"};
-  Label lblStart{*this, "lblStart"}, lblEnd{*this, "lblEnd"};
+  UpDown UpDown1{*this, "UpDown1"};
   CheckBox chkUse{*this, "chkUse", "Use"};
   OptionGroup opnMode{*this, "opnMode", {"none", "value"}};
   std::array<int, kTracks> uses{}, modes{};
@@ -60,7 +58,7 @@ class FormOfTracks : public Form {
 
   std::array<int, kTracks> starts_{}, ends_{};
   TrackSelector selector_{txtDataNum, UpDown1};
-  PointRange range_{txtStart, updStart, lblStart, txtEnd, updEnd, lblEnd, TypedEnd::kNotRead};
+  PointRange range_{*this, TypedEnd::kNotRead};
 };
 
 constexpr std::string_view kModes[] = {"none", "value"};
@@ -151,7 +149,7 @@ TEST(OptionValues, NumberListsAreSortedAndHeldWithinTheirLimit) {
 }
 
 TEST(OutcomeJson, ReadsBackWhateverIsInIt) {
-  Outcome outcome;
+  AnalysisResult outcome;
   outcome.refusal = "\"1/j\"\n\\ 銀 \xff";
   outcome.quantities = {{"n", "", 0.1 + 0.2, 1e-300}, {"jk", "A/cm2", -4e-5, std::nullopt}};
   outcome.columns = {{"E", "V", {0.1, 0.2}},

@@ -1,4 +1,4 @@
-#include "analysis/outcome.h"
+#include "analysis/analysis_result.h"
 
 #include <string_view>
 
@@ -21,9 +21,9 @@ std::string Words(std::string_view name, double value, const std::optional<doubl
 
 }  // namespace
 
-std::string FitLineText(const Outcome& outcome) {
-  if (!outcome.fit) return {};
-  const LineQuality& fit = *outcome.fit;
+std::string FitLineText(const AnalysisResult& result) {
+  if (!result.fit) return {};
+  const LineQuality& fit = *result.fit;
   std::string text = PlainNumber(fit.points) + (fit.points == 1 ? " point, " : " points, ") +
                      Words("R²", fit.r_squared, {}, {});
   if (!fit.slope_error) text += ", too few points for standard errors";
@@ -32,12 +32,21 @@ std::string FitLineText(const Outcome& outcome) {
     text += ", " + Words("intercept", fit.line.intercept, fit.intercept_error, {});
   }
   std::string separator = "\n";
-  for (const Quantity& quantity : outcome.quantities) {
+  for (const Quantity& quantity : result.quantities) {
     if (!quantity.error) continue;
     text += separator + Words(quantity.name, quantity.value, quantity.error, quantity.unit);
     separator = ", ";
   }
   return text;
+}
+
+std::string ReportLine(std::initializer_list<std::string_view> fields) {
+  std::string line;
+  for (const std::string_view& field : fields) {
+    if (&field != fields.begin()) line += "\t";
+    line += field;
+  }
+  return line + "\r\n";
 }
 
 }  // namespace zento

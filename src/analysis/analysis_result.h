@@ -1,7 +1,9 @@
 #pragma once
 
+#include <initializer_list>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "analysis/line_fit.h"
@@ -18,7 +20,7 @@ struct Quantity {
 
 // What an analysis found, for programs and for the line below the report; the report itself is the
 // window's text.
-struct Outcome {
+struct AnalysisResult {
   // Why there is no result, as it was shown; empty when there is one.
   std::string refusal;
   std::vector<Quantity> quantities;
@@ -37,6 +39,9 @@ struct Outcome {
 //   slope 927.71 ± 0.52, intercept 2.4725 ± 0.061
 //   n 3.981 ± 0.0022
 // Empty when nothing was fitted.
-std::string FitLineText(const Outcome& outcome);
+std::string FitLineText(const AnalysisResult& result);
+
+// A line of a report: its fields apart by tabs, CR LF at the end.
+std::string ReportLine(std::initializer_list<std::string_view> fields);
 
 }  // namespace zento
