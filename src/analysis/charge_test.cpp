@@ -218,6 +218,11 @@ TEST_F(Charges, ASweepIsIntegratedOverTimeAroundItsTurningPoint) {
   form.Calculate();
   EXPECT_NEAR(form.result().quantities[0].value, 0, 1e-15);
   EXPECT_EQ(form.lblNote.text(), "");
+  ws.tracks.SetValue(1, 3, 0, 0.5e-3);  // 3.5 mC, of which 3 lie below the line
+  form.Calculate();
+  EXPECT_NEAR(form.result().quantities[0].value, 0.5e-3, 1e-15);
+  EXPECT_NEAR(form.result().quantities[1].value, 3e-3, 1e-15);
+  ws.tracks.SetValue(1, 3, 0, 1e-3);
   EXPECT_TRUE(form.opnBaseLine.UserChoose(2).ok());
   EXPECT_TRUE(form.txtBaseValue.UserSet("2.5e-4").ok());
   form.Calculate();

@@ -50,6 +50,7 @@ TEST(Tafel, FindsTransferAndExchangeCurrentOnBothBranches) {
     for (double& i : curve.amperes) i = -i;
     const auto other = FitTafel(curve.volts, curve.amperes, 0.3, 0.2);
     EXPECT_EQ(other->alpha_n, fit->alpha_n);
+    EXPECT_EQ(other->branch, fit->branch);
     EXPECT_TRUE(other->unusual_sign);
   }
 }
