@@ -215,11 +215,13 @@ TEST_F(GraphTest, WeeksOfMonitoringNeedNoMoreMemoryAndLoseNoPixel) {
   view.Screen();
   std::mt19937 random(5);
   std::normal_distribution<double> noise(0, 2e-4);
+  for (const Colour colour : {kInk, kOther, kInk}) graph.VPset(-0.05, -0.005, colour);
   for (int i = 0; i < 1000000; ++i) {
     graph.VPset(0.03 + noise(random), 0.003 + noise(random) / 20, i % 2 ? kInk : kOther);
   }
   EXPECT_LT(graph.Picture1.ItemCount(), 300000U);
   EXPECT_TRUE(view.screen.SamePixels(Painted({400, 200})));
+  EXPECT_EQ(Painted({400, 200}).At(100, 150), kInk) << "of dots in one place, the last";
 }
 
 TEST_F(GraphTest, PositionAndSizeAreThePicturesWithoutTheStrip) {

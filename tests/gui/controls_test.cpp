@@ -76,6 +76,13 @@ TEST_F(Controls, WhatIsTypedCountsOnceWhenTheBoxIsLeftOrAnActionComes) {
   QTest::keyClick(edit, Qt::Key_Tab);
   EXPECT_EQ(order, (std::vector<std::string>{"change 2", "left", "start"}))
       << "nothing was typed since: left once only";
+  form.cmdStart.SetEnabled(false);
+  edit->setFocus();
+  order.clear();
+  QTest::keyClicks(edit, "3");
+  QTest::keyClick(edit, Qt::Key_Return);
+  ASSERT_EQ(order.size(), 2U);
+  EXPECT_EQ(order[1], "left") << "also where no button is pressed";
 }
 
 TEST_F(Controls, ATextBoxThatHandlesEnterKeepsIt) {
@@ -214,9 +221,14 @@ TEST_F(Controls, MenuEntries) {
   EXPECT_FALSE(Window(form)->findChild<QAction*>("mnuLater")->isEnabled());
   EXPECT_EQ(Window(form)->findChild<QAction*>("mnuCopy")->text(), "&Copy A && B");
   int opened = 0;
+  std::string left;
   form.mnuOpen.on_click = [&] { ++opened; };
+  form.txtTitle.on_lost_focus = [&] { left = form.txtTitle.text(); };
+  Widget<QLineEdit>(form, "txtTitle")->selectAll();
+  QTest::keyClicks(Widget<QLineEdit>(form, "txtTitle"), "x");
   QTest::keyClick(Widget<QLineEdit>(form, "txtTitle"), Qt::Key_O, Qt::ControlModifier);
   EXPECT_EQ(opened, 1);
+  EXPECT_EQ(left, "x") << "what was typed counts for a shortcut";
   menus[0]->menu()->actions()[0]->trigger();
   EXPECT_EQ(opened, 2);
 }
