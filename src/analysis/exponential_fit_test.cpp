@@ -78,6 +78,23 @@ TEST(ExponentialFit, ErrorsTellTheScatter) {
   }
 }
 
+// Twice each of six points: the same fit, half the inverse of J'J, twice the squares, and 9 points
+// left over instead of 3.
+TEST(ExponentialFit, ErrorsCountThePointsThatAreLeftOver) {
+  const Data once = Relaxation({2, 0.4, 5}, 1, 6, 0, 1.5, 0.02);
+  Data twice;
+  for (std::size_t i = 0; i < 12; ++i) {
+    twice.x.push_back(once.x[i / 2]);
+    twice.y.push_back(once.y[i / 2]);
+  }
+  const auto few = FitExponential(once.x, once.y, 3);
+  const auto many = FitExponential(twice.x, twice.y, 3);
+  ASSERT_TRUE(few.ok() && many.ok()) << few.why() << many.why();
+  for (std::size_t j = 0; j < 3; ++j) {
+    EXPECT_NEAR(few->errors[j] / many->errors[j], std::sqrt(9.0 / 3), 1e-3) << j;
+  }
+}
+
 // A measured 0 is a 0 here, although the class takes it for a 1.
 TEST(ExponentialFit, TakesZerosForWhatTheyAre) {
   Data data = Relaxation({2, 0.4, 0}, -1, 100, 0, 2);
