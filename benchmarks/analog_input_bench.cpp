@@ -51,8 +51,8 @@ void BM_ReadSum(benchmark::State& state) {
   workstation.settings.ADBoard = 2;
   workstation.settings.DynamicRange = static_cast<std::int16_t>(state.range(0));
   vendor::Libraries libraries = FastCard();
-  PciCard card(workstation, libraries.dask);
-  AnalogInput input(workstation, libraries, card);
+  PciCard card(workstation.settings, libraries.dask);
+  AnalogInput input({workstation.settings, libraries, card});
   if (input.Open() != 0) state.SkipWithError("the board did not open");
   std::array<double, 5> sums{};
   for (auto _ : state) {

@@ -74,8 +74,7 @@ void Series(benchmark::State& state, const sim::Parameters& parameters) {
       const auto sums = lab.Read(42, 0.5, 500, rpm);
       if (sums[3] / 500 < 1e-4) state.SkipWithError("no ring current");
       lab.instruments.generator.OutputOff();
-      std::int32_t still = 0;
-      lab.instruments.rotation.SetRotation(still);
+      lab.instruments.rotation.SetRotation(0);
       lab.Read(10, 0.5, 500, 0);
     }
   }

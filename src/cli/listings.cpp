@@ -4,12 +4,15 @@
 #include <array>
 #include <iterator>
 #include <memory>
+#include <type_traits>
+#include <variant>
 #include <vector>
 
 #include "core/settings_table.h"
 #include "core/tables.h"
 #include "core/track_file.h"
 #include "core/track_table.h"
+#include "devices/device_table.h"
 #include "host/path_text.h"
 #include "text/number.h"
 #include "ui/main/information_sheet.h"
@@ -60,7 +63,13 @@ void AppendSetting(std::string& text, const SettingRowOf<Owner>& row, const Owne
   std::string value = SettingText(row, owner);
   if (value.starts_with(' ')) value.erase(0, 1);
   text.append(row.key).append(suffix).append("\t").append(kTypes[row.member.index()]);
-  text.append("\t").append(value).append("\t").append(row.meaning).append("\n");
+  text.append("\t").append(value).append("\t").append(row.meaning);
+  if constexpr (std::is_same_v<Owner, Settings>) {
+    const auto* const number = std::get_if<std::int32_t Settings::*>(&row.member);
+    const std::string devices = number != nullptr ? DeviceNames(*number) : "";
+    if (!devices.empty()) text.append(": ").append(devices);
+  }
+  text.append("\n");
 }
 
 }  // namespace

@@ -36,57 +36,116 @@ struct Settings {
   std::int32_t CVNum = 0;  // 0 to 5, the preset in use
   std::array<CVPreset, kCVPresets> CV;
 
-  double DiskXScale = 0, DiskYScale = 0, RingXScale = 0, RingYScale = 0;
-  double RPMScale = 0;  // rpm per V on channel 4
-  double RDEV0 = 0, RDEV1 = 0, RDEV2 = 0;
-  double RDEScanrate = 0, RDECycleNum = 0, RDESamplingRate = 0, RDEAccum = 0;
-  std::int32_t RDERef = 0, RDERetainTime = 0, RDERPM = 0;
+  // Ring-disk voltammetry.
+  double DiskXScale = 0;  // V of disk potential per V on channel 0
+  double DiskYScale = 0;  // A of disk current per V on channel 1
+  double RingXScale = 0;  // V of ring potential per V on channel 2
+  double RingYScale = 0;  // A of ring current per V on channel 3
+  double RPMScale = 0;    // rpm per V on channel 4
+  double RDEV0 = 0;       // V, first, second and third vertex
+  double RDEV1 = 0;
+  double RDEV2 = 0;
+  double RDEScanrate = 0;  // mV/s
+  double RDECycleNum = 0;
+  double RDESamplingRate = 0;      // Hz
+  double RDEAccum = 0;             // readings averaged a point
+  std::int32_t RDERef = 0;         // index into RefName
+  std::int32_t RDERetainTime = 0;  // s at the first vertex
+  std::int32_t RDERPM = 0;         // rpm
 
-  double PSXScale = 0, PSYScale = 0, PSRPMScale = 0;
-  double PSMaxTime = 0, PSCoulomb = 0, PSInitSamplingRate = 0, PSSamplinDivision = 0, PSAccum = 0;
-  double PSV0 = 0, PSV1 = 0, PSRetainTime = 0;
-  std::int32_t PSRPM = 0;
-  std::int16_t PSGraphOn = 0;
+  // Potential step.
+  double PSXScale = 0;            // V of potential per V
+  double PSYScale = 0;            // A per V
+  double PSRPMScale = 0;          // rpm per V
+  double PSMaxTime = 0;           // s
+  double PSCoulomb = 0;           // C, ends the step
+  double PSInitSamplingRate = 0;  // Hz
+  double PSSamplinDivision = 0;   // divides the sampling rate after each point
+  double PSAccum = 0;             // readings averaged a point
+  double PSV0 = 0;                // V before the step
+  double PSV1 = 0;                // V after it
+  double PSRetainTime = 0;        // s before the step
+  std::int32_t PSRPM = 0;         // rpm
+  std::int16_t PSGraphOn = 0;     // 1 = draw while measuring
 
-  double RPjXScale = 0, RPjYScale = 0, RPjRPMScale = 0, RPjDiskPotential = 0, RPjRPMLimit = 0;
-  double RPjSamplingRate = 0, RPjAccum = 0, RPjStartRPM = 0, RPjEndRPM = 0, RPjSpeed = 0;
-  double RPjRetainTime = 0, RPjV = 0;
+  // Rotation-rate sweep.
+  double RPjXScale = 0;         // V of potential per V
+  double RPjYScale = 0;         // A per V
+  double RPjRPMScale = 0;       // rpm per V
+  double RPjDiskPotential = 0;  // V
+  double RPjRPMLimit = 0;       // rpm
+  double RPjSamplingRate = 0;   // Hz
+  double RPjAccum = 0;          // readings averaged a point
+  double RPjStartRPM = 0;       // rpm
+  double RPjEndRPM = 0;         // rpm
+  double RPjSpeed = 0;          // rpm/s
+  double RPjRetainTime = 0;     // s before the sweep
+  double RPjV = 0;              // V
 
-  // Analog input and scale of each monitor channel. One element more once a file has been read.
+  // Multichannel monitor: analog input of each channel, and what 1 V on it stands for. One element
+  // more once a file has been read.
   std::vector<std::int16_t> MMAdch = std::vector<std::int16_t>(kMonitorChannels);
   std::vector<double> MMScale = std::vector<double>(kMonitorChannels);
-  double MMMaxTime = 0, MMSamplingRate = 0, MMAccum = 0;
+  double MMMaxTime = 0;       // s
+  double MMSamplingRate = 0;  // Hz
+  double MMAccum = 0;         // readings averaged a point
 
-  double SSVDiskXScale = 0, SSVDiskYScale = 0, SSVRingXScale = 0, SSVRingYScale = 0;
-  double SSVRPMScale = 0, SSVV1st = 0, SSVV2nd = 0, SSVVoltStep = 0, SSVStepTime = 0;
-  double SSVAccelerateMode = 0, SSVCurrentTolerance = 0;
-  std::int16_t SSVSkipMode = 0;
-  double SSVAppliedCurrent = 0, SSVSamplingRate = 0, SSVAccum = 0;
-  std::int32_t SSVRef = 0, SSVRPM = 0, SSVSegment = 0;
-  std::int16_t SSVMinTime = 0, SSVRecordNextTrack = 0;
+  // Staircase sweep, which no window measures.
+  double SSVDiskXScale = 0;  // V of disk potential per V
+  double SSVDiskYScale = 0;  // A of disk current per V
+  double SSVRingXScale = 0;  // V of ring potential per V
+  double SSVRingYScale = 0;  // A of ring current per V
+  double SSVRPMScale = 0;    // rpm per V
+  double SSVV1st = 0;        // V
+  double SSVV2nd = 0;        // V
+  double SSVVoltStep = 0;    // V
+  double SSVStepTime = 0;    // s at most on a step
+  double SSVAccelerateMode = 0;
+  double SSVCurrentTolerance = 0;
+  std::int16_t SSVSkipMode = 0;  // 1 = leave a steady step early
+  double SSVAppliedCurrent = 0;
+  double SSVSamplingRate = 0;           // Hz
+  double SSVAccum = 0;                  // readings averaged a point
+  std::int32_t SSVRef = 0;              // index into RefName
+  std::int32_t SSVRPM = 0;              // rpm
+  std::int32_t SSVSegment = 0;          // segments
+  std::int16_t SSVMinTime = 0;          // s at least on a step
+  std::int16_t SSVRecordNextTrack = 0;  // 1 = all points into the next track
 
-  double FFTFxmax = 0, FFTFymax = 0;
+  double FFTFxmax = 0;  // Hz, cut-off of the x column
+  double FFTFymax = 0;  // Hz, cut-off of the currents
 
-  double KLne = 0, KLVuse = 0, KLVrange = 0, KLElectrodeArea = 0, KLViscosity = 0, KLDm = 0;
-  double KLConc = 0;
-  std::int16_t KLMethod = 0, KLVariable = 0;
+  // Koutecky-Levich analysis.
+  double KLne = 0;             // electrons transferred
+  double KLVuse = 0;           // V
+  double KLVrange = 0;         // V
+  double KLElectrodeArea = 0;  // cm2
+  double KLViscosity = 0;      // cm2/s
+  double KLDm = 0;             // cm2/s
+  double KLConc = 0;           // mol/cm3
+  std::int16_t KLMethod = 0;
+  std::int16_t KLVariable = 0;
 
-  double O2CE = 0, O2VStep = 0, O2Vrange = 0;
-  double TaEred = 0, TaArea = 0;
+  double O2CE = 0;      // collection efficiency of the ring
+  double O2VStep = 0;   // V
+  double O2Vrange = 0;  // V
+  double TaEred = 0;    // V, equilibrium potential
+  double TaArea = 0;    // cm2
 
   std::string SoundFileName;
   std::int32_t PrevGraphDrawSetting = 0;  // 0 lines, 1 dots
 
-  std::int32_t ADBoard = 0;  // 0 port-mapped board, 1 AIO device, 2 PCI-9112
-  std::string DeviceName;
-  std::int32_t CardNumber = 0;
-  std::int16_t DynamicRange = 0;
-  std::int32_t GPIBControl = 0;  // 0 none, 1 serial converter, 2 bus board
-  std::int32_t GPIBAddress = 0;
-  std::int32_t FGKind = 0;
-  std::int32_t DABoard = 0;  // 0 none, 1 PCI-9112 analog output
-  std::string RPMvsVoltageFile;
-  std::int32_t PowerControl = 0;  // 0 none, 1 port-mapped output, 2 PCI-9112 digital output
+  // The devices: numbers of rows in the tables of devices/device_table.h.
+  std::int32_t ADBoard = 0;       // analog input board
+  std::string DeviceName;         // of the analog I/O board
+  std::int32_t CardNumber = 0;    // of the PCI-9112
+  std::int16_t DynamicRange = 0;  // PCI-9112: 0 = always the widest input range
+  std::int32_t GPIBControl = 0;   // link to the bus
+  std::int32_t GPIBAddress = 0;   // of the function generator
+  std::int32_t FGKind = 0;        // kept for the file; changes no command
+  std::int32_t DABoard = 0;       // motor's voltage; 0 = no rotation control
+  std::string RPMvsVoltageFile;   // rotation-rate calibration; a relative path starts at the home
+  std::int32_t PowerControl = 0;  // output that switches the outlets
 
   friend bool operator==(const Settings&, const Settings&) = default;
 };

@@ -127,16 +127,16 @@ const SettingRow kRows[] = {
     {"SoundFileName", &S::SoundFileName, "A:\\Windows\\MEDIA\\The Microsoft Sound.wav",
      "played at the end of a measurement"},
     {"PrevGraphDrawSetting", &S::PrevGraphDrawSetting, 0.0, "preview: 0 lines, 1 dots"},
-    {"ADBoard", &S::ADBoard, 0.0, "analog input: 0 port-mapped, 1 AD12-16U(PCI)E, 2 PCI-9112"},
+    {"ADBoard", &S::ADBoard, 0.0, "analog input"},
     {"DeviceName", &S::DeviceName, "AIO00", "name of the AD12-16U(PCI)E"},
     {"CardNumber", &S::CardNumber, kKept, "number of the PCI-9112"},
     {"DynamicRange", &S::DynamicRange, 0.0, "PCI-9112: switch input ranges, 0 or 1"},
-    {"GPIBControl", &S::GPIBControl, 0.0, "generator: 0 none, 1 serial converter, 2 bus board"},
+    {"GPIBControl", &S::GPIBControl, 0.0, "generator"},
     {"GPIBAddress", &S::GPIBAddress, 7.0, "bus address of the generator"},
     {"FGKind", &S::FGKind, 0.0, "model of the generator"},
-    {"DABoard", &S::DABoard, kKept, "rotation control: 0 none, 1 PCI-9112 analog output"},
+    {"DABoard", &S::DABoard, kKept, "rotation control"},
     {"RPMvsVoltageFile", &S::RPMvsVoltageFile, kKept, "rotation-rate calibration file"},
-    {"PowerControl", &S::PowerControl, 0.0, "outlets: 0 none, 1 printer port, 2 PCI-9112"},
+    {"PowerControl", &S::PowerControl, 0.0, "outlets"},
 };
 
 template <typename T>

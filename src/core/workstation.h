@@ -41,7 +41,6 @@ struct Workstation {
   std::int16_t running_flag = 0;
 
   double motor_voltage = 0;                       // V, last sent to analog-output channel 0
-  std::int32_t card_handle = -1;                  // PCI-9112; -1 = none registered
   std::vector<CalibrationPoint> rpm_calibration;  // in file order
 
   std::string FileTitle;  // name, without folder, of the track file last opened or saved

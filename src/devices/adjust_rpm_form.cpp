@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <numeric>
 
-#include "devices/calibration.h"
 #include "host/host.h"
 #include "text/format.h"
 #include "text/number.h"
@@ -85,7 +84,7 @@ void AdjustRpmForm::MotorOn() {
   motor_on_ = true;
   EnableDrive(true);
   instruments_.rotation.SwitchMotor(true);
-  instruments_.rotation.SetVoltage(tried_voltage_);
+  tried_voltage_ = instruments_.rotation.SetVoltage(tried_voltage_);
 }
 
 void AdjustRpmForm::MotorOff() {
@@ -99,8 +98,7 @@ void AdjustRpmForm::StepPoint(int direction) {
   if (direction < 0 && point_ > 0) --point_;
   if (direction > 0 && point_ + 1 < points.size()) ++point_;
   ShowPoint();
-  double rate = points[point_].rpm;
-  instruments_.rotation.SetRate(rate);
+  instruments_.rotation.SetRate(points[point_].rpm);
   tried_voltage_ = workstation_.motor_voltage;
   ShowVoltage();
 }
@@ -110,7 +108,7 @@ void AdjustRpmForm::StepVoltage(int direction) {
     // To the microvolt, so that many steps leave no tail of digits in the file.
     tried_voltage_ = RoundHalfEven((tried_voltage_ + direction * kVoltageStep) * 1e6) / 1e6;
   }
-  instruments_.rotation.SetVoltage(tried_voltage_);
+  tried_voltage_ = instruments_.rotation.SetVoltage(tried_voltage_);
   ShowVoltage();
 }
 

@@ -89,7 +89,7 @@ TEST_F(AnalogInputTest, CardIsRegisteredOnceUntilItIsClosed) {
   ASSERT_EQ(input.Open(), 0);
   ASSERT_EQ(input.Open(), 0);
   EXPECT_THAT(vendor.Take(), ElementsAre("Register_Card 22 1"));
-  EXPECT_EQ(bench.workstation.card_handle, 3);
+  EXPECT_EQ(bench.instruments.card.Handle(), 3);
   vendor.volts[2] = 1.5;
   EXPECT_EQ(input.Read(2), 1.5);
   EXPECT_EQ(input.LastProblem(), "");
@@ -98,7 +98,7 @@ TEST_F(AnalogInputTest, CardIsRegisteredOnceUntilItIsClosed) {
   EXPECT_THAT(input.LastProblem(), HasSubstr("status -4"));
   // Read by the card's number, released by its handle.
   input.Close();
-  EXPECT_EQ(bench.workstation.card_handle, -1);
+  EXPECT_FALSE(bench.instruments.card.Registered());
   EXPECT_EQ(input.Read(2), std::nullopt);
   ASSERT_EQ(input.Open(), 0);
   EXPECT_THAT(vendor.Take(),
@@ -109,11 +109,11 @@ TEST_F(AnalogInputTest, CardThatIsNotThereFailsToOpenAndMayComeLater) {
   vendor.register_result = -5;
   EXPECT_EQ(input.Open(), -5);
   EXPECT_THAT(input.LastProblem(), HasSubstr("card 1 could not be registered: status -5"));
-  EXPECT_EQ(bench.workstation.card_handle, -1);
+  EXPECT_FALSE(bench.instruments.card.Registered());
   EXPECT_EQ(input.Read(0), std::nullopt);
   vendor.register_result = 0;
   EXPECT_EQ(input.Open(), 0);
-  EXPECT_EQ(bench.workstation.card_handle, 0);
+  EXPECT_TRUE(bench.instruments.card.Registered());
 }
 
 TEST_F(AnalogInputTest, RangesFollowEachChannelOnItsOwn) {

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "devices/calibration.h"
+#include "devices/rotation.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zento;

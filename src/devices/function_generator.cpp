@@ -108,7 +108,7 @@ void FunctionGenerator::ProgrammePotentialStep(std::int32_t function,
 }
 
 void FunctionGenerator::OutputOn() {
-  on_address_ = workstation_.settings.GPIBAddress;
+  on_address_ = settings_.GPIBAddress;
   Send("A1");
 }
 
@@ -118,7 +118,7 @@ void FunctionGenerator::OutputOff() {
 }
 
 bool FunctionGenerator::Send(const std::string& command) {
-  return link_.Send(on_address_.value_or(workstation_.settings.GPIBAddress), command);
+  return link_.Send(on_address_.value_or(settings_.GPIBAddress), command);
 }
 
 }  // namespace zento

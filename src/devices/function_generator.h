@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/workstation.h"
+#include "core/settings.h"
 #include "devices/gpib.h"
 
 namespace zento {
@@ -16,8 +16,7 @@ namespace zento {
 // whatever the settings say meanwhile.
 class FunctionGenerator {
  public:
-  FunctionGenerator(Workstation& workstation, GpibLink& link)
-      : workstation_(workstation), link_(link) {}
+  FunctionGenerator(const Settings& settings, GpibLink& link) : settings_(settings), link_(link) {}
   FunctionGenerator(const FunctionGenerator&) = delete;
   FunctionGenerator& operator=(const FunctionGenerator&) = delete;
 
@@ -39,7 +38,7 @@ class FunctionGenerator {
  private:
   bool Send(const std::string& command);
 
-  Workstation& workstation_;
+  const Settings& settings_;
   GpibLink& link_;
   std::optional<std::int32_t> on_address_;
 };

@@ -2,22 +2,20 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 
-#include "core/workstation.h"
-#include "devices/vendor/tables.h"
+#include "devices/device_table.h"
 
 namespace zento {
 
-// The link to the instruments on the bus: a converter on the serial port, or a bus board.
-// Settings::GPIBControl says which; a change counts from the next InitialiseLink, so that a running
-// generator is switched off over the link that switched it on.
+// The link to the instruments on the bus that Settings::GPIBControl chooses. A change of it counts
+// from the next InitialiseLink, so that a running generator is switched off over the link that
+// switched it on.
 class GpibLink {
  public:
-  GpibLink(Workstation& workstation, vendor::Libraries& libraries)
-      : workstation_(workstation), bus_(libraries.gpib), serial_(libraries.serial) {}
+  explicit GpibLink(const DeviceParts& parts)
+      : settings_(parts.settings), link_(kBusLinks, &Settings::GPIBControl, parts) {}
   GpibLink(const GpibLink&) = delete;
   GpibLink& operator=(const GpibLink&) = delete;
 
@@ -36,7 +34,7 @@ class GpibLink {
   const std::string& status_text() const { return status_text_; }
 
   // Settings::GPIBControl of the last successful InitialiseLink; before any, as it is now.
-  std::int32_t Control() const { return control_.value_or(workstation_.settings.GPIBControl); }
+  std::int32_t Control() const { return link_.Number(); }
 
   // Told every command that is about to be sent, without the link's framing.
   std::function<void(std::string_view command)> on_command;
@@ -44,17 +42,14 @@ class GpibLink {
   std::function<void(std::string_view command, const std::string& why)> on_failure;
 
  private:
-  std::int32_t Initialise(std::int32_t control);
-  std::int32_t InitialiseBoard(std::string& text);
-  std::int32_t InitialiseSerial();
-  bool SendOnBoard(std::int32_t address, std::string_view command);
-  bool SendOnSerial(std::int32_t address, std::string_view command);
-
-  Workstation& workstation_;
-  vendor::Gpib& bus_;
-  vendor::SerialLine& serial_;
-  std::optional<std::int32_t> control_;
+  const Settings& settings_;
+  ChosenDevice<BusLink> link_;
   std::string status_text_;
 };
+
+// Puts what the bus board's `function` meant by returning `code` into `text`, for a person. Returns
+// 1 when the code reports an error, 0 when it does not: the low byte is the outcome (3 and above
+// are errors), the other bytes tell what arrived meanwhile.
+std::int32_t CheckGpibStatus(std::string_view function, std::int32_t code, std::string& text);
 
 }  // namespace zento

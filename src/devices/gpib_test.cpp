@@ -5,7 +5,6 @@
 
 #include <tuple>
 
-#include "devices/gpib_status.h"
 #include "support/fake_vendor.h"
 
 namespace zento {

@@ -1,24 +1,44 @@
 #include "devices/instruments.h"
 
 #include <memory>
-#include <string>
-#include <string_view>
 #include <utility>
 
 #include "devices/adjust_rpm_form.h"
 #include "devices/power_form.h"
+#include "host/host.h"
 
 namespace zento {
+namespace {
+
+template <std::size_t count, typename Device>
+std::string Names(const DeviceRow<Device> (&rows)[count]) {
+  std::string names;
+  for (std::size_t i = 0; i < count; ++i) {
+    names += (i == 0 ? "" : ", ") + std::to_string(i) + " " + std::string(rows[i].name);
+  }
+  return names;
+}
+
+}  // namespace
+
+std::string DeviceNames(std::int32_t Settings::*setting) {
+  if (setting == &Settings::ADBoard) return Names(kInputBoards);
+  if (setting == &Settings::DABoard) return Names(kMotorOutputs);
+  if (setting == &Settings::PowerControl) return Names(kOutletOutputs);
+  if (setting == &Settings::GPIBControl) return Names(kBusLinks);
+  return {};
+}
 
 Instruments::Instruments(Workstation& workstation, Host& host, vendor::Libraries vendor_tables)
     : libraries(std::move(vendor_tables)),
-      card(workstation, libraries.dask),
-      analog_input(workstation, libraries, card),
-      analog_output(workstation, libraries, card),
-      digital_output(workstation, libraries, card),
-      gpib(workstation, libraries),
-      generator(workstation, gpib),
-      rotation(workstation, host, analog_output, digital_output) {
+      card(workstation.settings, libraries.dask),
+      analog_input({workstation.settings, libraries, card}),
+      analog_output({workstation.settings, libraries, card}),
+      outlets({workstation.settings, libraries, card}),
+      gpib({workstation.settings, libraries, card}),
+      generator(workstation.settings, gpib),
+      rotation(workstation, analog_output, outlets) {
+  outlets.on_refused = [&host] { host.dialogs.Message("DigitalOut Board Trouble!"); };
   RunLog& log = workstation.run_log;
   gpib.on_command = [&log](std::string_view command) { log.BusCommand(command); };
   gpib.on_failure = [&log](std::string_view command, const std::string& why) {
@@ -29,13 +49,17 @@ Instruments::Instruments(Workstation& workstation, Host& host, vendor::Libraries
 void Instruments::Release() {
   analog_input.Close();
   analog_output.Release();
-  digital_output.Release();
+  outlets.Release();
 }
 
 void RegisterDeviceForms(Desktop& desktop, Workstation& workstation, Host& host,
                          Instruments& instruments) {
+  // The motor is switched without its window, which then has to follow.
+  instruments.outlets.on_change = [&desktop] {
+    if (auto* const power = desktop.FindAs<PowerForm>("frmPower")) power->ShowOutlets();
+  };
   desktop.Register("frmPower", [&host, &instruments] {
-    return std::make_unique<PowerForm>(host, instruments.digital_output);
+    return std::make_unique<PowerForm>(host, instruments.outlets);
   });
   desktop.Register("frmAdjustRPM", [&workstation, &host, &instruments] {
     return std::make_unique<AdjustRpmForm>(workstation, host, instruments);

@@ -3,15 +3,17 @@
 #include "core/workstation.h"
 #include "devices/analog_input.h"
 #include "devices/analog_output.h"
-#include "devices/digital_output.h"
 #include "devices/function_generator.h"
 #include "devices/gpib.h"
+#include "devices/outlets.h"
 #include "devices/pci_card.h"
-#include "devices/rpm_control.h"
+#include "devices/rotation.h"
 #include "devices/vendor/tables.h"
-#include "host/host.h"
 
 namespace zento {
+
+class Desktop;
+struct Host;
 
 // All devices of a workstation, over one set of vendor tables: a laboratory's libraries, the
 // simulated bench, or a test's counters and faults. Built once; nothing here opens a device.
@@ -28,7 +30,7 @@ struct Instruments {
   PciCard card;
   AnalogInput analog_input;
   AnalogOutput analog_output;
-  DigitalOutput digital_output;
+  Outlets outlets;
   GpibLink gpib;
   FunctionGenerator generator;
   RpmControl rotation;

@@ -38,14 +38,13 @@ TEST(MissingLibraries, FailWithTheirCause) {
   }
   EXPECT_NE(empty.analog_output.Open(), 0);
   EXPECT_EQ(empty.analog_output.LastProblem(), none.dask.missing);
-  double volts = 1;
-  empty.analog_output.Write(0, volts);
+  empty.analog_output.Write(0, 1);
   for (const auto& [control, cause] :
        {std::pair{2, none.dask.missing}, {1, none.port_io.missing}}) {
     settings.PowerControl = control;
-    EXPECT_NE(empty.digital_output.Open(), 0);
-    EXPECT_EQ(empty.digital_output.LastProblem(), cause);
-    empty.digital_output.Write(1);
+    EXPECT_FALSE(empty.outlets.Power(0, 1));
+    EXPECT_EQ(empty.outlets.LastProblem(), cause);
+    empty.outlets.Powerb(1);
   }
 }
 

@@ -15,22 +15,13 @@ using testing::IsEmpty;
 
 class OutputsTest : public testing::Test {
  protected:
-  double Sent(double volts) {
-    output.Write(0, volts);
-    return volts;
-  }
+  double Sent(double volts) { return output.Write(0, volts); }
   PowerForm* LoadPower() { return bench.machine.desktop.LoadAs<PowerForm>("frmPower"); }
-  // Switches one outlet; the outlet's bit or 0.
-  int Switch(int outlet, int sw) {
-    auto bit = static_cast<std::uint8_t>(sw);
-    LoadPower()->Power(outlet, bit);
-    return bit;
-  }
-
   DeviceBench bench;
   FakeVendor& vendor = bench.vendor;
   Settings& settings = bench.workstation.settings;
   AnalogOutput& output = bench.instruments.analog_output;
+  Outlets& outlets = bench.instruments.outlets;
 };
 
 TEST_F(OutputsTest, AnalogOutputClampsAndLeavesWhatWasSent) {
@@ -75,7 +66,7 @@ TEST_F(OutputsTest, MotorStaysInHandWhenTheSettingsAreEdited) {
   output.Release();
   Sent(2);
   EXPECT_THAT(vendor.Take(), ElementsAre("AO 3 0 1", "Release_Card 3"));
-  EXPECT_EQ(bench.workstation.card_handle, -1);
+  EXPECT_FALSE(bench.instruments.card.Registered());
 }
 
 TEST_F(OutputsTest, OneRegistrationServesInputAndOutputs) {
@@ -90,17 +81,17 @@ TEST_F(OutputsTest, OneRegistrationServesInputAndOutputs) {
 TEST_F(OutputsTest, PowerSwitchesOneOutlet) {
   ASSERT_NE(LoadPower(), nullptr);
   vendor.Take();
-  EXPECT_EQ(Switch(2, 3), 4);  // only the lowest bit counts
-  Switch(0, 1);
-  EXPECT_EQ(LoadPower()->state(), 5);
+  EXPECT_TRUE(outlets.Power(2, 3));  // only the lowest bit counts
+  EXPECT_TRUE(outlets.Power(0, 1));
+  EXPECT_EQ(outlets.state(), 5);
   EXPECT_EQ(LoadPower()->chkPower[2].value(), 1);
   EXPECT_EQ(LoadPower()->chkPower[1].value(), 0);
-  EXPECT_EQ(Switch(2, 2), 0);
+  EXPECT_TRUE(outlets.Power(2, 2));
   EXPECT_THAT(vendor.Take(), ElementsAre("DO 1 0 4", "DO 1 0 5", "DO 1 0 1"));
-  for (const int none : {5, -1}) EXPECT_EQ(Switch(none, 1), 1);
+  for (const int none : {5, -1}) EXPECT_TRUE(outlets.Power(none, 1));
   EXPECT_THAT(vendor.calls, IsEmpty());
-  LoadPower()->Powerb(0, 0x1F);  // to the port, whatever the outlets hang on
-  LoadPower()->PowerOff();
+  outlets.Powerb(0x1F);  // to the port, whatever the outlets hang on
+  outlets.PowerOff();
   EXPECT_THAT(vendor.Take(), ElementsAre("out 64 31", "DO 1 0 0"));
   EXPECT_EQ(LoadPower()->chkPower[0].value(), 0);
 }
@@ -108,8 +99,8 @@ TEST_F(OutputsTest, PowerSwitchesOneOutlet) {
 TEST_F(OutputsTest, PowerWithoutHardwareStillShowsItsState) {
   settings.PowerControl = 0;
   ASSERT_NE(LoadPower(), nullptr);
-  Switch(3, 1);
-  LoadPower()->Powerb(0, 1);
+  outlets.Power(3, 1);
+  outlets.Powerb(1);
   EXPECT_EQ(LoadPower()->chkPower[3].value(), 1);
   EXPECT_THAT(vendor.calls, IsEmpty());
 }
@@ -127,7 +118,7 @@ TEST_F(OutputsTest, ClickingABoxSwitchesAndClosingTheWindowDoesNot) {
   EXPECT_FALSE(desktop.Shown("frmPower"));
   ASSERT_NE(desktop.Show("frmPower"), nullptr);
   EXPECT_TRUE(desktop.Shown("frmPower"));
-  EXPECT_EQ(LoadPower()->state(), 18);
+  EXPECT_EQ(outlets.state(), 18);
   EXPECT_THAT(vendor.calls, IsEmpty());
   ASSERT_TRUE(LoadPower()->Find("chkPower", 1)->UserClick().ok());
   ASSERT_TRUE(LoadPower()->cmdPowerOff.UserClick().ok());
@@ -139,7 +130,7 @@ TEST_F(OutputsTest, OutletIsSwitchedOffByWhatSwitchedItOn) {
   settings.PowerControl = 1;
   settings.CardNumber = 2;
   vendor.Take();
-  LoadPower()->PowerOff();
+  outlets.PowerOff();
   EXPECT_THAT(vendor.Take(), ElementsAre("DO 1 0 0"));
 }
 

@@ -2,8 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "devices/adjust_rpm_form.h"
-#include "devices/calibration.h"
-#include "devices/power_form.h"
+#include "devices/rotation.h"
 #include "support/fake_vendor.h"
 
 namespace zento {
@@ -58,10 +57,7 @@ TEST(Calibration, Interpolates) {
 
 class RotationTest : public testing::Test {
  protected:
-  std::int32_t Turn(std::int32_t rpm) {
-    rotation.SetRotation(rpm);
-    return rpm;
-  }
+  std::int32_t Turn(std::int32_t rpm) { return rotation.SetRotation(rpm); }
   AdjustRpmForm* LoadAdjust() {
     return bench.machine.desktop.LoadAs<AdjustRpmForm>("frmAdjustRPM");
   }
@@ -134,8 +130,8 @@ TEST_F(RotationTest, WithoutATableTheMotorIsOffAndWithoutControlNothingIsSent) {
 
 TEST_F(RotationTest, MotorThatCannotBeSwitchedOffGetsNoVoltage) {
   workstation.rpm_calibration[0] = {100, 0.2};
-  workstation.card_handle = 3;
-  bench.instruments.libraries.dask.DO_WritePort = nullptr;  // the power window does not load
+  ASSERT_EQ(bench.instruments.analog_output.Open(), 0);
+  bench.instruments.libraries.dask.DO_WritePort = nullptr;  // the outlets do not open
   EXPECT_EQ(Turn(400), 400);
   vendor.Take();
   Turn(0);
@@ -147,13 +143,7 @@ TEST_F(RotationTest, NudgesAddUpAndStayInRange) {
   ASSERT_EQ(bench.instruments.analog_output.Open(), 0);
   Turn(1000);
   vendor.Take();
-  double delta = 0.25;
-  rotation.Nudge(delta);
-  rotation.Nudge(delta);
-  delta = 9;
-  rotation.Nudge(delta);
-  delta = -9;
-  rotation.Nudge(delta);
+  for (const double delta : {0.25, 0.25, 9.0, -9.0}) rotation.Nudge(delta);
   EXPECT_THAT(Sent(), ElementsAre("AO 3 0 1.25", "AO 3 0 1.5", "AO 3 0 5", "AO 3 0 0"));
   EXPECT_EQ(workstation.motor_voltage, 0);
 }

@@ -9,8 +9,8 @@
 
 #include "core/run_log.h"
 #include "devices/function_generator.h"
-#include "devices/power_form.h"
-#include "devices/rpm_control.h"
+#include "devices/outlets.h"
+#include "devices/rotation.h"
 #include "host/mail_settings.h"
 #include "host/mail_text.h"
 #include "host/path_text.h"
@@ -170,7 +170,7 @@ void MacroInspector::CheckAction(int line, const MacroLine& what) {
     const double rpm = what.arguments[0].number;
     CheckRotation(line, {rpm, RateAsApplied(workstation_, rpm)});
   } else if (name == "Power") {
-    constexpr auto kOutlets = static_cast<double>(PowerForm::kOutlets);
+    constexpr auto kOutlets = static_cast<double>(Outlets::kCount);
     const double channel = what.arguments[0].number;
     if (workstation_.settings.PowerControl <= 0) {
       Problem(line, "there are no outlets that could be switched");

@@ -9,7 +9,6 @@
 #include <unordered_map>
 #include <utility>
 
-#include "devices/power_form.h"
 #include "measure/cv_form.h"
 #include "measure/rde_form.h"
 #include "measure/rpm_form.h"
@@ -120,23 +119,19 @@ ActionResult SetPotential(MacroContext& context, MacroArguments arguments) {
 }
 
 ActionResult MotorOn(MacroContext& context, MacroArguments arguments) {
-  auto rpm = ArgumentAs<std::int32_t>(arguments[0]);
-  context.instruments.rotation.SetRotation(rpm);
+  context.instruments.rotation.SetRotation(ArgumentAs<std::int32_t>(arguments[0]));
   return ActionResult::kDone;
 }
 
 ActionResult MotorOff(MacroContext& context, MacroArguments) {
-  std::int32_t rpm = 0;
-  context.instruments.rotation.SetRotation(rpm);
+  context.instruments.rotation.SetRotation(0);
   return ActionResult::kDone;
 }
 
 ActionResult SwitchPower(MacroContext& context, MacroArguments arguments) {
-  auto* const power = context.host.desktop.LoadAs<PowerForm>("frmPower");
-  if (power == nullptr) return ActionResult::kWindowRefused;
-  auto sw = ArgumentAs<std::uint8_t>(arguments[1]);
-  power->Power(ArgumentAs<std::int16_t>(arguments[0]), sw);
-  return ActionResult::kDone;
+  const bool opened = context.instruments.outlets.Power(ArgumentAs<std::int16_t>(arguments[0]),
+                                                        ArgumentAs<std::uint8_t>(arguments[1]));
+  return opened ? ActionResult::kDone : ActionResult::kWindowRefused;
 }
 
 ActionResult PlaySoundFile(MacroContext& context, MacroArguments arguments) {

@@ -265,9 +265,8 @@ void MacroInterpreter::MakeSafe(MacroOutcome::End end) {
   if (end == MacroOutcome::End::kCompleted) return;
   const bool measuring = workstation_.running_flag != 0;
   if (end == MacroOutcome::End::kStopped || !measuring) {
-    std::int32_t none = 0;
     Log("Rotation 0 rpm");
-    instruments_.rotation.SetRotation(none);
+    instruments_.rotation.SetRotation(0);
   }
   if (!measuring && instruments_.gpib.Control() > 0) instruments_.generator.OutputOff();
 }

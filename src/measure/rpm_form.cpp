@@ -202,7 +202,7 @@ bool frmMeasureRPMvsj::Began(const std::optional<Sample>& sample, double millis)
 bool frmMeasureRPMvsj::FollowRamp(double millis) {
   const double rpm = plan_.ramp.At(millis);
   const bool allowed = rpm >= 0 && rpm <= kHighestCommand;
-  std::int32_t command = allowed ? ToLong(std::floor(rpm)) : 0;
+  const std::int32_t command = allowed ? ToLong(std::floor(rpm)) : 0;
   // Not through the run, whose log would hold every step of it.
   instruments().rotation.SetRotation(command);
   return millis > plan_.ramp.DurationMillis() || plan_.ramp.Reached(rpm);

@@ -286,8 +286,7 @@ void MeasureForm::StartGenerator() {
 
 std::int32_t MeasureForm::SetRotation(std::int32_t rpm) {
   const bool log = std::exchange(logged_rpm_, rpm) != rpm;
-  std::int32_t applied = rpm;
-  instruments_.rotation.SetRotation(applied);
+  const std::int32_t applied = instruments_.rotation.SetRotation(rpm);
   if (log) {
     LogEvent("Rotation " + PlainNumber(rpm) + " rpm" +
              (applied == rpm

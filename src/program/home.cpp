@@ -6,7 +6,7 @@
 #include "core/home.h"
 #include "core/settings_file.h"
 #include "core/settings_table.h"
-#include "devices/calibration.h"
+#include "devices/rotation.h"
 #include "host/native/home.h"
 #include "sim/rotor.h"
 

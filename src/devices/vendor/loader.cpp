@@ -1,12 +1,21 @@
 #include "devices/vendor/loader.h"
 
-#include "devices/vendor/bind.h"
-#include "devices/vendor/library_search.h"
+#include "devices/vendor/platform.h"
 #include "devices/vendor/serial_port.h"
-#include "host/path_text.h"
 
 namespace zento::vendor {
 namespace {
+
+constexpr LibraryName kPciDask = {"ZENTO_PCI_DASK", "Pci-Dask.dll", "libpci_dask.so"};
+constexpr LibraryName kAio = {"ZENTO_API_AIO", "ApiAio.DLL", "libapiaio.so"};
+constexpr LibraryName kAddressHelper = {"ZENTO_VBADD32", "VBAdd32.dll", "libvbadd32.so"};
+constexpr LibraryName kGpib = {"ZENTO_API_GPIB1", "apigpib1.dll", "libapigpib1.so"};
+
+#ifdef _WIN32
+constexpr auto kPlatformFile = &LibraryName::windows_file;
+#else
+constexpr auto kPlatformFile = &LibraryName::linux_file;
+#endif
 
 // All of a table or nothing but the reason.
 template <typename Table>
@@ -23,7 +32,7 @@ Table Missing(const std::string& why) {
 }
 
 Dask LoadDask(const Surroundings& surroundings) {
-  const auto library = FindLibrary(surroundings, "ZENTO_PCI_DASK", kPciDaskFile);
+  const auto library = FindLibrary(surroundings, kPciDask);
   if (!library.ok()) return Missing<Dask>(library.why());
   Dask table;
   Binder binder(library.value());
@@ -39,13 +48,13 @@ Dask LoadDask(const Surroundings& surroundings) {
 // The library's records hold addresses in 32 bits, so it can only be used where addresses have
 // them.
 Aio LoadAio(const Surroundings& surroundings) {
-  const auto library = FindLibrary(surroundings, "ZENTO_API_AIO", kAioFile);
+  const auto library = FindLibrary(surroundings, kAio);
   if (!library.ok()) return Missing<Aio>(library.why());
   if (sizeof(void*) > sizeof(std::int32_t)) {
     return Missing<Aio>(TextFromPath(library.value().file()) +
                         " takes 32-bit addresses and needs the 32-bit program");
   }
-  const auto helper = FindLibrary(surroundings, "ZENTO_VBADD32", kAddressHelperFile);
+  const auto helper = FindLibrary(surroundings, kAddressHelper);
   if (!helper.ok()) return Missing<Aio>(helper.why());
   Aio table;
   Binder board(library.value());
@@ -60,7 +69,7 @@ Aio LoadAio(const Surroundings& surroundings) {
 }
 
 Gpib LoadGpib(const Surroundings& surroundings) {
-  const auto library = FindLibrary(surroundings, "ZENTO_API_GPIB1", kGpibFile);
+  const auto library = FindLibrary(surroundings, kGpib);
   if (!library.ok()) return Missing<Gpib>(library.why());
   Gpib table;
   Binder binder(library.value());
@@ -76,16 +85,13 @@ Gpib LoadGpib(const Surroundings& surroundings) {
 
 }  // namespace
 
-std::string Binder::TextOf(const std::filesystem::path& file) {
-  return TextFromPath(file);
-}
-
 Surroundings ThisMachine() {
   return {EnvironmentVariable, SystemLibraryFolders()};
 }
 
-Result<SharedLibrary> FindLibrary(const Surroundings& surroundings, const char* variable,
-                                  const char* file) {
+Result<SharedLibrary> FindLibrary(const Surroundings& surroundings, const LibraryName& name) {
+  const char* const variable = name.variable;
+  const char* const file = name.*kPlatformFile;
   std::error_code ignored;
   if (const auto named = surroundings.environment(variable)) {
     const std::filesystem::path path = PathFromText(*named);

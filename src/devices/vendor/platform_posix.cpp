@@ -1,18 +1,55 @@
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <termios.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <memory>
 #include <system_error>
 
 #include "devices/vendor/platform.h"
 
 namespace zento::vendor {
+namespace {
 
-const char* const kPciDaskFile = "libpci_dask.so";
-const char* const kAioFile = "libapiaio.so";
-const char* const kAddressHelperFile = "libvbadd32.so";
-const char* const kGpibFile = "libapigpib1.so";
+class PortDevice {
+ public:
+  explicit PortDevice(int file) : file_(file) {}
+  ~PortDevice() { close(file_); }
+  PortDevice(const PortDevice&) = delete;
+  PortDevice& operator=(const PortDevice&) = delete;
+
+  // A failed access reads as 0: no board is ever "done" with its conversion then.
+  std::uint8_t Input(std::uint16_t port) const {
+    std::uint8_t value = 0;
+    ssize_t count = 0;
+    do {
+      count = pread(file_, &value, 1, port);
+    } while (count < 0 && errno == EINTR);
+    return count == 1 ? value : 0;
+  }
+
+  void Output(std::uint16_t port, std::uint8_t value) const {
+    while (pwrite(file_, &value, 1, port) < 0 && errno == EINTR) {
+    }
+  }
+
+ private:
+  int file_;
+};
+
+std::string WhyNotOpened(const std::string& name, int error) {
+  if (name.front() != '/') return "ZENTO_PORT_IO: " + name + " is not a full path";
+  std::string why = "port device " + name + " cannot be opened: " + SystemErrorText(error);
+  if (error == EACCES || error == EPERM) {
+    why += " (access to I/O ports needs the rights of the system's administrator)";
+  }
+  return why;
+}
+
+}  // namespace
 
 Result<SharedLibrary> SharedLibrary::Open(const std::filesystem::path& file) {
   if (void* const handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
@@ -50,6 +87,23 @@ std::optional<std::string> EnvironmentVariable(const char* name) {
   const char* const value = std::getenv(name);
   if (value == nullptr || *value == '\0') return std::nullopt;
   return value;
+}
+
+PortIo LoadPortIo(const Surroundings& surroundings) {
+  const std::string name = surroundings.environment("ZENTO_PORT_IO").value_or("/dev/port");
+  PortIo table;
+  // Opening touches no port; whoever may open the device may use all ports.
+  const int file = name.front() == '/' ? open(name.c_str(), O_RDWR | O_CLOEXEC) : -1;
+  if (file < 0) {
+    table.missing = WhyNotOpened(name, errno);
+    return table;
+  }
+  const auto device = std::make_shared<PortDevice>(file);
+  table.PortInputByte = [device](std::uint16_t port) { return device->Input(port); };
+  table.PortOutputByte = [device](std::uint16_t port, std::uint8_t value) {
+    device->Output(port, value);
+  };
+  return table;
 }
 
 std::string SerialDevice(int port) {

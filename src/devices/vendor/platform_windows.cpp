@@ -29,11 +29,6 @@ std::string WhyNotLoaded(DWORD code) {
 
 }  // namespace
 
-const char* const kPciDaskFile = "Pci-Dask.dll";
-const char* const kAioFile = "ApiAio.DLL";
-const char* const kAddressHelperFile = "VBAdd32.dll";
-const char* const kGpibFile = "apigpib1.dll";
-
 Result<SharedLibrary> SharedLibrary::Open(const std::filesystem::path& file) {
   // What the library needs in turn is sought beside it and in the system's folder only.
   const HMODULE handle = LoadLibraryExW(
@@ -65,6 +60,21 @@ std::optional<std::string> EnvironmentVariable(const char* name) {
   std::wstring value(needed, L'\0');
   value.resize(GetEnvironmentVariableW(wide.c_str(), value.data(), needed));
   return FromWide(value);
+}
+
+PortIo LoadPortIo(const Surroundings& surroundings) {
+  PortIo table;
+  const auto library = FindLibrary(surroundings, {"ZENTO_PORT_IO", "PortIO.dll", nullptr});
+  if (!library.ok()) {
+    table.missing = library.why();
+    return table;
+  }
+  Binder binder(library.value());
+  binder.Bind("PortInputByte", table.PortInputByte).Bind("PortOutputByte", table.PortOutputByte);
+  if (binder.missing().empty()) return table;
+  PortIo empty;
+  empty.missing = binder.missing();
+  return empty;
 }
 
 std::string SerialDevice(int port) {

@@ -4,7 +4,7 @@
 
 #include "core/settings_file.h"
 #include "core/tables.h"
-#include "devices/calibration.h"
+#include "devices/rotation.h"
 #include "host/host.h"
 #include "text/number.h"
 #include "ui/main/information_sheet.h"
@@ -107,7 +107,7 @@ void frmControlPanel::CloseRequested() {
   Desktop& desktop = host().desktop;
   // Nobody watches a motor that was left turning, by hand or by a macro. Outlets that were never
   // touched are not touched now.
-  if (desktop.Find("frmPower") != nullptr) instruments_.rotation.SwitchMotor(false);
+  if (instruments_.outlets.InUse()) instruments_.rotation.SwitchMotor(false);
   desktop.Unload(kName);
   if (desktop.on_quit) desktop.on_quit();
 }

@@ -15,11 +15,7 @@ constexpr std::int32_t kLastAddress = 7;
 }  // namespace
 
 frmSettings::frmSettings(Workstation& workstation, Host& host)
-    : Form(host, kName, "Settings"),
-      opnFGControl(
-          *this, "opnFGControl",
-          {"No Control", "Controll by GPIB-232CT-A", "Controll by Contec GPIB Boards/9801-29n"}),
-      settings_(workstation.settings) {
+    : Form(host, kName, "Settings"), settings_(workstation.settings) {
   txtGPIBAddr.read_only = true;
   cmdOK.is_default = true;
   cmdOK.is_cancel = true;  // there is nothing to take back

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "core/workstation.h"
+#include "devices/device_table.h"
 #include "host/controls.h"
 #include "host/form.h"
 
@@ -18,18 +19,17 @@ class frmSettings : public Form {
   bool Load() override;
   LayoutNode Layout() override;
 
-  OptionGroup opnDevice{
-      *this, "opnDevice", {"Port-mapped 12-bit board", "AD12-16U(PCI)E", "PCI-9112"}};
+  OptionGroup opnDevice{*this, "opnDevice", Captions(kInputBoards)};
   TextBox txtDevice{*this, "txtDevice"};
   TextBox txtCardNumber{*this, "txtCardNumber"};
   CheckBox chkDynamicRange{*this, "chkDynamicRange", "Dynamic Range"};
-  OptionGroup opnFGControl;
+  OptionGroup opnFGControl{*this, "opnFGControl", Captions(kBusLinks)};
   TextBox txtGPIBAddr{*this, "txtGPIBAddr"};
   UpDown updAddr{*this, "updAddr"};
-  OptionGroup opnMotor{*this, "opnMotor", {"No Control", "Controlled by PCI-9112 DA Output"}};
+  OptionGroup opnMotor{*this, "opnMotor", Captions(kMotorOutputs)};
   TextBox txtRPMvsVoltageFile{*this, "txtRPMvsVoltageFile"};
   Button cmdRPMvsVoltOpen{*this, "cmdRPMvsVoltOpen", "Open"};
-  OptionGroup opnPowerControl{*this, "opnPowerControl", {"No Control", "Printer Port", "PCI-9112"}};
+  OptionGroup opnPowerControl{*this, "opnPowerControl", Captions(kOutletOutputs)};
   OptionGroup opnDrawMethod{*this, "opnDrawMethod", {"Line Connection", "Dots"}};
   TextBox txtSoundFileName{*this, "txtSoundFileName"};
   Button cmdOK{*this, "cmdOK", "OK"};

@@ -1,4 +1,4 @@
-#include "devices/calibration.h"
+#include "devices/rotation.h"
 
 #include <algorithm>
 
@@ -11,6 +11,7 @@ namespace zento {
 namespace {
 
 constexpr std::size_t kFewestPoints = 2;
+constexpr std::int16_t kMotorChannel = 0;
 
 bool ByRate(const CalibrationPoint& a, const CalibrationPoint& b) {
   return a.rpm < b.rpm;
@@ -102,6 +103,49 @@ std::optional<MotorPoint> InterpolateCalibration(std::span<const CalibrationPoin
 double LowestRate(std::span<const CalibrationPoint> points) {
   const auto lowest = std::min_element(points.begin(), points.end(), ByRate);
   return lowest == points.end() ? 0 : lowest->rpm;
+}
+
+std::optional<double> RateAsApplied(const Workstation& workstation, double rpm) {
+  if (workstation.settings.DABoard == 0) return std::nullopt;
+  const auto& calibration = workstation.rpm_calibration;
+  const std::optional<MotorPoint> point = InterpolateCalibration(calibration, rpm);
+  const bool off = workstation.settings.PowerControl > 0 && rpm < LowestRate(calibration);
+  return point && !off ? point->rpm : 0;
+}
+
+std::int32_t RpmControl::SetRotation(std::int32_t rpm) {
+  return ToLong(SetRate(rpm));
+}
+
+double RpmControl::SetRate(double rpm) {
+  if (output_.Board() == 0) return rpm;
+  const std::optional<MotorPoint> point = InterpolateCalibration(workstation_.rpm_calibration, rpm);
+  const bool too_slow = !point || rpm < LowestRate(workstation_.rpm_calibration);
+  if (outlets_.Control() > 0 && too_slow) {
+    Stop();
+    return rpm;
+  }
+  if (!point) return rpm;
+  SwitchMotor(true);
+  SetVoltage(point->volts);
+  return point->rpm;
+}
+
+void RpmControl::Stop() {
+  if (!SwitchMotor(false)) SetVoltage(0);
+}
+
+void RpmControl::Nudge(double delta) {
+  SetVoltage(std::clamp(workstation_.motor_voltage + delta, 0.0, AnalogOutput::kMostVolts));
+}
+
+double RpmControl::SetVoltage(double volts) {
+  workstation_.motor_voltage = output_.Write(kMotorChannel, volts);
+  return workstation_.motor_voltage;
+}
+
+bool RpmControl::SwitchMotor(bool on) {
+  return outlets_.Power(Outlets::kMotor, on ? 1 : 0);
 }
 
 }  // namespace zento

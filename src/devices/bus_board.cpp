@@ -1,7 +1,9 @@
-#include "devices/gpib_status.h"
+// The bus board, and what its library's codes mean.
 
 #include <algorithm>
 #include <array>
+
+#include "devices/gpib.h"
 
 namespace zento {
 namespace {
@@ -41,7 +43,56 @@ constexpr std::array kOutcomes = {
 
 constexpr std::uint32_t kFirstError = 3;
 
+class BusBoard final : public BusLink {
+ public:
+  explicit BusBoard(vendor::Gpib& bus) : bus_(bus) {}
+
+  bool Initialise(std::string& text) override {
+    if (!bus_.GpIni || !bus_.GpIfc || !bus_.GpRen || !bus_.GpTimeout || !bus_.GpBoardsts ||
+        !bus_.GpTalk || !bus_.GpExit) {
+      text = WhyMissing(bus_.missing, kIts);
+      return false;
+    }
+    bus_.GpExit();
+    if (CheckGpibStatus("GpIni", bus_.GpIni(), text) != 0) return false;
+    std::array<std::int32_t, 4> status{};
+    constexpr std::array<std::int32_t, 4> kItems = {10, 8, 12, 13};
+    for (std::size_t i = 0; i < kItems.size(); ++i) bus_.GpBoardsts(kItems[i], &status[i]);
+    if (status[0] == 0) {  // the board is the system's controller
+      if (CheckGpibStatus("GpIfc", bus_.GpIfc(1), text) != 0) return false;
+      if (CheckGpibStatus("GpRen", bus_.GpRen(), text) != 0) return false;
+    }
+    if (CheckGpibStatus("GpTimeout", bus_.GpTimeout(kTimeout), text) != 0) return false;
+    text = "初期化を終了しました。";
+    return true;
+  }
+
+  bool Send(std::int32_t address, std::string_view command, std::string& text) override {
+    if (command.empty()) return true;
+    if (!bus_.GpTalk) {
+      text = WhyMissing(bus_.missing, kIts);
+      return false;
+    }
+    // The count of numbers that follow, the board itself as talker, the listener.
+    const std::array<std::int32_t, 3> addresses = {2, 0, address};
+    const std::string line(command);
+    const std::int32_t code =
+        bus_.GpTalk(addresses.data(), static_cast<std::int32_t>(line.size()), line.c_str());
+    return CheckGpibStatus("GpTalk", code, text) == 0;
+  }
+
+ private:
+  static constexpr std::int32_t kTimeout = 10000;  // in the library's own unit
+  static constexpr const char* kIts = "bus board: its";
+
+  vendor::Gpib& bus_;
+};
+
 }  // namespace
+
+std::unique_ptr<BusLink> MakeBusBoard(const DeviceParts& parts) {
+  return std::make_unique<BusBoard>(parts.libraries.gpib);
+}
 
 std::int32_t CheckGpibStatus(std::string_view function, std::int32_t code, std::string& text) {
   const auto bits = static_cast<std::uint32_t>(code);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -8,6 +9,8 @@
 #include <vector>
 
 #include "core/workstation.h"
+#include "devices/analog_output.h"
+#include "devices/outlets.h"
 #include "text/status.h"
 
 namespace zento {
@@ -49,5 +52,41 @@ std::optional<MotorPoint> InterpolateCalibration(std::span<const CalibrationPoin
                                                  double rpm);
 // The lowest rate of the table, 0 when it is empty.
 double LowestRate(std::span<const CalibrationPoint> points);
+
+// The rate (rpm) at which the motor turns once it is told `rpm`: after the calibration's limits, 0
+// when it is switched off, nothing when the settings name no rotation control.
+std::optional<double> RateAsApplied(const Workstation& workstation, double rpm);
+
+// The rotating electrode's motor: its voltage on analog output 0, its supply on the motor's outlet.
+// Does nothing without rotation control.
+class RpmControl {
+ public:
+  RpmControl(Workstation& workstation, AnalogOutput& output, Outlets& outlets)
+      : workstation_(workstation), output_(output), outlets_(outlets) {}
+  RpmControl(const RpmControl&) = delete;
+  RpmControl& operator=(const RpmControl&) = delete;
+
+  // Turns at `rpm`, clamped to the calibration, and returns the rate that was applied (rounded). A
+  // rate below the calibration, 0 as a rule, switches the motor's outlet off and writes no voltage;
+  // without outlets the motor then runs at the lowest calibrated rate. When the outlets cannot be
+  // opened, the motor voltage goes to 0 instead.
+  std::int32_t SetRotation(std::int32_t rpm);
+  // The same for rates that are not whole.
+  double SetRate(double rpm);
+
+  // Adds `delta` V to the motor voltage, clamped to 0 to 5, and writes it.
+  void Nudge(double delta);
+  // Writes `volts` as the motor voltage and returns what was sent.
+  double SetVoltage(double volts);
+  // The motor's outlet. False when the outlets cannot be opened.
+  bool SwitchMotor(bool on);
+
+ private:
+  void Stop();
+
+  Workstation& workstation_;
+  AnalogOutput& output_;
+  Outlets& outlets_;
+};
 
 }  // namespace zento
