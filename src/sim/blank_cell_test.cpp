@@ -1,6 +1,6 @@
 // The double layer without a reaction, with the potentiostat around it, held against theory.
 
-#include "sim/blank_cell.h"
+#include "sim/cell.h"
 
 #include <gtest/gtest.h>
 
@@ -55,9 +55,9 @@ TEST(BlankCell, AStepDecaysWithItsTimeConstant) {
 }
 
 TEST(BlankCell, WithoutResistanceTheCurrentFollowsAtOnce) {
-  BlankCell cell({.resistance = 0.0}, 0.1);
-  EXPECT_NEAR(cell.Step(1e-3, {0.1001, 0}).disk, 20e-6 * 0.2827 * 1e-4 / 1e-3, 1e-18);
-  EXPECT_EQ(cell.Step(1e-3, {0.1001, 0}).disk, 0.0);
+  const auto cells = MakeCells(With({"cell=blank", "R_u=0"}), 0.1);
+  EXPECT_NEAR(cells[0]->Step(1e-3, {0.1001, 0}).disk, 20e-6 * 0.2827 * 1e-4 / 1e-3, 1e-18);
+  EXPECT_EQ(cells[0]->Step(1e-3, {0.1001, 0}).disk, 0.0);
 }
 
 }  // namespace

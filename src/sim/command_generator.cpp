@@ -5,12 +5,14 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "text/number.h"
 
 namespace zento::sim {
 namespace {
 
+constexpr double kForever = std::numeric_limits<double>::infinity();
 constexpr double kGreatestVolts = 10.0;
 constexpr std::string_view kMnemonics[] = {"STEP", "SR", "ED", "VF", "RT",
                                            "HT",   "YF", "ET", "F",  "A"};
@@ -31,7 +33,72 @@ Status Refuse(std::string_view what, std::string_view text) {
   return Status::Failure(std::string(what) + " '" + std::string(text.substr(0, 40)) + "'");
 }
 
+constexpr std::size_t kLongest = 4096;  // bytes of a line or a text; a real one has less memory
+
+// The whole of `text` as a number, or -1.
+int WholeNumber(std::string_view text) {
+  int value = -1;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  return error == std::errc() && stop == end ? value : -1;
+}
+
 }  // namespace
+
+void Programme::Hold(double seconds) {
+  if (seconds > 0.0) corners_.push_back({Length() + seconds, corners_.back().volts});
+}
+
+void Programme::Jump(double volts) {
+  if (volts != corners_.back().volts) corners_.push_back({Length(), volts});
+}
+
+void Programme::Ramp(double volts, double volts_per_second) {
+  const double distance = std::abs(volts - corners_.back().volts);
+  if (distance == 0.0) return;
+  if (!(volts_per_second > 0.0)) {
+    Hold(kForever);
+  } else {
+    corners_.push_back({Length() + distance / volts_per_second, volts});
+  }
+}
+
+bool Programme::Loops() const {
+  return loop_ && std::isfinite(Length()) && Period() > kInstant;
+}
+
+double Programme::At(double seconds) const {
+  if (Loops() && seconds >= Length()) {
+    const double begin = corners_[*loop_].seconds;
+    return Interpolate(begin + std::fmod(seconds - begin, Period()));
+  }
+  return Interpolate(seconds);
+}
+
+double Programme::Interpolate(double seconds) const {
+  const auto next = std::ranges::upper_bound(corners_, seconds, {}, &Corner::seconds);
+  if (next == corners_.begin()) return next->volts;
+  const Corner& from = *(next - 1);
+  if (next == corners_.end() || next->volts == from.volts) return from.volts;
+  const double share = (seconds - from.seconds) / (next->seconds - from.seconds);
+  return from.volts + share * (next->volts - from.volts);
+}
+
+double Programme::NextCorner(double seconds) const {
+  const double after = seconds + kInstant;
+  const auto next = std::ranges::upper_bound(corners_, after, {}, &Corner::seconds);
+  if (next != corners_.end()) return next->seconds;
+  if (!Loops()) return kForever;
+  // In the pass of the loop that is running then; where rounding puts all of its corners behind,
+  // the next pass's first.
+  const double begin = corners_[*loop_].seconds;
+  const double turn = begin + std::floor((after - begin) / Period()) * Period();
+  for (std::size_t i = *loop_ + 1; i < corners_.size(); ++i) {
+    const double corner = turn + (corners_[i].seconds - begin);
+    if (corner > after) return corner;
+  }
+  return turn + Period() + (corners_[*loop_ + 1].seconds - begin);
+}
 
 Status CommandGenerator::Send(std::string_view line, double late) {
   while (!line.empty() && (line.back() == '\r' || line.back() == '\n')) line.remove_suffix(1);
@@ -143,7 +210,47 @@ Programme CommandGenerator::Compile(const Function& function) const {
 }
 
 double CommandGenerator::UntilCorner() const {
-  return on_ ? player_.UntilCorner() : std::numeric_limits<double>::infinity();
+  return on_ ? player_.UntilCorner() : kForever;
+}
+
+void SerialConverter::Receive(std::string_view bytes) {
+  while (!bytes.empty()) {
+    if (expected_ > 0) {
+      const std::size_t taken = std::min(expected_, bytes.size());
+      pending_ += bytes.substr(0, taken);
+      bytes.remove_prefix(taken);
+      expected_ -= taken;
+      if (expected_ == 0) EndText();
+      continue;
+    }
+    const char byte = bytes.front();
+    bytes.remove_prefix(1);
+    if (byte == '\r' || byte == '\n') {
+      EndLine();
+    } else if (pending_.size() < kLongest) {
+      pending_ += byte;
+    }
+  }
+}
+
+void SerialConverter::EndLine() {
+  const std::string line = std::exchange(pending_, {});
+  constexpr std::string_view kWrite = "WRT #";
+  const std::size_t comma = line.find(',');
+  if (!line.starts_with(kWrite) || comma == std::string::npos || comma < kWrite.size()) return;
+  const std::string_view view = line;
+  const int count = WholeNumber(view.substr(kWrite.size(), comma - kWrite.size()));
+  address_ = WholeNumber(view.substr(comma + 1));
+  if (count > 0 && static_cast<std::size_t>(count) <= kLongest && address_ >= 0) {
+    expected_ = static_cast<std::size_t>(count);
+  }
+}
+
+void SerialConverter::EndText() {
+  const std::string text = std::exchange(pending_, {});
+  std::string_view view = text;
+  while (view.ends_with('\r') || view.ends_with('\n')) view.remove_suffix(1);
+  if (!view.empty()) talk_(address_, view);
 }
 
 }  // namespace zento::sim

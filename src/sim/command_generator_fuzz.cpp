@@ -5,8 +5,6 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "sim/serial_converter.h"
-
 // Arbitrary bytes as command lines, directly and through the serial converter; whatever programme
 // comes out of them must play.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -4,7 +4,6 @@
 
 #include <cmath>
 
-#include "sim/serial_converter.h"
 #include "sim/test_support.h"
 
 namespace zento::sim {

@@ -13,11 +13,14 @@ CoupleCell::CoupleCell(const Settings& settings, double volts)
       interface_(settings.capacitance * settings.area, settings.resistance, volts) {}
 
 CoupleCell::Rates CoupleCell::RatesAt(double interface_volts) const {
+  // k_b/k_f = e^x at every potential: together they obey Nernst.
   const double x = per_volt_ * (interface_volts - settings_.formal_potential);
   const double cathodic = settings_.rate_constant * BoundedExp(-settings_.transfer * x);
   return {cathodic * BoundedExp(x), cathodic};
 }
 
+// J = (k_b alpha_R - k_f alpha_O)/N with N = 1 + k_b beta_R + k_f beta_O; the slope is its quotient
+// rule, dJ/dE = (k_b' (alpha_R - J beta_R) - k_f' (alpha_O + J beta_O))/N.
 Interface::Faradaic CoupleCell::FaradaicAt(double interface_volts) const {
   const auto [anodic, cathodic] = RatesAt(interface_volts);
   const double denominator = 1.0 + anodic * red_surface_.beta + cathodic * ox_surface_.beta;
@@ -31,6 +34,7 @@ Interface::Faradaic CoupleCell::FaradaicAt(double interface_volts) const {
 }
 
 Currents CoupleCell::Step(double dt, const Drive& drive) {
+  // The flux follows a jump of the command as 1/sqrt(t), where a second-order step would ring.
   if (std::abs(drive.volts - interface_.command()) > kJump) {
     red_.Restart();
     ox_.Restart();

@@ -62,11 +62,14 @@ DiffusionLayer::DiffusionLayer(double diffusion, double bulk, double viscosity)
 }
 
 void DiffusionLayer::BuildGrid() {
+  // x_1 = a (e^g - 1) = a / 4 is half a diffusion length of the shortest step. At six lengths
+  // sqrt(D t) of the longest hold, erfc(3) = 2e-5 of a change at the electrode has arrived.
   const double a = 0.5 * std::sqrt(diffusion_ * kShortestStep) / 0.25;
   const double end = 6.0 * std::sqrt(diffusion_ * kLongestHold);
   nodes_ = static_cast<int>(std::ceil(std::log1p(end / a) / kGrowth));
   const auto place = [&](double j) { return a * std::expm1(kGrowth * j); };
   for (int j = 0; j <= nodes_; ++j) x_.push_back(place(j));
+  // From face to face; the first volume begins at the electrode.
   for (int j = 0; j < nodes_; ++j) {
     volume_.push_back(place(j + 0.5) - (j == 0 ? 0.0 : place(j - 0.5)));
   }
@@ -77,6 +80,10 @@ void DiffusionLayer::BuildGrid() {
   }
 }
 
+// Between two nodes the steady flux F = -D e^phi dc/dx is the same everywhere, so that it is
+// D (c_j - c_(j+1)) over the integral of e^(-phi) between them. Seen from node i it is weighted
+// with the e^(-phi_i) in front of the self-adjoint form, which makes the conductance to the right
+// of j and the one to the left of j+1 two numbers over the same integral.
 void DiffusionLayer::BuildConductances() {
   // In units of the convective length, phi is the cube of the distance.
   const double length =
@@ -109,6 +116,12 @@ void DiffusionLayer::SetRotation(double omega) {
   BuildConductances();
 }
 
+// Node j balances storage and exchange, V the volume, L and R the conductances:
+//   V/dt (w0 c_j - w1 c_j^now + w2 c_j^before) = L (c_(j-1) - c_j) + R (c_(j+1) - c_j).
+// With c_(j+1) = inner_(j+1) c_j + q_(j+1) from its outer neighbour (inner = 0 in the bulk) it
+// takes the same form itself. This computes what does not depend on the concentrations, which
+// serves all steps of one length. At the electrode L is 0 and the flux J comes in its place, so c_0
+// = q_0 - beta J with the last inverse as beta.
 void DiffusionLayer::Factor(double dt, double weight0, double weight1, double weight2) {
   double inner_next = 0.0;
   for (int j = active_ - 1; j >= 0; --j) {
@@ -127,6 +140,9 @@ void DiffusionLayer::Factor(double dt, double weight0, double weight1, double we
 DiffusionLayer::Surface DiffusionLayer::Begin(double dt) {
   const double ratio = first_order_steps_ > 0 ? 0.0 : dt / last_dt_;
   if (dt != factored_dt_ || ratio != factored_ratio_) {
+    // Backward differences of second order with steps in the ratio r (Hairer, Norsett and Wanner,
+    // Solving Ordinary Differential Equations I, 2nd ed. 1993, section III.5); r = 0 leaves the
+    // first order.
     Factor(dt, (1 + 2 * ratio) / (1 + ratio), 1 + ratio, ratio * ratio / (1 + ratio));
     factored_dt_ = dt;
     factored_ratio_ = ratio;
@@ -140,6 +156,7 @@ DiffusionLayer::Surface DiffusionLayer::Begin(double dt) {
   return {q, beta_};
 }
 
+// Back from the electrode to the bulk. The older profile's memory takes the new one.
 void DiffusionLayer::Finish(double flux) {
   now_.swap(before_);
   double c = q_[0] - beta_ * flux;

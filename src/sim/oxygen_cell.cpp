@@ -22,13 +22,16 @@ OxygenCell::OxygenCell(const Settings& settings, double volts)
       peroxide_(settings.diffusion_peroxide, 0.0, settings.viscosity),
       interface_(settings.capacitance * settings.area, settings.resistance, volts) {}
 
+// Oxygen: J = k c(0) and c(0) = alpha - beta J give J = k alpha/(1 + k beta), and dJ/dE = k'/k
+// times J/(1 + k beta). Peroxide, of which x J is made: J_back = k_p (alpha_p + beta_p (x J -
+// J_back)).
 OxygenCell::Reaction OxygenCell::ReactionAt(double interface_volts) const {
   const double per_volt = std::numbers::ln10 / settings_.slope;
   const double k = settings_.rate_constant * BoundedExp(-per_volt * (interface_volts - kReference));
-  const double hindrance = 1.0 + k * oxygen_surface_.beta;
+  const double denominator = 1.0 + k * oxygen_surface_.beta;
   Reaction reaction{};
-  reaction.oxygen = k * oxygen_surface_.alpha / hindrance;
-  reaction.oxygen_slope = -per_volt * reaction.oxygen / hindrance;
+  reaction.oxygen = k * oxygen_surface_.alpha / denominator;
+  reaction.oxygen_slope = -per_volt * reaction.oxygen / denominator;
   if (!HasOxidation()) return reaction;
   const double back_per_volt = std::numbers::ln10 / kBackSlope;
   const double back =
@@ -41,7 +44,8 @@ OxygenCell::Reaction OxygenCell::ReactionAt(double interface_volts) const {
   return reaction;
 }
 
-// The ring's lag, exact for what arrives on a straight line during the step.
+// The ring's lag, lag dI/dt = I_in - I, solved exactly for an I_in that arrives on a straight line
+// during the step: the line, lag times its slope behind, and an exponential towards that.
 double OxygenCell::Collect(double dt, double amperes) {
   if (settings_.ring_lag <= 0.0) return amperes;
   if (dt != dt_) {

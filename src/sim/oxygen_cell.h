@@ -2,7 +2,6 @@
 
 #include "sim/cell.h"
 #include "sim/diffusion.h"
-#include "sim/interface.h"
 
 namespace zento::sim {
 

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-
-#include "sim/cells.h"
+#include <limits>
 
 namespace zento::sim {
 namespace {
@@ -17,7 +16,47 @@ constexpr double kSettling = 0.05;  // s after a jump in which steps grow slowly
 constexpr double kSlowGrowth = 1.05;
 constexpr double kGrowth = 2.0;  // below 1 + sqrt(2), where variable second-order steps are stable
 
+Programme OwnProgramme(const Parameters& parameters) {
+  const double rate = parameters.own_rate / 1000;
+  Programme programme(parameters.own_first);
+  const auto cycle = [&] {
+    programme.Ramp(parameters.own_second, rate);
+    programme.Ramp(parameters.own_third, rate);
+    programme.Ramp(parameters.own_first, rate);
+  };
+  if (parameters.own_cycles == 0) {
+    programme.Hold(parameters.own_delay);
+    programme.BeginLoop();
+    cycle();
+  } else {
+    programme.BeginLoop();
+    programme.Hold(parameters.own_delay);
+    for (int i = 0; i < static_cast<int>(parameters.own_cycles); ++i) cycle();
+  }
+  return programme;
+}
+
 }  // namespace
+
+Potentiostat::Potentiostat(const Parameters& parameters)
+    : has_own_(parameters.own != 0), rest_(parameters.rest_potential) {
+  if (has_own_) own_.Start(OwnProgramme(parameters));
+}
+
+void Potentiostat::Advance(double dt) {
+  generator_.Advance(dt);
+  own_.Advance(dt);
+}
+
+double Potentiostat::VoltsAfter(double dt) const {
+  if (generator_.output_on()) return generator_.VoltsAfter(dt);
+  return has_own_ ? own_.VoltsAfter(dt) : rest_;
+}
+
+double Potentiostat::UntilCorner() const {
+  if (generator_.output_on()) return generator_.UntilCorner();
+  return has_own_ ? own_.UntilCorner() : std::numeric_limits<double>::infinity();
+}
 
 Plant::Plant(const Parameters& parameters, Random& random)
     : disk_range_(parameters.disk_range),
@@ -61,6 +100,9 @@ void Plant::SetMotorPower(bool on) {
   since_event_ = 0.0;
 }
 
+// A step is as long as its consequences are smooth: shortest at a jump of the command, growing from
+// there, at most what the sweep's slope and (where nobody watched) the time since the last event
+// allow, and cut to end on the programme's next corner.
 double Plant::ChooseStep(double behind) {
   ends_on_corner_ = false;
   const double soon = potentiostat_.VoltsAfter(kShortest);

@@ -5,12 +5,35 @@
 #include <vector>
 
 #include "sim/cell.h"
+#include "sim/command_generator.h"
 #include "sim/parameters.h"
-#include "sim/potentiostat.h"
 #include "sim/random.h"
 #include "sim/rotor.h"
 
 namespace zento::sim {
+
+// What commands the cell's potential: the function generator while its output is on; else, if it
+// is set to, the potentiostat's own programme, which has been running since the bench was switched
+// on; else the rest potential.
+class Potentiostat {
+ public:
+  explicit Potentiostat(const Parameters& parameters);
+
+  CommandGenerator& generator() { return generator_; }
+  const CommandGenerator& generator() const { return generator_; }
+
+  void Advance(double dt);
+  // Volts against the reference `dt` seconds from now.
+  double VoltsAfter(double dt) const;
+  // Seconds until the potential turns or jumps; may be infinite.
+  double UntilCorner() const;
+
+ private:
+  CommandGenerator generator_;
+  bool has_own_;
+  double rest_;
+  Player own_;
+};
 
 // The cell with everything that acts on it, carried through time in steps of its own choosing: 20
 // us after a jump of the command and growing from there, never more than 1 ms or 0.4 mV of sweep

@@ -20,6 +20,7 @@ void Rotor::Advance(double dt, Random& random) {
   }
   rpm_ = target + (rpm_ - target) * kept_;
   const double noise = target > 0.0 ? noise_ : 0.0;
+  // What the wandering forgets in a step it gains anew, so that its variance stays noise^2.
   wander_ *= kept_;
   if (noise > 0.0) wander_ += noise * std::sqrt(1.0 - kept_ * kept_) * random.Gaussian();
   // A bearing's friction ends what an exponential would not.

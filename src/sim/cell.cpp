@@ -1,14 +1,33 @@
-#include "sim/cells.h"
+#include "sim/cell.h"
 
-#include "sim/blank_cell.h"
 #include "sim/couple_cell.h"
 #include "sim/oxygen_cell.h"
 
 namespace zento::sim {
 namespace {
 
+// A polarisable electrode in an electrolyte where nothing reacts: a double layer behind an
+// uncompensated resistance, and no ring. With tau = R_u C_dl A, a ramp of v (V/s) is answered by
+// I = C_dl A v (1 - e^(-t/tau)), a step of dE by I = dE/R_u e^(-t/tau) (Bard and Faulkner,
+// Electrochemical Methods, 2nd ed. 2001, eqs. 1.2.15 and 1.2.6).
+class BlankCell final : public Cell {
+ public:
+  // Farads and ohms of the whole electrode. At rest at `volts`.
+  BlankCell(double capacitance, double resistance, double volts)
+      : interface_(capacitance, resistance, volts) {}
+
+  Currents Step(double dt, const Drive& drive) override {
+    const auto nothing_reacts = [](double) { return Interface::Faradaic{0.0, 0.0}; };
+    return {interface_.Step(dt, drive.volts, nothing_reacts).charging, 0.0};
+  }
+
+ private:
+  Interface interface_;
+};
+
 constexpr int kArraySize = 10;
 
+// In the units of the cells: mol/cm3 from mmol/L, F from uF, V from mV, s from ms.
 CoupleCell::Settings CoupleSettings(const Parameters& p) {
   CoupleCell::Settings settings;
   settings.electrons = p.electrons;
@@ -54,9 +73,8 @@ std::vector<std::unique_ptr<Cell>> MakeCells(const Parameters& parameters, doubl
     return cells;
   }
   if (parameters.Kind() == kBlank) {
-    const BlankCell::Settings settings{parameters.area, parameters.capacitance * 1e-6,
-                                       parameters.resistance};
-    cells.push_back(std::make_unique<BlankCell>(settings, volts));
+    cells.push_back(std::make_unique<BlankCell>(parameters.capacitance * 1e-6 * parameters.area,
+                                                parameters.resistance, volts));
     return cells;
   }
   CoupleCell::Settings settings = CoupleSettings(parameters);
