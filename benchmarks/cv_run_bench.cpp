@@ -26,7 +26,6 @@ void DefaultVoltammogram(benchmark::State& state) {
     Instruments instruments(ws, machine.host, bench.Libraries());
     machine.desktop.Register("Graph1",
                              [&] { return std::make_unique<Graph>(machine.host, "Graph1"); });
-    RegisterDeviceForms(machine.desktop, ws, machine.host, instruments);
     RegisterMeasureForms(machine.desktop, ws, machine.host, instruments);
     ApplyDefaultSettings(ws);
     ws.settings.ADBoard = 2;

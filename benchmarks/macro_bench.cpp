@@ -17,6 +17,7 @@
 #include "measure/measure_forms.h"
 #include "sim/bench.h"
 #include "text/lines.h"
+#include "ui/main/device_forms.h"
 
 namespace {
 

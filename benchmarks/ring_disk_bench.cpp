@@ -22,7 +22,6 @@ constexpr std::array<std::uint8_t, 5> kChannels = {0, 1, 2, 3, 4};
 
 struct Laboratory {
   explicit Laboratory(const sim::Parameters& parameters) : bench(machine.clock, parameters) {
-    RegisterDeviceForms(machine.desktop, ws, machine.host, instruments);
     SetAllToDefaults(ws.settings);
     ws.settings.ADBoard = 2;
     ws.settings.GPIBControl = 2;

@@ -1,10 +1,7 @@
 #include "devices/instruments.h"
 
-#include <memory>
 #include <utility>
 
-#include "devices/adjust_rpm_form.h"
-#include "devices/power_form.h"
 #include "host/host.h"
 
 namespace zento {
@@ -50,20 +47,6 @@ void Instruments::Release() {
   analog_input.Close();
   analog_output.Release();
   outlets.Release();
-}
-
-void RegisterDeviceForms(Desktop& desktop, Workstation& workstation, Host& host,
-                         Instruments& instruments) {
-  // The motor is switched without its window, which then has to follow.
-  instruments.outlets.on_change = [&desktop] {
-    if (auto* const power = desktop.FindAs<PowerForm>("frmPower")) power->ShowOutlets();
-  };
-  desktop.Register("frmPower", [&host, &instruments] {
-    return std::make_unique<PowerForm>(host, instruments.outlets);
-  });
-  desktop.Register("frmAdjustRPM", [&workstation, &host, &instruments] {
-    return std::make_unique<AdjustRpmForm>(workstation, host, instruments);
-  });
 }
 
 }  // namespace zento

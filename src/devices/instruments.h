@@ -12,7 +12,6 @@
 
 namespace zento {
 
-class Desktop;
 struct Host;
 
 // All devices of a workstation, over one set of vendor tables: a laboratory's libraries, the
@@ -35,9 +34,5 @@ struct Instruments {
   FunctionGenerator generator;
   RpmControl rotation;
 };
-
-// Makes frmPower and frmAdjustRPM known to the desktop. All arguments outlive it.
-void RegisterDeviceForms(Desktop& desktop, Workstation& workstation, Host& host,
-                         Instruments& instruments);
 
 }  // namespace zento

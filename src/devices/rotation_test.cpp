@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "devices/adjust_rpm_form.h"
 #include "devices/rotation.h"
 #include "support/fake_vendor.h"
 
@@ -58,9 +57,6 @@ TEST(Calibration, Interpolates) {
 class RotationTest : public testing::Test {
  protected:
   std::int32_t Turn(std::int32_t rpm) { return rotation.SetRotation(rpm); }
-  AdjustRpmForm* LoadAdjust() {
-    return bench.machine.desktop.LoadAs<AdjustRpmForm>("frmAdjustRPM");
-  }
   // The calls without the registration and configuration of the boards.
   std::vector<std::string> Sent() {
     std::vector<std::string> sent;
@@ -139,6 +135,20 @@ TEST_F(RotationTest, MotorThatCannotBeSwitchedOffGetsNoVoltage) {
   EXPECT_EQ(workstation.motor_voltage, 0);
 }
 
+TEST_F(RotationTest, PlansApplyTheRatesThatTheMotorWill) {
+  workstation.rpm_calibration[0] = {100, 0.2};
+  ASSERT_EQ(bench.instruments.analog_output.Open(), 0);
+  for (const int outlets : {2, 0}) {
+    settings.PowerControl = outlets;
+    for (const int rpm : {0, 99, 100, 2000, 5000}) {
+      EXPECT_EQ(RateAsApplied(workstation, rpm), rpm < 100 && outlets > 0 ? 0 : Turn(rpm)) << rpm;
+    }
+    bench.instruments.outlets.Release();
+  }
+  settings.DABoard = 0;
+  EXPECT_EQ(RateAsApplied(workstation, 400), std::nullopt);
+}
+
 TEST_F(RotationTest, NudgesAddUpAndStayInRange) {
   ASSERT_EQ(bench.instruments.analog_output.Open(), 0);
   Turn(1000);
@@ -146,118 +156,6 @@ TEST_F(RotationTest, NudgesAddUpAndStayInRange) {
   for (const double delta : {0.25, 0.25, 9.0, -9.0}) rotation.Nudge(delta);
   EXPECT_THAT(Sent(), ElementsAre("AO 3 0 1.25", "AO 3 0 1.5", "AO 3 0 5", "AO 3 0 0"));
   EXPECT_EQ(workstation.motor_voltage, 0);
-}
-
-TEST_F(RotationTest, AdjustingAPointAndSavingIt) {
-  settings.RPMvsVoltageFile = "/motor.txt";
-  AdjustRpmForm* const form = LoadAdjust();
-  ASSERT_NE(form, nullptr);
-  EXPECT_EQ(form->txtRPM.text(), "0");
-  EXPECT_EQ(form->txtVoltage.text(), "0.000");
-  EXPECT_FALSE(form->UpdRPM.enabled());
-  EXPECT_FALSE(form->UpdVoltage.enabled());
-  EXPECT_FALSE(form->Timer1.Enabled());
-  vendor.Take();
-
-  ASSERT_TRUE(form->cmdMotorOn.UserClick().ok());
-  EXPECT_TRUE(form->UpdRPM.enabled());
-  EXPECT_THAT(Sent(), ElementsAre("DO 1 0 1", "AO 3 0 0"));
-  ASSERT_TRUE(form->UpdRPM.UserStep(-1).ok());  // already at the first point
-  EXPECT_EQ(form->txtRPM.text(), "0");
-  ASSERT_TRUE(form->UpdRPM.UserStep(+1).ok());
-  EXPECT_EQ(form->txtRPM.text(), "1000");
-  EXPECT_EQ(form->txtVoltage.text(), "1.000");
-  Sent();
-  for (int i = 0; i < 3; ++i) ASSERT_TRUE(form->UpdVoltage.UserStep(+1).ok());
-  ASSERT_TRUE(form->UpdVoltage.UserStep(-1).ok());
-  EXPECT_EQ(form->txtVoltage.text(), "1.004");
-  EXPECT_THAT(Sent(), ElementsAre("AO 3 0 1.002", "AO 3 0 1.004", "AO 3 0 1.006", "AO 3 0 1.004"));
-  ASSERT_TRUE(form->cmdUpdate.UserClick().ok());
-  bench.machine.files.FailNext(MemoryFiles::Operation::kReplace);
-  ASSERT_TRUE(form->cmdSave.UserClick().ok());
-  EXPECT_EQ(bench.machine.dialogs.TakeMessages().size(), 1u) << "a failed save is said";
-  ASSERT_TRUE(form->cmdSave.UserClick().ok());
-  EXPECT_EQ(bench.machine.files.Read("/motor.txt").value(), "0\t0\r\n1000\t1.004\r\n3000\t2.6\r\n");
-  ASSERT_TRUE(form->UpdRPM.UserStep(+1).ok());
-  ASSERT_TRUE(form->UpdRPM.UserStep(+1).ok());  // already at the last point
-  EXPECT_EQ(form->txtVoltage.text(), "2.600");
-  Sent();
-  ASSERT_TRUE(form->cmdMotorOff.UserClick().ok());
-  EXPECT_FALSE(form->Timer1.Enabled());
-  EXPECT_THAT(Sent(), ElementsAre("DO 1 0 0"));
-}
-
-TEST_F(RotationTest, TriedVoltageKeepsToItsRange) {
-  workstation.rpm_calibration[0].volts = 0.001;
-  AdjustRpmForm* const form = LoadAdjust();
-  ASSERT_NE(form, nullptr);
-  ASSERT_TRUE(form->cmdMotorOn.UserClick().ok());
-  ASSERT_TRUE(form->UpdVoltage.UserStep(-1).ok());
-  EXPECT_EQ(form->txtVoltage.text(), "0.000");
-  ASSERT_TRUE(form->UpdVoltage.UserStep(-1).ok());
-  EXPECT_EQ(form->txtVoltage.text(), "0.000");
-  for (int i = 0; i < 3000; ++i) ASSERT_TRUE(form->UpdVoltage.UserStep(+1).ok());
-  EXPECT_EQ(form->txtVoltage.text(), "4.900");
-}
-
-TEST_F(RotationTest, MeasuredRateIsAveragedOverTenReadings) {
-  AdjustRpmForm* const form = LoadAdjust();
-  ASSERT_NE(form, nullptr);
-  vendor.volts[4] = 1.5;
-  ASSERT_TRUE(form->cmdMotorOn.UserClick().ok());
-  vendor.Take();
-  bench.machine.RunFor(form->Timer1.Interval() * 1000);
-  EXPECT_EQ(vendor.Count("AI 1 4 3"), 500);
-  EXPECT_EQ(form->lblRPM.text(), "1500");
-  EXPECT_EQ(form->lblRPMAverage.text(), "150");  // empty slots count as 0
-  bench.machine.RunFor(form->Timer1.Interval() * 9000);
-  EXPECT_EQ(form->lblRPMAverage.text(), "1500");
-  vendor.volts[4] = 0.5;
-  bench.machine.RunFor(form->Timer1.Interval() * 1000);
-  EXPECT_EQ(form->lblRPM.text(), "500");
-  EXPECT_EQ(form->lblRPMAverage.text(), "1400");
-  bench.instruments.analog_input.Close();
-  bench.machine.RunFor(form->Timer1.Interval() * 1000);
-  EXPECT_EQ(form->lblRPM.text(), "no reading");
-  EXPECT_EQ(form->lblRPMAverage.text(), "1400");
-}
-
-TEST_F(RotationTest, ClosingTheAdjustmentStopsItsMotorButNoMeasurement) {
-  Desktop& desktop = bench.machine.desktop;
-  ASSERT_NE(LoadAdjust(), nullptr);
-  ASSERT_TRUE(LoadAdjust()->cmdMotorOn.UserClick().ok());
-  Sent();
-  desktop.RequestClose("frmAdjustRPM");
-  EXPECT_THAT(Sent(), ElementsAre("DO 1 0 0"));
-  ASSERT_TRUE(LoadAdjust()->cmdMotorOn.UserClick().ok());
-  workstation.running_flag = -1;
-  Sent();
-  desktop.RequestClose("frmAdjustRPM");
-  EXPECT_THAT(Sent(), IsEmpty());
-}
-
-TEST_F(RotationTest, AdjustmentRefusesToLoadWithoutItsBoards) {
-  vendor.config_result[1] = 4;
-  EXPECT_EQ(LoadAdjust(), nullptr);
-  vendor.config_result.clear();
-  bench.instruments.Release();
-  vendor.register_result = -1;
-  EXPECT_EQ(LoadAdjust(), nullptr);
-  EXPECT_THAT(bench.machine.dialogs.TakeMessages(),
-              ElementsAre("DA Board Trouble!", "AD Board不良です"));
-}
-
-TEST_F(RotationTest, AdjustmentWithoutRotationControlTouchesNothing) {
-  settings.DABoard = 0;
-  settings.RPMvsVoltageFile = "/motor.txt";
-  workstation.rpm_calibration.clear();
-  AdjustRpmForm* const form = LoadAdjust();
-  ASSERT_NE(form, nullptr);
-  for (Button* button : {&form->cmdMotorOn, &form->cmdUpdate, &form->cmdSave}) {
-    EXPECT_FALSE(button->enabled());
-  }
-  EXPECT_FALSE(SaveCalibration(workstation, bench.machine.host).ok());
-  EXPECT_FALSE(bench.machine.files.Exists("/motor.txt"));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "macro/follow_macro.h"
 #include "measure/test_rig.h"
+#include "ui/main/device_forms.h"
 
 namespace zento {
 namespace {
@@ -19,8 +20,13 @@ using End = MacroOutcome::End;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// A workstation on made-up vendor tables with an interpreter, and what its observer heard.
-struct MacroRig : TestRig, MacroObserver {
+// A workstation on made-up vendor tables, with the window of the outlets, which a macro opens.
+struct OutletRig : TestRig {
+  OutletRig() { RegisterDeviceForms(machine.desktop, ws, machine.host, instruments); }
+};
+
+// An interpreter on it, and what its observer heard.
+struct MacroRig : OutletRig, MacroObserver {
   MacroRig() { interpreter.observer = this; }
 
   // Starts a macro and lets its first turn pass.
@@ -334,7 +340,7 @@ MacroVerdict Follow(TestRig& rig, const std::string& text, std::int64_t longest_
 }
 
 TEST(FollowMacro, GoesToTheEndOfRunsAndMailsAndTellsOfEach) {
-  TestRig rig;
+  OutletRig rig;
   rig.machine.mail.SetDuration(60'000);
   rig.machine.mail.FailNext("no such server");
   Listener heard;
@@ -353,7 +359,7 @@ TEST(FollowMacro, GoesToTheEndOfRunsAndMailsAndTellsOfEach) {
 }
 
 TEST(FollowMacro, StopsAtAMeasurementThatDoesNotEnd) {
-  TestRig rig;
+  OutletRig rig;
   Listener heard;
   const std::string macro = std::string(kShortCV) + "CV.Start\nCV.Title never";
   EXPECT_FALSE(Follow(rig, macro, 1'000'000, heard).endless);

@@ -7,6 +7,7 @@
 #include "macro/macro_file.h"
 #include "measure/test_rig.h"
 #include "text/lines.h"
+#include "ui/main/device_forms.h"
 
 namespace zento {
 namespace {
@@ -20,6 +21,7 @@ class MacroForm : public testing::Test, public TestRig {
  protected:
   MacroForm() {
     ws.home = "home";
+    RegisterDeviceForms(machine.desktop, ws, machine.host, instruments);
     RegisterMacroForms(machine.desktop, ws, machine.host, instruments);
     machine.desktop.Show(frmMacro::kName);
   }

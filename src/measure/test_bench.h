@@ -40,7 +40,6 @@ struct Laboratory {
       machine.desktop.Register(
           graph, [this, graph] { return std::make_unique<Graph>(machine.host, graph); });
     }
-    RegisterDeviceForms(machine.desktop, ws, machine.host, instruments);
     RegisterMeasureForms(machine.desktop, ws, machine.host, instruments);
     ApplyDefaultSettings(ws);
     ws.settings.ADBoard = 2;

@@ -10,6 +10,7 @@
 #include "macro/macro_form.h"
 #include "measure/measure_forms.h"
 #include "program/home.h"
+#include "ui/main/device_forms.h"
 #include "ui/main/main_forms.h"
 
 namespace zento {

@@ -65,7 +65,6 @@ struct FakeVendor {
 // A workstation on fake hardware: all devices on the PCI-9112 and the bus board.
 struct DeviceBench {
   explicit DeviceBench(FakeVendor setup = {}) : vendor(std::move(setup)) {
-    RegisterDeviceForms(machine.desktop, workstation, machine.host, instruments);
     Settings& s = workstation.settings;
     s.ADBoard = 2;
     s.CardNumber = 1;

@@ -10,6 +10,7 @@
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
 #include "ui/main/control_panel.h"
+#include "ui/main/device_forms.h"
 #include "ui/main/main_forms.h"
 #include "ui/main/settings_form.h"
 

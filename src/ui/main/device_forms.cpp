@@ -1,9 +1,12 @@
-#include "devices/adjust_rpm_form.h"
+#include "ui/main/device_forms.h"
 
 #include <cstdint>
+#include <memory>
 #include <numeric>
+#include <utility>
+#include <vector>
 
-#include "host/host.h"
+#include "devices/rotation.h"
 #include "text/format.h"
 #include "text/number.h"
 
@@ -18,7 +21,38 @@ constexpr std::int64_t kMeasuringPeriod = 250;  // ms
 
 }  // namespace
 
-AdjustRpmForm::AdjustRpmForm(Workstation& workstation, Host& host, Instruments& instruments)
+frmPower::frmPower(Host& host, Outlets& outlets)
+    : Form(host, "frmPower", "Power Control"), outlets_(outlets) {
+  for (int i = 0; i < Outlets::kCount; ++i) {
+    chkPower[i].on_click = [this, i](int value) {
+      outlets_.Power(i, static_cast<std::uint8_t>(value));
+    };
+  }
+  cmdPowerOff.on_click = [this] { outlets_.PowerOff(); };
+}
+
+bool frmPower::Load() {
+  if (!outlets_.Open()) return false;
+  ShowOutlets();
+  return true;
+}
+
+void frmPower::CloseRequested() {
+  host().desktop.Hide(name());
+}
+
+LayoutNode frmPower::Layout() {
+  std::vector<LayoutNode> boxes;
+  for (int i = 0; i < Outlets::kCount; ++i) boxes.push_back(layout::Item(chkPower[i]));
+  return layout::Rows(
+      {layout::Group("Outlets", std::move(boxes)), layout::Item(cmdPowerOff), layout::Stretch()});
+}
+
+void frmPower::ShowOutlets() {
+  for (int i = 0; i < Outlets::kCount; ++i) chkPower[i].SetValue(outlets_.IsOn(i) ? 1 : 0);
+}
+
+frmAdjustRPM::frmAdjustRPM(Workstation& workstation, Host& host, Instruments& instruments)
     : Form(host, "frmAdjustRPM", "RPM Adjustment"),
       workstation_(workstation),
       instruments_(instruments) {
@@ -37,7 +71,7 @@ AdjustRpmForm::AdjustRpmForm(Workstation& workstation, Host& host, Instruments& 
   Timer1.on_tick = [this] { Tick(); };
 }
 
-bool AdjustRpmForm::Load() {
+bool frmAdjustRPM::Load() {
   if (instruments_.analog_input.Open() != 0) {
     host().dialogs.Message("AD Board不良です");
     return false;
@@ -58,11 +92,11 @@ bool AdjustRpmForm::Load() {
   return true;
 }
 
-void AdjustRpmForm::Unload() {
+void frmAdjustRPM::Unload() {
   if (motor_on_ && workstation_.running_flag == 0) MotorOff();
 }
 
-LayoutNode AdjustRpmForm::Layout() {
+LayoutNode frmAdjustRPM::Layout() {
   using namespace layout;
   return Rows({
       Group("Calibration point", {Fields({Field("RPM", txtRPM, &UpdRPM),
@@ -74,26 +108,26 @@ LayoutNode AdjustRpmForm::Layout() {
   });
 }
 
-void AdjustRpmForm::EnableDrive(bool on) {
+void frmAdjustRPM::EnableDrive(bool on) {
   UpdRPM.SetEnabled(on);
   UpdVoltage.SetEnabled(on);
   Timer1.SetEnabled(on);
 }
 
-void AdjustRpmForm::MotorOn() {
+void frmAdjustRPM::MotorOn() {
   motor_on_ = true;
   EnableDrive(true);
   instruments_.rotation.SwitchMotor(true);
   tried_voltage_ = instruments_.rotation.SetVoltage(tried_voltage_);
 }
 
-void AdjustRpmForm::MotorOff() {
+void frmAdjustRPM::MotorOff() {
   motor_on_ = false;
   EnableDrive(false);
   instruments_.rotation.SwitchMotor(false);
 }
 
-void AdjustRpmForm::StepPoint(int direction) {
+void frmAdjustRPM::StepPoint(int direction) {
   const std::vector<CalibrationPoint>& points = workstation_.rpm_calibration;
   if (direction < 0 && point_ > 0) --point_;
   if (direction > 0 && point_ + 1 < points.size()) ++point_;
@@ -103,7 +137,7 @@ void AdjustRpmForm::StepPoint(int direction) {
   ShowVoltage();
 }
 
-void AdjustRpmForm::StepVoltage(int direction) {
+void frmAdjustRPM::StepVoltage(int direction) {
   if (direction < 0 ? tried_voltage_ > 0 : tried_voltage_ < kMostTried) {
     // To the microvolt, so that many steps leave no tail of digits in the file.
     tried_voltage_ = RoundHalfEven((tried_voltage_ + direction * kVoltageStep) * 1e6) / 1e6;
@@ -112,16 +146,16 @@ void AdjustRpmForm::StepVoltage(int direction) {
   ShowVoltage();
 }
 
-void AdjustRpmForm::Update() {
+void frmAdjustRPM::Update() {
   workstation_.rpm_calibration[point_].volts = tried_voltage_;
 }
 
-void AdjustRpmForm::Save() {
+void frmAdjustRPM::Save() {
   const Status saved = SaveCalibration(workstation_, host());
   if (!saved.ok()) host().dialogs.Message(saved.why());
 }
 
-void AdjustRpmForm::Tick() {
+void frmAdjustRPM::Tick() {
   double sum = 0;
   if (!instruments_.analog_input.ReadSum({&kRateChannel, 1}, kReadings, {&sum, 1})) {
     lblRPM.SetText("no reading");
@@ -135,12 +169,26 @@ void AdjustRpmForm::Tick() {
   lblRPMAverage.SetText(Format(total / kRing, "###0"));
 }
 
-void AdjustRpmForm::ShowPoint() {
+void frmAdjustRPM::ShowPoint() {
   txtRPM.SetText(Format(workstation_.rpm_calibration[point_].rpm, "###0"));
 }
 
-void AdjustRpmForm::ShowVoltage() {
+void frmAdjustRPM::ShowVoltage() {
   txtVoltage.SetText(Format(tried_voltage_, "0.000"));
+}
+
+void RegisterDeviceForms(Desktop& desktop, Workstation& workstation, Host& host,
+                         Instruments& instruments) {
+  // The motor is switched without its window, which then has to follow.
+  instruments.outlets.on_change = [&desktop] {
+    if (auto* const power = desktop.FindAs<frmPower>("frmPower")) power->ShowOutlets();
+  };
+  desktop.Register("frmPower", [&host, &instruments] {
+    return std::make_unique<frmPower>(host, instruments.outlets);
+  });
+  desktop.Register("frmAdjustRPM", [&workstation, &host, &instruments] {
+    return std::make_unique<frmAdjustRPM>(workstation, host, instruments);
+  });
 }
 
 }  // namespace zento

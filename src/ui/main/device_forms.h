@@ -3,18 +3,40 @@
 #include <array>
 #include <cstddef>
 
+#include "core/workstation.h"
 #include "devices/instruments.h"
 #include "host/controls.h"
 #include "host/form.h"
+#include "host/host.h"
 #include "host/timer.h"
 
 namespace zento {
 
+// frmPower: shows and switches the outlets. A person who closes the window only hides it.
+class frmPower : public Form {
+ public:
+  frmPower(Host& host, Outlets& outlets);
+
+  bool Load() override;
+  void CloseRequested() override;
+  LayoutNode Layout() override;
+
+  // Whatever switched them.
+  void ShowOutlets();
+
+  ControlArray<CheckBox, Outlets::kCount> chkPower{
+      *this, "chkPower", {"Outlet 0 (motor)", "Outlet 1", "Outlet 2", "Outlet 3", "Outlet 4"}};
+  Button cmdPowerOff{*this, "cmdPowerOff", "All Off"};
+
+ private:
+  Outlets& outlets_;
+};
+
 // frmAdjustRPM: edits the rotation-rate calibration. Steps through its points, drives the motor at
 // each, shows the measured rate, and saves the corrected table.
-class AdjustRpmForm : public Form {
+class frmAdjustRPM : public Form {
  public:
-  AdjustRpmForm(Workstation& workstation, Host& host, Instruments& instruments);
+  frmAdjustRPM(Workstation& workstation, Host& host, Instruments& instruments);
 
   bool Load() override;
   // A motor that this window switched on is switched off, unless a measurement is running.
@@ -55,5 +77,9 @@ class AdjustRpmForm : public Form {
   std::size_t ring_index_ = 0;
   bool motor_on_ = false;  // switched on here
 };
+
+// Makes frmPower and frmAdjustRPM known to the desktop. All arguments outlive it.
+void RegisterDeviceForms(Desktop& desktop, Workstation& workstation, Host& host,
+                         Instruments& instruments);
 
 }  // namespace zento
