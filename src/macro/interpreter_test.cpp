@@ -174,7 +174,8 @@ TEST(Interpreter, DebugModeLeavesOutWhatActs) {
 
 TEST(Interpreter, ActsOnTheHardwareDirectly) {
   MacroRig rig;
-  rig.Run("Power 1 1\nPower 3 3\nPower 1 0\nPower 7 1\nMotor.On 5000\nSetPotential -0.2");
+  rig.Run(
+      "Power 1 1\nPower 3 3\nPower 1 0\nPower 2 2\nPower 7 1\nMotor.On 5000\nSetPotential -0.2");
   EXPECT_EQ(rig.outlets, 0b1001U) << "outlet 3, and the motor's";
   EXPECT_DOUBLE_EQ(rig.motor_volts, 3.0) << "limited to the calibration";
   EXPECT_THAT(rig.sent,
@@ -262,7 +263,8 @@ TEST(Interpreter, MailsGoOutWhileTheRunGoesOn) {
   rig.ws.run_log.Flush();
   const auto log = rig.machine.files.Read(RunLogPath("home"));
   EXPECT_THAT(log.value(), testing::HasSubstr("Mail to a@example.org sent"));
-  EXPECT_THAT(log.value(), testing::HasSubstr("NOT SENT: no such server"));
+  EXPECT_THAT(log.value(), testing::HasSubstr("MAIL TO  NOT SENT: no such server"))
+      << "a run begins with an empty mail";
 }
 
 TEST(Interpreter, MessagesThatNobodyClosesHoldUpNothing) {
@@ -311,6 +313,7 @@ TEST(Interpreter, ARunThatIsDestroyedIsStopped) {
   EXPECT_FALSE(rig.MotorOn());
   EXPECT_EQ(rig.ws.running_flag, 0);
   EXPECT_FALSE(rig.ws.macro_active);
+  EXPECT_EQ(rig.ws.end_active_macro, nullptr);
 }
 
 // What a follower hears, a line each.
@@ -361,6 +364,7 @@ TEST(FollowMacro, GoesToTheEndOfRunsAndMailsAndTellsOfEach) {
 TEST(FollowMacro, StopsAtAMeasurementThatDoesNotEnd) {
   OutletRig rig;
   Listener heard;
+  rig.RunFor(5);  // what counts is the measurement's own time
   const std::string macro = std::string(kShortCV) + "CV.Start\nCV.Title never";
   EXPECT_FALSE(Follow(rig, macro, 1'000'000, heard).endless);
   const MacroVerdict verdict = Follow(rig, macro, 100'000, heard);

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+
 #include "host/path_text.h"
 #include "macro/macro_file.h"
 #include "measure/test_rig.h"
@@ -100,6 +103,10 @@ TEST_F(MacroForm, WhatCannotBeOpenedLeavesTheText) {
   Open("a.zmc");
   EXPECT_EQ(Window().txtMacro.text(), "A\n");
   EXPECT_EQ(Bytes("home/Rescued macro 1.zmc"), "mine\r\n");
+  static_cast<void>(Window().txtMacro.UserSet("mine too"));
+  Open("a.zmc");
+  EXPECT_EQ(Bytes("home/Rescued macro 1.zmc"), "mine\r\n");
+  EXPECT_EQ(Bytes("home/Rescued macro 2.zmc"), "mine too\r\n");
 }
 
 TEST_F(MacroForm, UnsavedTextComesBackWithTheNextWindow) {
@@ -154,11 +161,29 @@ TEST_F(MacroForm, RunAndStopByTheButtons) {
   EXPECT_FALSE(MotorOn());
 }
 
+TEST_F(MacroForm, TheLogNamesTheFileAndWhetherTheTextIsStillTheFiles) {
+  ws.run_log.Attach(machine.host, "home");
+  Put("a.zmc", "CV.RPM 1");
+  Open("a.zmc");
+  const std::pair<const char*, const char*> runs[] = {{"", "a.zmc\r\n"},
+                                                      {"' new", "a.zmc (changed)\r\n"}};
+  for (const auto& [added, title] : runs) {
+    static_cast<void>(Window().txtMacro.UserInsert(added));
+    static_cast<void>(Window().cmdRun.UserClick());
+    RunFor(0.1);
+    ws.run_log.Flush();
+    const std::string log = Bytes("home/Run log.txt");
+    EXPECT_THAT(log.substr(log.rfind("BEGIN ")), StartsWith(std::string("BEGIN Macro ") + title));
+  }
+}
+
 TEST_F(MacroForm, ClosingTheWindowStopsTheRun) {
   static_cast<void>(Window().txtMacro.UserSet("Motor.On 400\nWait 60000\nMotor.On 900"));
   static_cast<void>(Window().cmdRun.UserClick());
   RunFor(1.2);
   ASSERT_TRUE(MotorOn());
+  // Also when the text cannot be kept and the window only leaves the screen.
+  machine.files.FailNext(MemoryFiles::Operation::kReplace, "disk full");
   machine.desktop.RequestClose(frmMacro::kName);
   EXPECT_FALSE(MotorOn());
   EXPECT_EQ(ws.running_flag, 0);

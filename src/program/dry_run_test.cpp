@@ -173,7 +173,14 @@ TEST_F(MacroCheckTest, KnowsWhatThePersonsSettingsLeaveOut) {
                           "3 problem there are no outlets that could be switched"));
   const MacroCheck own = Check(std::string(kShortCV) + "CV.Start");
   EXPECT_THAT(Findings(own), Contains(HasSubstr("7 note there is no function generator")));
-  EXPECT_EQ(own.tracks.size(), 1u);
+  ASSERT_EQ(own.steps.size(), 1u);
+  // The potentiostat rests for 10 s before a programme of its own; the sweep's time is 6 s.
+  EXPECT_NEAR(static_cast<double>(own.steps[0].takes), 16'300, 700);
+  // A ramp needs no generator: its motor is all that is missing.
+  EXPECT_THAT(Findings(Check("RPMvsi.mode 2\nRPMvsi.RPM 100 200 100\nRPMvsi.RetainTime 1\n"
+                             "RPMvsi.SamplingRate 2\nRPMvsi.Accumlation 1\nRPMvsi.Start")),
+              ElementsAre("6 problem 100 rpm cannot be set: there is no rotation control",
+                          "6 problem 200 rpm cannot be set: there is no rotation control"));
   UseSettings([](Settings& s) {
     s.GPIBControl = 2;
     s.GPIBAddress = 12;
@@ -183,8 +190,12 @@ TEST_F(MacroCheckTest, KnowsWhatThePersonsSettingsLeaveOut) {
   EXPECT_THAT(Findings(Check("Motor.On 4000")),
               ElementsAre("1 problem 4000 rpm is outside the calibration: the motor turns at 3000 "
                           "rpm"));
-  // The generator answers at its own address, or the sweep would never begin.
-  EXPECT_EQ(Check(std::string(kShortCV) + "CV.Start").tracks.size(), 1u);
+  // The generator answers at the address that is set, or the step would never be seen.
+  const MacroCheck step = Check(
+      "PS.Voltage 0 0.5\nPS.RetainTime 2\nPS.MeasureMode 0\nPS.MeasureTime 3\n"
+      "PS.InitSamplingRate 10\nPS.Accumlation 10\nPS.Start");
+  ASSERT_EQ(step.steps.size(), 1u);
+  EXPECT_NEAR(static_cast<double>(step.steps[0].takes), 5'200, 400);
 }
 
 TEST_F(MacroCheckTest, ShowsTheMessagesARunWouldShow) {
