@@ -1,4 +1,5 @@
-// Reading and writing a full track file: 21 tracks of 40001 points in 3 columns. Each of ours has
+// Reading and writing a full track file: 21 tracks of 40001 points in 3 columns. Every reader fills
+// a track store of its own that was empty before. Each of ours has
 // its peers beside it: what one writes first (getline and strtod, snprintf), what the standard
 // library has (to_chars with a precision), and the best single-purpose loop we can write.
 
@@ -75,14 +76,6 @@ void Count(benchmark::State& state) {
                           static_cast<std::int64_t>(FileBytes().size()));
 }
 
-// The points of all tracks, as every reader below fills them.
-using Table = std::vector<std::array<std::vector<double>, kTrackColumns>>;
-
-Table EmptyTable() {
-  Table table(kTracks);
-  return table;
-}
-
 // What the points and the file's bytes take together, as a multiple of the data: nothing else of
 // size is allocated while a file is read.
 double MemoryOfData(const zento::TrackStore& tracks) {
@@ -107,20 +100,22 @@ void ReadOurs(benchmark::State& state) {
 
 void ReadGetlineStrtod(benchmark::State& state) {
   for (auto _ : state) {
-    Table table = EmptyTable();
+    auto tracks = std::make_unique<zento::TrackStore>();
     std::istringstream stream(FileBytes());
     std::string line;
-    std::size_t track = 0;
+    int track = 0;
     while (std::getline(stream, line)) {
-      if (line.starts_with("DataNum=")) track = std::strtoul(line.c_str() + 8, nullptr, 10);
+      if (line.starts_with("DataNum=")) track = std::atoi(line.c_str() + 8);
       if (line.empty() || line.find('=') != line.npos || (line[0] != '-' && line[0] > '9')) {
         continue;
       }
       char* at = line.data();
-      for (auto& column : table[track]) column.push_back(std::strtod(at, &at));
+      for (int column = 0; column < kTrackColumns; ++column) {
+        tracks->Column(column, track).push_back(std::strtod(at, &at));
+      }
     }
-    if (table[20][2].size() != static_cast<std::size_t>(kMaxPoints)) std::abort();
-    benchmark::DoNotOptimize(table);
+    if (tracks->Column(2, 20).size() != static_cast<std::size_t>(kMaxPoints)) std::abort();
+    benchmark::DoNotOptimize(tracks->Column(2, 20).data());
   }
   Count(state);
 }
@@ -171,21 +166,22 @@ const char* BareNumber(const char* p, double& value) {
 
 void ReadBestOnePass(benchmark::State& state) {
   for (auto _ : state) {
-    Table table = EmptyTable();
+    auto tracks = std::make_unique<zento::TrackStore>();
     const char* p = FileBytes().data();
     const char* const end = p + FileBytes().size();
-    std::size_t track = 0;
+    int track = 0;
     while (p != end) {
       if (std::memcmp(p, "Table", 5) != 0) {
-        if (std::memcmp(p, "DataNum=", 8) == 0) track = std::strtoul(p + 8, nullptr, 10);
+        if (std::memcmp(p, "DataNum=", 8) == 0) track = std::atoi(p + 8);
         p = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(end - p))) + 1;
         continue;
       }
       p += 7;
       std::array<double*, kTrackColumns> columns{};
-      for (std::size_t c = 0; c < columns.size(); ++c) {
-        table[track][c].resize(static_cast<std::size_t>(kMaxPoints));
-        columns[c] = table[track][c].data();
+      for (int c = 0; c < kTrackColumns; ++c) {
+        std::vector<double>& column = tracks->Column(c, track);
+        column.resize(static_cast<std::size_t>(kMaxPoints));
+        columns[static_cast<std::size_t>(c)] = column.data();
       }
       for (std::int32_t i = 0; i < kMaxPoints; ++i) {
         p = BareNumber(p, columns[0][i]) + 1;
@@ -193,7 +189,7 @@ void ReadBestOnePass(benchmark::State& state) {
         p = BareNumber(p, columns[2][i]) + 2;
       }
     }
-    benchmark::DoNotOptimize(table);
+    benchmark::DoNotOptimize(tracks->Column(2, 20).data());
   }
   Count(state);
 }
