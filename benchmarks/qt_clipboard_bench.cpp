@@ -13,15 +13,14 @@
 #include <string>
 
 #include "core/workstation.h"
+#include "exchange/paste_text.h"
+#include "exchange/table_text.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
 #include "ui/main/clipboard_copy.h"
-#include "ui/main/paste_text.h"
 #include "ui/main/progress_form.h"
-#include "ui/main/table_text.h"
-#include "ui/main/track_text.h"
 
 namespace {
 

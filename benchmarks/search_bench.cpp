@@ -28,12 +28,12 @@
 #endif
 
 #include "core/track_file.h"
+#include "exchange/track_search.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
 #include "host/virtual/virtual_host.h"
 #include "text/lines.h"
 #include "ui/main/search_form.h"
-#include "ui/main/track_search.h"
 
 using namespace zento;
 

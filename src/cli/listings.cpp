@@ -13,9 +13,9 @@
 #include "core/track_file.h"
 #include "core/track_table.h"
 #include "devices/device_table.h"
+#include "exchange/information_sheet.h"
 #include "host/path_text.h"
 #include "text/number.h"
-#include "ui/main/information_sheet.h"
 
 namespace zento {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "exchange/track_search.h"
 #include "host/services.h"
 #include "text/status.h"
-#include "ui/main/track_search.h"
 
 namespace zento {
 

@@ -35,6 +35,7 @@ struct TrackRecord {
   double StepTime = 0;  // s
   double VoltStep = 0;  // V
 
+  bool IsEmpty() const { return Mode == kModeNone; }
   friend bool operator==(const TrackRecord&, const TrackRecord&) = default;
 };
 

@@ -4,9 +4,9 @@
 #include <functional>
 #include <memory>
 
+#include "exchange/table_text.h"
 #include "host/host.h"
 #include "host/timer_queue.h"
-#include "ui/main/table_job.h"
 
 namespace zento {
 

@@ -8,10 +8,10 @@
 #include "core/sweeps.h"
 #include "core/tables.h"
 #include "core/track_table.h"
+#include "exchange/table_text.h"
 #include "graph/track_preview.h"
 #include "host/host.h"
 #include "text/number.h"
-#include "ui/main/track_text.h"
 
 namespace zento {
 namespace {
@@ -20,10 +20,6 @@ enum Cycles { kAllCycles = 0, kOneCycle = 1 };
 
 std::vector<std::string> Units() {
   return {UnitName.begin() + 1, UnitName.end()};
-}
-
-bool HasWaterFraction(std::int32_t mode) {
-  return HasRing(mode) || mode == kModeSSVAll;
 }
 
 // A box where 0 means off, and so does anything that is no number above it.

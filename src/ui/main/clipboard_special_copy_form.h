@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "core/workstation.h"
+#include "exchange/table_text.h"
+#include "exchange/thinning.h"
 #include "host/controls.h"
 #include "host/form.h"
 #include "ui/main/clipboard_copy.h"
-#include "ui/main/table_text.h"
-#include "ui/main/thinning.h"
 
 namespace zento {
 

@@ -5,9 +5,9 @@
 #include "core/settings_file.h"
 #include "core/tables.h"
 #include "devices/rotation.h"
+#include "exchange/information_sheet.h"
 #include "host/host.h"
 #include "text/number.h"
-#include "ui/main/information_sheet.h"
 
 namespace zento {
 namespace {

@@ -8,6 +8,7 @@
 
 #include "core/track_file.h"
 #include "devices/instruments.h"
+#include "exchange/table_text.h"
 #include "graph/preview_plot.h"
 #include "graph/track_preview.h"
 #include "host/controls.h"
@@ -15,7 +16,6 @@
 #include "host/form.h"
 #include "ui/main/clipboard_copy.h"
 #include "ui/main/main_menus.h"
-#include "ui/main/multi_table_text.h"
 #include "ui/main/recent_files.h"
 
 namespace zento {

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "core/reference_scale.h"
 #include "core/tables.h"
+#include "exchange/information_sheet.h"
 #include "host/host.h"
 #include "text/number.h"
 #include "ui/main/control_panel.h"
-#include "ui/main/information_sheet.h"
-#include "ui/main/reference_scale.h"
 
 namespace zento {
 namespace {

@@ -5,11 +5,10 @@
 #include <utility>
 
 #include "core/tables.h"
+#include "exchange/paste_text.h"
+#include "exchange/table_text.h"
 #include "host/host.h"
 #include "ui/main/control_panel.h"
-#include "ui/main/paste_text.h"
-#include "ui/main/table_text.h"
-#include "ui/main/track_text.h"
 
 namespace zento {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "ui/main/information_sheet.h"
+#include "exchange/information_sheet.h"
 #include "ui/main/main_test_rig.h"
 
 namespace zento {

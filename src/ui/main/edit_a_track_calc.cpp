@@ -5,13 +5,13 @@
 #include <cstddef>
 #include <vector>
 
+#include "core/reference_scale.h"
 #include "core/tables.h"
 #include "graph/plot_range.h"
 #include "host/host.h"
 #include "text/number.h"
 #include "ui/main/edit_a_track_form.h"
 #include "ui/main/point_edits.h"
-#include "ui/main/reference_scale.h"
 
 namespace zento {
 namespace {

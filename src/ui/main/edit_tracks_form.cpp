@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "exchange/table_text.h"
 #include "host/host.h"
 #include "text/number.h"
-#include "ui/main/track_text.h"
 
 namespace zento {
 namespace {

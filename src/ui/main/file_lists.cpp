@@ -5,9 +5,9 @@
 #include <string>
 #include <utility>
 
+#include "exchange/track_search.h"
 #include "host/host.h"
 #include "host/path_text.h"
-#include "ui/main/track_folder.h"
 
 namespace zento {
 namespace {

@@ -24,7 +24,7 @@ constexpr int kDigits = 15;
 
 frmImportTrack::frmImportTrack(Workstation& workstation, Host& host, LastFolder last)
     : Form(host, kName, "Import Track"),
-      lists(*this, std::move(last), TrackFolder(host.files, workstation.home)),
+      lists(*this, std::move(last), StartFolder(host.files, workstation.home)),
       fgcDataSheet(*this, "fgcDataSheet", kRows, kColumnCount),
       workstation_(workstation) {
   fgcDataSheet.column_widths = {50, 70, -1, 70, 70, 140};

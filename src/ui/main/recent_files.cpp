@@ -73,7 +73,7 @@ Status RecentFiles::Write() const {
   return files_.Replace(file_, EncodeText(text)).Within("remember the last files");
 }
 
-std::filesystem::path TrackFolder(Files& files, const std::filesystem::path& home) {
+std::filesystem::path StartFolder(Files& files, const std::filesystem::path& home) {
   const std::filesystem::path folder = RecentFiles(files, home).Folder();
   return !folder.empty() && files.ListFolder(folder).ok() ? folder : home;
 }

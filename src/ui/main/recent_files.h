@@ -38,7 +38,7 @@ class RecentFiles {
 
 // Where a window that looks for track files begins: in the folder of the file opened or saved last,
 // else in the home.
-std::filesystem::path TrackFolder(Files& files, const std::filesystem::path& home);
+std::filesystem::path StartFolder(Files& files, const std::filesystem::path& home);
 
 // "1 name - folder" for the file at a place from 0 on; of a long folder the end, behind "...".
 std::string RecentCaption(std::size_t place, const std::filesystem::path& path);

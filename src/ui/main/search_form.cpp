@@ -54,7 +54,7 @@ std::string Counted(std::size_t count, const char* what) {
 
 frmSearchTrack::frmSearchTrack(Workstation& workstation, Host& host, LastFolder last)
     : Form(host, kName, "Search Track"),
-      lists(*this, std::move(last), TrackFolder(host.files, workstation.home)),
+      lists(*this, std::move(last), StartFolder(host.files, workstation.home)),
       SearchResult(*this, "SearchResult", 0, kColumnCount),
       workstation_(workstation) {
   ConnectSearch();

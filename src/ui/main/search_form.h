@@ -5,12 +5,12 @@
 #include <memory>
 
 #include "core/workstation.h"
+#include "exchange/track_search.h"
 #include "graph/preview_plot.h"
 #include "host/controls.h"
 #include "host/form.h"
 #include "host/timer.h"
 #include "ui/main/file_lists.h"
-#include "ui/main/track_search.h"
 
 namespace zento {
 

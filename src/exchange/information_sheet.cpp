@@ -1,4 +1,4 @@
-#include "ui/main/information_sheet.h"
+#include "exchange/information_sheet.h"
 
 #include <array>
 #include <cstddef>

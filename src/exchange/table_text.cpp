@@ -1,10 +1,10 @@
-#include "ui/main/table_text.h"
+#include "exchange/table_text.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <utility>
 
+#include "core/one_line.h"
 #include "core/tables.h"
 #include "core/track_table.h"
 #include "text/format.h"
@@ -14,15 +14,17 @@
 namespace zento {
 namespace {
 
-// Numbers of any size, tabs and the line's end.
+// Rows with numbers of any size, tabs and the line's end.
 constexpr std::size_t kLongestRow = 4 * (kLongestFixed4 + 1) + 2;
+constexpr std::size_t kLongestMultiRow = (1 + kMultiChannels) * (kLongestPlain + 1) + 2;
+constexpr std::size_t kUsualCell = 17;
 constexpr double kLeastLogged = 1e-9;  // what a current of 0 counts as
 
 const char* FirstLabel(std::int32_t mode) {
-  switch (mode) {
-    case kModePS:
+  switch (TraitsOf(mode).x) {
+    case XQuantity::kTime:
       return "time/s";
-    case kModeRPMvsj:
+    case XQuantity::kRotationRate:
       return "rpm";
     default:
       return "Potential/V";
@@ -60,32 +62,118 @@ char* WriteLog(char* out, double current) {
   return WriteFixed4(out, std::log10(magnitude == 0 ? kLeastLogged : magnitude));
 }
 
+std::vector<double> CopyOf(const std::vector<double>& from, std::size_t count) {
+  std::vector<double> values(
+      from.begin(), from.begin() + static_cast<std::ptrdiff_t>(std::min(count, from.size())));
+  values.resize(count);
+  return values;
+}
+
+// Collects rows and hands them on in large pieces. `kLongestRow` is the room a row may need.
+template <std::size_t kLongestRow>
+class RowBlock {
+ public:
+  explicit RowBlock(std::string& out) : out_(out) {}
+  ~RowBlock() { Flush(); }
+  RowBlock(const RowBlock&) = delete;
+  RowBlock& operator=(const RowBlock&) = delete;
+
+  // Where the next row begins.
+  char* Begin() {
+    if (at_ > block_.data() + block_.size() - kLongestRow) Flush();
+    return at_;
+  }
+  // `at` is where the row ends.
+  void End(char* at) {
+    *at++ = '\r';
+    *at++ = '\n';
+    at_ = at;
+  }
+
+ private:
+  void Flush() {
+    out_.append(block_.data(), static_cast<std::size_t>(at_ - block_.data()));
+    at_ = block_.data();
+  }
+
+  std::string& out_;
+  std::array<char, 4096 + kLongestRow> block_;
+  char* at_ = block_.data();
+};
+
+// Unlike that of text files, with the zero before the point, as spreadsheets write it.
+std::string BlankSigned(double value) {
+  const std::string number = PlainNumber(value);
+  return number.front() == '-' ? number : " " + number;
+}
+
+class Lines {
+ public:
+  void Add(std::string_view label, std::string_view value) {
+    text.append(label).append("\t").append(value).append("\r\n");
+  }
+  std::string text;
+};
+
 }  // namespace
+
+bool HasWaterFraction(std::int32_t mode) {
+  return HasRing(mode) || mode == kModeSSVAll;
+}
+
+std::string CellText(std::string text) {
+  text = OneLine(std::move(text));
+  std::replace(text.begin(), text.end(), '\t', ' ');
+  return text;
+}
+
+std::string TrackInfoText(const TrackStore& tracks, int track, std::string_view file_title) {
+  const TrackRecord& record = tracks.Record(track);
+  if (record.IsEmpty()) return "No Data";
+  Lines lines;
+  lines.Add("Filename", CellText(std::string(file_title)));
+  lines.Add("Mode", EntryOf(ModeCaption, record.Mode));
+  lines.Add("Title", CellText(record.Title));
+  lines.Add("MeasTime", CellText(record.MeasTime));
+  if (record.Mode == kModeSSV) {
+    lines.Add("StepTime", BlankSigned(record.StepTime));
+  } else {
+    lines.Add("Scanrate", BlankSigned(record.Scanrate));
+  }
+  lines.Add("Ref", EntryOf(RefName, record.ref));
+  if (record.Mode == kModePS) {
+    lines.Add("V1st", Format(record.V[0], "0.000"));
+    lines.Add("V2nd", Format(record.V[1], "0.000"));
+  }
+  if (HasRing(record.Mode)) lines.Add("RingXValue=", PlainNumber(record.RingXValue));
+  if (record.Mode == kModeRPMvsj) lines.Add("DiskXValue=", PlainNumber(record.V[0]));
+  lines.Add("RPM", BlankSigned(record.RPM));
+  lines.Add("Conc/molcm-3", Format(record.Conc, "0.000e+0"));
+  lines.Add("Area/cm2", Format(record.Area, "0.0000"));
+  lines.Add("Weight/mg", Format(record.Weight, "0.000e+0"));
+  lines.Add("ne", PlainNumber(record.ne));
+  if (IsMultichannel(record.Mode)) lines.Add("Track", BlankSigned(track));
+  return std::move(lines.text);
+}
 
 DataTable::DataTable(const TrackStore& tracks, int track, const TableOptions& options)
     : record_(tracks.Record(track)),
       options_(options),
       shown_columns_(KeptColumns(record_, track == 0)),
       third_is_current_(HasRing(record_.Mode)),
-      water_(options.water_fraction && (HasRing(record_.Mode) || record_.Mode == kModeSSVAll)),
+      water_(options.water_fraction && HasWaterFraction(record_.Mode)),
       divisor_(Divisor(record_, options.normalisation)),
       disk_factor_(FactorOf(options.disk_unit)),
       ring_factor_(FactorOf(options.ring_unit)) {
   const auto count = static_cast<std::size_t>(tracks.PointCount(track));
   for (int column = 0; column < std::max(shown_columns_, 2); ++column) {
-    const std::vector<double>& from = tracks.Column(column, track);
-    std::vector<double>& values = columns_[static_cast<std::size_t>(column)];
-    values.reserve(count);
-    values.assign(from.begin(),
-                  from.begin() + static_cast<std::ptrdiff_t>(std::min(count, from.size())));
-    values.resize(count);
+    columns_[static_cast<std::size_t>(column)] = CopyOf(tracks.Column(column, track), count);
   }
   if (options_.points)
     std::erase_if(*options_.points, [&](std::int32_t point) {
       return point < 0 || static_cast<std::size_t>(point) >= count;
     });
   total_ = static_cast<std::int32_t>(options_.points ? options_.points->size() : count);
-  constexpr std::size_t kUsualCell = 17;
   text.reserve(static_cast<std::size_t>(total_) * kUsualCell *
                    static_cast<std::size_t>(shown_columns_) +
                100);
@@ -172,6 +260,34 @@ std::string DataTableText(const TrackStore& tracks, int track, const TableOption
   while (table.Continue(table.total())) {
   }
   return std::move(table.text);
+}
+
+MultiTable::MultiTable(const TrackStore& tracks, int track, std::string_view file_title,
+                       MultiTableKind kind) {
+  total_ = tracks.PointCount(0);
+  const auto count = static_cast<std::size_t>(total_);
+  columns_[0] = CopyOf(tracks.Column(kind == MultiTableKind::kCurrentTime ? 2 : 0, 0), count);
+  text.reserve(count * kUsualCell * columns_.size() + 1000);
+  text.append("Filename\t").append(CellText(std::string(file_title))).append("\r\n");
+  text.append("MeasTime\t").append(CellText(tracks.Record(track).MeasTime)).append("\r\n");
+  for (int channel = 0; channel < kMultiChannels; ++channel) {
+    columns_[static_cast<std::size_t>(channel) + 1] = CopyOf(tracks.Column(1, channel), count);
+    text.append("\t").append(CellText(tracks.Record(channel).Title));
+  }
+  text.append("\r\n");
+}
+
+void MultiTable::WriteRows(std::int32_t begin, std::int32_t end) {
+  RowBlock<kLongestMultiRow> rows(text);
+  for (std::int32_t row = begin; row < end; ++row) {
+    const auto point = static_cast<std::size_t>(row);
+    char* out = WritePlain(rows.Begin(), columns_[0][point]);
+    for (int channel = 1; channel <= kMultiChannels; ++channel) {
+      *out++ = '\t';
+      out = WritePlain(out, columns_[static_cast<std::size_t>(channel)][point]);
+    }
+    rows.End(out);
+  }
 }
 
 }  // namespace zento

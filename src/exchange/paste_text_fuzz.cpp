@@ -3,9 +3,8 @@
 #include <cstdlib>
 
 #include "core/tables.h"
-#include "ui/main/paste_text.h"
-#include "ui/main/table_text.h"
-#include "ui/main/track_text.h"
+#include "exchange/paste_text.h"
+#include "exchange/table_text.h"
 
 using namespace zento;
 

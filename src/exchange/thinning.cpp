@@ -1,4 +1,4 @@
-#include "ui/main/thinning.h"
+#include "exchange/thinning.h"
 
 #include <cmath>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "ui/main/paste_text.h"
+#include "exchange/paste_text.h"
 
 #include <algorithm>
 #include <array>

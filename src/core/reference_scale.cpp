@@ -1,4 +1,4 @@
-#include "ui/main/reference_scale.h"
+#include "core/reference_scale.h"
 
 #include "core/tables.h"
 
@@ -9,15 +9,7 @@ double ReferencePotential(std::int32_t ref, double pH) {
 }
 
 bool HasReferencedPotentials(const TrackRecord& record) {
-  switch (record.Mode) {
-    case kModeNone:
-    case kModePS:
-    case kModeRPMvsj:
-    case kModeMulti:
-      return false;
-    default:
-      return true;
-  }
+  return TraitsOf(record.Mode).referenced;
 }
 
 void ConvertReference(TrackStore& tracks, int track, std::int32_t ref) {

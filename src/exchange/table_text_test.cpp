@@ -7,11 +7,9 @@
 #include <filesystem>
 #include <string>
 
+#include "exchange/table_text.h"
+#include "exchange/test_tracks.h"
 #include "host/native/native_files.h"
-#include "ui/main/exchange_test_tracks.h"
-#include "ui/main/multi_table_text.h"
-#include "ui/main/table_text.h"
-#include "ui/main/track_text.h"
 
 namespace zento {
 namespace {
