@@ -280,7 +280,7 @@ void frmCalculation::DrawTracks() {
   PrevGraph.Clear();
   const int a = a_.track();
   if (!HoldsTrack(tracks(), a)) return;
-  const PreviewRange of_a = RangeOf(tracks(), a);
+  const DisplayRange of_a = RangeOf(tracks(), a);
   PlotRange range{std::min(of_a.x_min, of_a.x_max), std::min(of_a.y_min, of_a.y_max),
                   std::max(of_a.x_min, of_a.x_max), std::max(of_a.y_min, of_a.y_max)};
   const bool has_b = HoldsTrack(tracks(), b_.track());

@@ -133,7 +133,7 @@ void frmO2Reduction::ShowShares(const OxygenShares& shares) {
 
 void frmO2Reduction::DrawShares(const OxygenShares& shares) {
   // As stored, or what the points take up where that is empty.
-  const PreviewRange stored = RangeOf(tracks(), Track());
+  const DisplayRange stored = RangeOf(tracks(), Track());
   H2OGraph.Clear();
   H2OGraph.SetFormats("0.0", "##0");
   H2OGraph.SetRange(stored.x_min, 0, stored.x_max, 100);

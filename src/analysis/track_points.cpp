@@ -132,7 +132,7 @@ void ShowTrackHeader(const TrackStore& tracks, int track, Label& mode, TextBox& 
 bool PrepareTrackPlot(PreviewPlot& plot, TrackStore& tracks, int track) {
   plot.Clear();
   if (!HoldsTrack(tracks, track)) return false;
-  const PreviewRange range = RangeOf(tracks, track);
+  const DisplayRange range = RangeOf(tracks, track);
   plot.SetFormats(PreviewXFormat(tracks.Record(track).Mode), "0.0e+0");
   plot.SetRange(range.x_min, range.y_min, range.x_max, range.y_max);
   plot.SetSteps(TickStep(range.x_min, range.x_max), TickStep(range.y_min, range.y_max));

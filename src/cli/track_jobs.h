@@ -1,18 +1,25 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "core/track_file.h"
 #include "exchange/track_search.h"
 #include "host/services.h"
 #include "text/status.h"
 
 namespace zento {
 
+// The tracks of a file, which must be a complete track file; what it holds that could not be taken
+// goes to `notes`.
+Result<std::unique_ptr<TrackStore>> ReadTrackFile(Files& files, const std::filesystem::path& path,
+                                                  std::vector<std::string>& notes);
+
 // What a window said while a job was done in it.
-struct JobTold {
+struct JobReport {
   std::vector<std::string> messages;  // boxes that were shown: the window refused
   std::vector<std::string> notes;     // what a person should know besides
 };
@@ -42,36 +49,26 @@ struct ImportRequest {
 
 // Imports a track as frmImportTrack does. Nothing is saved when the window shows a message. Fails
 // when a file cannot be read or written.
-Result<JobTold> ImportIntoFile(const ImportRequest& request, Files& files);
+Result<JobReport> ImportIntoFile(const ImportRequest& request, Files& files);
 
 struct PasteRequest {
   std::filesystem::path file;
-  std::filesystem::path home;
   std::string text;  // as the clipboard has it
   int track = 0;
   SaveRequest save;
 };
 
-// Pastes as the main window's menu does. Fails, saving nothing, also when the text holds no track.
-Result<JobTold> PasteIntoFile(const PasteRequest& request, Files& files);
-
-// As typed; what is not set does not matter.
-struct SearchRequest {
-  std::filesystem::path folder;
-  std::optional<std::string> title;  // words apart by blanks
-  std::optional<std::string> mode;   // "CV"
-  std::optional<std::string> rpm;
-  std::optional<std::string> scan_rate;  // mV/s
-  bool subfolders = false;
-};
+// Pastes as the main window's menu does. Fails, saving nothing, when the text holds no track.
+Result<JobReport> PasteIntoFile(const PasteRequest& request, Files& files);
 
 struct SearchAnswer {
   std::vector<SearchHit> hits;
-  std::string state;  // what the window says at the end
-  std::vector<std::string> messages;
+  std::string summary;
 };
 
-// Searches as frmSearchTrack does. Fails when the folder cannot be read or a value makes no sense.
-Result<SearchAnswer> SearchFolder(const SearchRequest& request, Files& files);
+// Fails when the folder cannot be read.
+Result<SearchAnswer> SearchFolder(const SearchCriteria& criteria,
+                                  const std::filesystem::path& folder, bool subfolders,
+                                  Files& files);
 
 }  // namespace zento

@@ -36,8 +36,6 @@ class TrackSession {
 
   frmControlPanel& panel() { return *panel_; }
   Workstation& workstation() { return program_.workstation(); }
-  Clipboard& clipboard() { return program_.host().clipboard; }
-  EventLoop& loop() { return program_.loop(); }
 
  private:
   Result<Control*> Usable(Form& form, std::string_view control);

@@ -23,7 +23,4 @@ struct TransformCommand {
 
 std::span<const TransformCommand> TransformCommands();
 
-// The options of frmSpecialCopy, which shows the main window's track.
-const WindowCommand& SpecialCopyCommand();
-
 }  // namespace zento

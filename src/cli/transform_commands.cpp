@@ -7,9 +7,6 @@ using enum OptionKind;
 
 constexpr std::string_view kMethods[] = {"average", "savitzky-golay", "spikes"};
 constexpr std::string_view kOperators[] = {"plus", "minus"};
-constexpr std::string_view kUnits[] = {"A", "mA", "uA", "nA"};
-constexpr std::string_view kNormalisations[] = {"none", "area", "weight"};
-constexpr std::string_view kPolarities[] = {"all", "positive", "negative"};
 
 constexpr WindowOption kFilterOptions[] = {
     {"--track", kShownTrack, "txtDataNum", "N", "the track; without it the file's first one"},
@@ -67,42 +64,6 @@ constexpr WindowOption kCalcOptions[] = {
     {"--shift", kNumber, "txtXBShift", "X", "added to every x of B, in its unit; else 0"},
 };
 
-constexpr WindowOption kCopyOptions[] = {
-    {"--unit", kChoice, "opnDiskUnit", "UNIT", "of the current", kUnits},
-    {"--ring-unit", kChoice, "opnRingUnit", "UNIT", "of the ring current", kUnits},
-    {"--per", kChoice, "opnNormalisation", "WHAT", "divide currents by the track's",
-     kNormalisations},
-    {"--log", kCheck, "chkLog", "", "log10 of the currents without their sign"},
-    {"--absolute", kCheck, "chkAbsolute", "", "currents without their sign"},
-    {.name = "--water",
-     .kind = kNumber,
-     .control = "txtCE",
-     .value = "N",
-     .help = "a column %H2O, with the ring's collection efficiency N",
-     .switch_index = 1,
-     .switch_control = "chkH2O"},
-    {"--only", kChoice, "opnPolarity", "SIGN", "points by the sign of the disk current",
-     kPolarities},
-    {.name = "--cycle",
-     .kind = kNumber,
-     .control = "txtCycle",
-     .value = "N",
-     .help = "this cycle alone, from 1 on",
-     .switch_index = 1,
-     .switch_control = "opnCycles"},
-    {.name = "--no-header",
-     .kind = kCheck,
-     .control = "",
-     .value = "",
-     .help = "the table alone, without the track's record",
-     .switch_index = 0,
-     .switch_control = "chkHeader"},
-    {"--angle", kNumber, "txtAngle", "DEG", "thinning: keep points where the curve turns by more"},
-    {"--distance", kNumber, "txtDistance", "FRACTION",
-     "thinning: keep points that are farther away, in parts of the display range"},
-    {"--order", kNumber, "txtOrder", "N", "thinning: keep every n-th point"},
-};
-
 constexpr TransformCommand kCommands[] = {
     {{"filter", "frmFFTFilter", "take high frequencies out of a track", kFilterOptions},
      "cmdUpdate",
@@ -124,16 +85,10 @@ constexpr TransformCommand kCommands[] = {
      "the track that gets the result"},
 };
 
-constexpr WindowCommand kCopy{"table", "frmSpecialCopy", "", kCopyOptions};
-
 }  // namespace
 
 std::span<const TransformCommand> TransformCommands() {
   return kCommands;
-}
-
-const WindowCommand& SpecialCopyCommand() {
-  return kCopy;
 }
 
 }  // namespace zento

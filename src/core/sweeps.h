@@ -14,6 +14,10 @@ namespace zento {
 // give 101 zeros.
 std::vector<std::int32_t> CycleBoundaries(const TrackStore& tracks, int slot);
 
+// The same for whoever goes from cycle to cycle: first and last point of the only one where a mode
+// has no cycles. {0, 0} for a track without points.
+std::vector<std::int32_t> CycleEnds(const TrackStore& tracks, int slot);
+
 // From `start` on, the point where the potential was nearest to `target` (V) before it moved away
 // again, having come within 0.1 V; the last point when that never happens; start - 1 when `start`
 // is behind the last point.

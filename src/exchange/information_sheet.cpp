@@ -73,4 +73,18 @@ void SetSheetValue(int row, TrackRecord& record, std::string_view text) {
   }
 }
 
+std::string SheetsText(const TrackStore& tracks) {
+  std::string text;
+  for (int track = 0; track < kTracks; ++track) {
+    const TrackRecord& record = tracks.Record(track);
+    if (record.IsEmpty()) continue;
+    text += "Track\t" + std::to_string(track) + "\n";
+    for (int row = 0; row < kSheetRows; ++row) {
+      text.append(SheetLabel(row)).append("\t").append(SheetValue(row, record)).append("\n");
+    }
+    text.append("Reference\t").append(EntryOf(RefName, record.ref)).append("\n");
+  }
+  return text;
+}
+
 }  // namespace zento

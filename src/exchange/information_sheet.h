@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/track.h"
+#include "core/track_store.h"
 
 namespace zento {
 
@@ -33,5 +33,8 @@ bool SheetRowEditable(int row);
 // Stores the text (leniently read as a number, except for the title) into the row's field. Rows
 // that are not editable stay as they are.
 void SetSheetValue(int row, TrackRecord& record, std::string_view text);
+
+// The sheet of every track that is not empty: a label, a tab and a value a line, ended by LF.
+std::string SheetsText(const TrackStore& tracks);
 
 }  // namespace zento

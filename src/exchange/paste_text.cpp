@@ -139,13 +139,13 @@ class Paste {
 
   Pasted Finish() {
     record_.pnum = points_;
-    if (record_.Mode != kModeNone) {
+    if (!record_.IsEmpty()) {
       SetRange();
       if (record_.V[1] == 0 && record_.V[2] == 0) FindVertices();
       // A rotation-rate sweep has no vertices; its first potential is that of the disk.
       if (disk_potential_) record_.V[0] = *disk_potential_;
     }
-    return {points_, left_out_, record_.Mode != kModeNone};
+    return {points_, left_out_, !record_.IsEmpty()};
   }
 
  private:
@@ -229,6 +229,16 @@ Pasted PasteText(std::string_view text, TrackStore& tracks, int track) {
   Paste paste(tracks, track, text.size());
   paste.Read(text);
   return paste.Finish();
+}
+
+std::string PasteNotice(const Pasted& pasted, int track) {
+  const std::string name = "track " + std::to_string(track);
+  std::string notice = "Pasted " + std::to_string(pasted.points) + " points into " + name;
+  if (pasted.left_out > 0) {
+    notice += "; " + std::to_string(pasted.left_out) + " MORE HAD NO ROOM in it";
+  }
+  if (!pasted.has_mode) notice += ", which stays empty: the text has no line that says the mode";
+  return notice;
 }
 
 }  // namespace zento

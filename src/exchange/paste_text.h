@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "core/track_store.h"
@@ -23,5 +24,8 @@ struct Pasted {
 // points, though at least down to 10 and up to -10, and unless V2nd or V3rd are given, the vertices
 // are where the first column changes its direction. Both are left alone when the track has no mode.
 Pasted PasteText(std::string_view text, TrackStore& tracks, int track);
+
+// What became of it, for a person.
+std::string PasteNotice(const Pasted& pasted, int track);
 
 }  // namespace zento

@@ -121,6 +121,33 @@ bool HasWaterFraction(std::int32_t mode) {
   return HasRing(mode) || mode == kModeSSVAll;
 }
 
+std::vector<ColumnName> ColumnNames(const TrackRecord& record, int track) {
+  std::vector<ColumnName> names;
+  const ModeTraits& traits = TraitsOf(record.Mode);
+  switch (traits.x) {
+    case XQuantity::kNone:
+      return names;
+    case XQuantity::kPotential:
+      names.push_back({"E", "V"});
+      break;
+    case XQuantity::kTime:
+      names.push_back({"t", "s"});
+      break;
+    case XQuantity::kRotationRate:
+      names.push_back({"rotation rate", "rpm"});
+      break;
+  }
+  const bool ring = HasRing(record.Mode);
+  names.push_back({ring ? "disk I" : "I", "A"});
+  if (KeptColumns(record, /*multi_time=*/track < kMultiChannels) < kTrackColumns) return names;
+  if (ring) {
+    names.push_back({"ring I", "A"});
+  } else {
+    names.push_back({"t", traits.x == XQuantity::kRotationRate ? "ms" : "s"});
+  }
+  return names;
+}
+
 std::string CellText(std::string text) {
   text = OneLine(std::move(text));
   std::replace(text.begin(), text.end(), '\t', ' ');

@@ -21,6 +21,14 @@ std::string TrackInfoText(const TrackStore& tracks, int track, std::string_view 
 // A text as a cell of a tab-separated table: line breaks and tabs become blanks.
 std::string CellText(std::string text);
 
+// What a track's columns hold, in their order; as many as the track has, none for an empty one. A
+// file gives each channel of a multichannel record the times that track 0 carries.
+struct ColumnName {
+  std::string name;
+  std::string unit;
+};
+std::vector<ColumnName> ColumnNames(const TrackRecord& record, int track);
+
 // A table for the clipboard that is written piece by piece, so that a window can show how far it
 // is. It works on a copy of the points: what happens to the track meanwhile does not show.
 class TableJob {

@@ -1,8 +1,12 @@
 #include "exchange/thinning.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <numbers>
+
+#include "core/display_range.h"
+#include "core/sweeps.h"
 
 namespace zento {
 namespace {
@@ -60,6 +64,12 @@ class Thinner {
   Step left_in_;
 };
 
+// A curve without extent has no directions to be seen either.
+double ExtentOf(double from, double to) {
+  const double extent = std::fabs(to - from);
+  return extent > 0 && std::isfinite(extent) ? extent : 1;
+}
+
 }  // namespace
 
 std::vector<std::int32_t> ThinnedPoints(const PlottedCurve& curve,
@@ -74,6 +84,20 @@ std::vector<std::int32_t> ThinnedPoints(const PlottedCurve& curve,
     if (ends[end] > kept.back()) kept.push_back(ends[end]);
   }
   return kept;
+}
+
+std::vector<std::int32_t> ChosenPoints(TrackStore& tracks, int track, std::optional<int> cycle,
+                                       const Thinning& thinning) {
+  std::vector<std::int32_t> ends = CycleEnds(tracks, track);
+  if (cycle) {
+    const auto last =
+        static_cast<std::size_t>(std::clamp(*cycle, 1, static_cast<int>(ends.size()) - 1));
+    ends = {ends[last - 1], ends[last]};
+  }
+  const DisplayRange range = RangeOf(tracks, track);
+  const PlottedCurve curve{tracks.Points(0, track), tracks.Points(1, track),
+                           ExtentOf(range.x_min, range.x_max), ExtentOf(range.y_min, range.y_max)};
+  return ThinnedPoints(curve, ends, thinning);
 }
 
 }  // namespace zento

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
+
+#include "core/track_store.h"
 
 namespace zento {
 
@@ -32,5 +35,10 @@ struct PlottedCurve {
 std::vector<std::int32_t> ThinnedPoints(const PlottedCurve& curve,
                                         std::span<const std::int32_t> ends,
                                         const Thinning& thinning);
+
+// The points of a track that stay: of one of its cycles (from 1 on, held within the track's), or
+// of all.
+std::vector<std::int32_t> ChosenPoints(TrackStore& tracks, int track, std::optional<int> cycle,
+                                       const Thinning& thinning);
 
 }  // namespace zento

@@ -5,6 +5,7 @@
 
 #include "host/path_text.h"
 #include "text/natural_order.h"
+#include "text/number.h"
 
 namespace zento {
 namespace {
@@ -31,6 +32,20 @@ Paths Sorted(std::vector<std::string> names) {
   paths.reserve(names.size());
   for (const std::string& name : names) paths.push_back(PathFromText(name));
   return paths;
+}
+
+std::vector<std::string> CutAtBlanks(std::string_view text) {
+  std::vector<std::string> words;
+  while (!text.empty()) {
+    const std::size_t blank = std::min(text.find(' '), text.size());
+    if (blank > 0) words.emplace_back(text.substr(0, blank));
+    text.remove_prefix(std::min(blank + 1, text.size()));
+  }
+  return words;
+}
+
+std::string Counted(std::size_t count, const char* what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
 }  // namespace
@@ -64,6 +79,24 @@ bool SearchCriteria::Matches(const TrackRecord& record) const {
   });
 }
 
+Result<SearchCriteria> ParseCriteria(const TypedCriteria& typed) {
+  SearchCriteria criteria;
+  criteria.mode = typed.mode;
+  if (typed.keywords) {
+    if (typed.keywords->empty()) return Status::Failure("Please input keywords!");
+    criteria.keywords = CutAtBlanks(*typed.keywords);
+  }
+  if (typed.rpm) {
+    criteria.rpm = ParseLenient(*typed.rpm);
+    if (*criteria.rpm < 0) return Status::Failure("Please input RPM!");
+  }
+  if (typed.scanrate) {
+    criteria.scanrate = ParseLenient(*typed.scanrate);
+    if (*criteria.scanrate <= 0) return Status::Failure("Please input scanrate!");
+  }
+  return criteria;
+}
+
 TrackSearch::TrackSearch(Files& files, const Clock& clock, SearchCriteria criteria,
                          const std::filesystem::path& folder, bool subfolders)
     : files_(files),
@@ -93,6 +126,20 @@ double TrackSearch::Done() const {
     files += std::min(part, 1.0);
   }
   return files / static_cast<double>(paths_.size());
+}
+
+std::string TrackSearch::Summary() const {
+  std::string text = Counted(hits_.size(), "track") + " found in ";
+  if (next_ < paths_.size()) text += std::to_string(next_) + " of ";
+  text += Counted(paths_.size(), "file");
+  if (full()) text += "; there may be more, only the first 200 are shown";
+  if (passed_over_ > 0) {
+    text += "; " + Counted(passed_over_, "file") + " could not be read as track files";
+  }
+  if (unreadable_folders_ > 0) {
+    text += "; " + Counted(unreadable_folders_, "folder") + " could not be read";
+  }
+  return text;
 }
 
 void TrackSearch::Step() {

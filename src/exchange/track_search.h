@@ -37,6 +37,16 @@ struct SearchCriteria {
   bool Matches(const TrackRecord& record) const;
 };
 
+// The same as a person types it.
+struct TypedCriteria {
+  std::optional<std::int32_t> mode;
+  std::optional<std::string> scanrate;
+  std::optional<std::string> rpm;
+  std::optional<std::string> keywords;  // apart by blanks
+};
+// Fails when one of them has no sensible value; says which.
+Result<SearchCriteria> ParseCriteria(const TypedCriteria& typed);
+
 struct SearchHit {
   std::filesystem::path path;
   int track = 0;
@@ -73,6 +83,8 @@ class TrackSearch {
   std::size_t unreadable_folders() const { return unreadable_folders_; }
   // From 0 to 1: whole files, and the part of the one being read.
   double Done() const;
+  // What was found so far, and in how many files, for a person.
+  std::string Summary() const;
 
  private:
   struct Reading {

@@ -1,7 +1,5 @@
 #include "graph/track_preview.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -67,18 +65,6 @@ void DrawChannels(PreviewPlot& plot, TrackStore& tracks, int channels, PreviewSt
   }
 }
 
-bool Usable(double from, double to) {
-  return std::isfinite(from) && std::isfinite(to) && from != to;
-}
-
-// The values' extent, where there is any.
-void Cover(Values values, double& least, double& most) {
-  if (values.empty()) return;
-  const auto [low, high] = std::minmax_element(values.begin(), values.end());
-  least = *low;
-  most = *high;
-}
-
 }  // namespace
 
 const char* PreviewXFormat(std::int32_t mode) {
@@ -87,20 +73,7 @@ const char* PreviewXFormat(std::int32_t mode) {
   return x == XQuantity::kTime ? "###0.0" : "0.0";
 }
 
-PreviewRange RangeOf(TrackStore& tracks, int track) {
-  const TrackRecord& record = tracks.Record(track);
-  PreviewRange range{record.Vxmin, record.Vymin, record.Vxmax, record.Vymax};
-  if (!Usable(range.x_min, range.x_max)) {
-    const bool multi = IsMultichannel(record.Mode);
-    Cover(tracks.Points(multi ? 2 : 0, multi ? 0 : track), range.x_min, range.x_max);
-  }
-  if (!Usable(range.y_min, range.y_max)) {
-    Cover(tracks.Points(1, track), range.y_min, range.y_max);
-  }
-  return range;
-}
-
-void DrawTrack(PreviewPlot& plot, TrackStore& tracks, int track, const PreviewRange& range,
+void DrawTrack(PreviewPlot& plot, TrackStore& tracks, int track, const DisplayRange& range,
                PreviewStyle style) {
   plot.Clear();
   const std::int32_t mode = tracks.Record(track).Mode;

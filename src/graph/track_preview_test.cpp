@@ -125,10 +125,10 @@ TEST_F(Preview, WithoutPointsOrOfUnknownModeThereIsNoCurve) {
 
 TEST_F(Preview, FallsBackOnTheDataWhereTheRangeIsEmpty) {
   Fill(0, kModePS, 11);
-  EXPECT_EQ(RangeOf(tracks, 0), (PreviewRange{0, 0, 1, 0.01}));
+  EXPECT_EQ(RangeOf(tracks, 0), (DisplayRange{0, 0, 1, 0.01}));
   tracks.Record(0).Vxmin = -2;
   tracks.Record(0).Vymax = 5;
-  EXPECT_EQ(RangeOf(tracks, 0), (PreviewRange{-2, 0, 0, 5}));
+  EXPECT_EQ(RangeOf(tracks, 0), (DisplayRange{-2, 0, 0, 5}));
 }
 
 }  // namespace

@@ -57,15 +57,13 @@ class frmSearchTrack : public Form {
  private:
   void ConnectSearch();
   void ConnectImport();
-  // False when a criterion that is on has no sensible value; says which.
-  bool CheckCriteria();
-  SearchCriteria Criteria() const;
+  // Those that are on.
+  TypedCriteria Criteria() const;
   void cmdSearch_Click();
   void Work();
   void Finish(bool cancelled);
   void ShowHits();
   void ShowProgress();
-  void ShowOutcome(bool cancelled);
   void SelectResult(int row);
   void cmdImport_Click();
   void StoreTypedTrack();
