@@ -20,7 +20,6 @@
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
 #include "ui/main/clipboard_copy.h"
-#include "ui/main/progress_form.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "cli/console_text.h"
 #include "cli/exit_status.h"
 #include "cli/outcome_json.h"
-#include "cli/track_load.h"
+#include "cli/track_jobs.h"
 #include "core/home.h"
 #include "core/settings_file.h"
 #include "core/track_file.h"

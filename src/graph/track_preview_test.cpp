@@ -99,7 +99,7 @@ TEST_F(Preview, ChannelsShareTheTimeOfTrackZero) {
   }
   tracks.Record(7).Vymin = -0.015;
   tracks.Record(7).Vymax = 0.015;
-  EXPECT_EQ(RangeOf(tracks, 7), (PreviewRange{0, -0.015, 3, 0.015}));
+  EXPECT_EQ(RangeOf(tracks, 7), (DisplayRange{0, -0.015, 3, 0.015}));
   for (const PreviewStyle style : kStyles) {
     const TestSurface picture = Drawn(7, style);
     for (int channel = 0; channel < 10; ++channel) {

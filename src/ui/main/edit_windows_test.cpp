@@ -14,7 +14,6 @@
 #include "ui/main/edit_a_track_form.h"
 #include "ui/main/edit_tracks_form.h"
 #include "ui/main/main_test_rig.h"
-#include "ui/main/replace_title_form.h"
 
 namespace zento {
 namespace {

@@ -10,7 +10,7 @@
 #include "host/host.h"
 #include "host/path_text.h"
 #include "text/number.h"
-#include "ui/main/file_track_preview.h"
+#include "ui/main/file_lists.h"
 #include "ui/main/recent_files.h"
 
 namespace zento {
