@@ -10,7 +10,7 @@
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
 #include "measure/cv_form.h"
-#include "measure/measure_forms.h"
+#include "measure/measure_form.h"
 #include "sim/bench.h"
 
 namespace {

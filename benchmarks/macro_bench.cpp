@@ -14,7 +14,7 @@
 #include "host/virtual/virtual_host.h"
 #include "macro/interpreter.h"
 #include "macro/macro_line.h"
-#include "measure/measure_forms.h"
+#include "measure/measure_form.h"
 #include "sim/bench.h"
 #include "text/lines.h"
 

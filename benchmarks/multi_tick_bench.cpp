@@ -15,7 +15,7 @@
 #include "core/settings_file.h"
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
-#include "measure/measure_forms.h"
+#include "measure/measure_form.h"
 #include "measure/multi_form.h"
 #include "paper_view.h"
 
@@ -56,7 +56,7 @@ void Tick(benchmark::State& state) {
   form->StartMeasurement();
   for (auto _ : state) {
     machine.clock.Spend(kSecond);
-    form->MMTimer.on_tick();
+    form->timer.on_tick();
     if (ws.running_flag != 0) continue;
     state.PauseTiming();  // 20001 points: the run has ended
     form->StartMeasurement();

@@ -9,18 +9,12 @@
 #include <vector>
 
 #include "core/run_log.h"
-#include "core/run_report.h"
+#include "core/run_state.h"
 #include "core/settings.h"
 #include "core/track_history.h"
 #include "core/track_store.h"
 
 namespace zento {
-
-// One point of a running measurement: potential or time, current, a third value.
-using AcquiredPoint = std::array<double, 3>;
-
-// Indices 0 to 20001.
-inline constexpr std::int32_t kAcquisitionCapacity = 20002;
 
 // One point of the rotation-rate calibration.
 struct CalibrationPoint {
@@ -36,7 +30,6 @@ struct Workstation {
   Settings settings;
   bool SettingsLoaded = false;  // true only after a complete read of the settings file
 
-  std::vector<AcquiredPoint> acquisition = std::vector<AcquiredPoint>(kAcquisitionCapacity);
   // -1 while a measurement or a macro's wait is active, else 0.
   std::int16_t running_flag = 0;
 
@@ -56,10 +49,8 @@ struct Workstation {
   // Set by a measurement while running_flag is: brings the run to its safe end before it returns
   // (points stored, generator off, rotation 0, flag cleared). Empty while no measurement runs.
   std::function<void()> end_active_run;
-  // Told when a measurement begins, with its name, and when it has ended and stored its points.
-  // May be empty.
-  std::function<void(const std::string& what)> run_begun;
-  std::function<void(const RunReport& report)> run_ended;
+  // Where the run of the moment stands.
+  RunFeed runs;
   // True from a macro's start to its end, also while it waits for a measurement.
   bool macro_active = false;
   // Set while macro_active is: stops the macro before it returns (its wait ended, rotation 0). A

@@ -14,8 +14,8 @@
 #include "host/mail_settings.h"
 #include "host/mail_text.h"
 #include "host/path_text.h"
+#include "measure/measure_form.h"
 #include "measure/plan.h"
-#include "measure/run.h"
 #include "text/number.h"
 
 namespace zento {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "measure/cyclic_voltammetry.h"
 #include "measure/test_runs.h"
 
 namespace zento {

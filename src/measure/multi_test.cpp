@@ -59,7 +59,7 @@ TEST(MultiForm, WarnsAndRestoresItsEntriesWhenItOpens) {
   Enter(form.txtScale[3], "2e-6");
   Enter(form.txtSamplingrate, "-1");
   Enter(form.txtMaxTime, "3600");
-  EXPECT_EQ(form.MMTimer.Interval(), 10'000);
+  EXPECT_EQ(form.timer.Interval(), 10'000);
   form.QuitMMMeasurement();
   frmMultipotentiostat& again = rig.Form();
   EXPECT_EQ(again.cbxADCh[3].selected(), 63);

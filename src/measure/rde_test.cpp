@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "measure/ring_disk_voltammetry.h"
 #include "measure/test_runs.h"
 
 namespace zento {

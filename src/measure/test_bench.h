@@ -18,7 +18,7 @@
 #include "core/track_file.h"
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
-#include "measure/measure_forms.h"
+#include "measure/measure_form.h"
 #include "sim/bench.h"
 #include "sim/test_support.h"
 

@@ -11,7 +11,7 @@
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
 #include "measure/cv_form.h"
-#include "measure/measure_forms.h"
+#include "measure/measure_form.h"
 #include "measure/rde_form.h"
 #include "measure/rpm_form.h"
 #include "measure/step_form.h"

@@ -8,7 +8,7 @@
 #include "devices/vendor/loader.h"
 #include "graph/graph_form.h"
 #include "macro/macro_form.h"
-#include "measure/measure_forms.h"
+#include "measure/measure_form.h"
 #include "program/home.h"
 #include "ui/main/main_forms.h"
 
