@@ -64,7 +64,7 @@ std::int32_t MultichannelMonitor::Rounds(double accumulation) {
 
 Plan MultichannelMonitor::MakePlan(const RunChoices& choices, const Workstation&) const {
   Plan plan = PlanOf(values_.sampling_rate, PeriodRounded(values_.sampling_rate), rounds_, choices);
-  if (choices.method == kByTime) EndByTime(plan, planned_);
+  if (choices.method == kByTime) EndByTime(plan, planned_, LastTick::kAfterEnd, 1);
   plan.last_target = static_cast<int>(kElectrodes) - 1;
   return plan;
 }

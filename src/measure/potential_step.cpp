@@ -60,7 +60,7 @@ Plan PotentialStep::MakePlan(const RunChoices& choices, const Workstation& works
   plan.rotation = {RateFor(workstation, values_.rpm)};
   plan.retain_seconds = retain_;
   if (choices.method == kByCharge) plan.end = PlannedEnd::kCharge;
-  if (EndsByTime(choices)) EndByTime(plan, planned_);
+  if (EndsByTime(choices)) EndByTime(plan, planned_, LastTick::kAfterEnd);
   // They become fewer and fewer.
   if (choices.variable_sampling) plan.points.reset();
   return plan;

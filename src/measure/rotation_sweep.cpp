@@ -70,7 +70,7 @@ Plan RotationSweep::MakePlan(const RunChoices& choices, const Workstation& works
   if (values_.method == kRamp) {
     plan.rotation.push_back(RateFor(workstation, values_.ramp.end));
     plan.ramp_speed = values_.ramp.speed;
-    EndByTime(plan, values_.ramp.DurationMillis());
+    EndByTime(plan, values_.ramp.DurationMillis(), LastTick::kAtEnd);
   }
   return plan;
 }

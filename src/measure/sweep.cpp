@@ -44,7 +44,7 @@ Plan Sweep::MakePlan(const RunChoices& choices, const Workstation& workstation) 
   plan.scan_rate = PlannedNumber{values_.scan_rate, RateAsSent(values_.scan_rate)};
   plan.rotation = {RateFor(workstation, values_.rpm)};
   plan.retain_seconds = retain_;
-  if (choices.method != kUntilStopped) EndByTime(plan, planned_);
+  if (choices.method != kUntilStopped) EndByTime(plan, planned_, LastTick::kAfterEnd);
   return plan;
 }
 

@@ -74,10 +74,10 @@ PlannedRate Technique::RateFor(const Workstation& workstation, double rpm) {
   return {rpm, RateAsApplied(workstation, rpm)};
 }
 
-void Technique::EndByTime(Plan& plan, std::int64_t millis) {
+void Technique::EndByTime(Plan& plan, std::int64_t millis, LastTick last, int first_tick) {
   plan.end = PlannedEnd::kTime;
   plan.duration = millis;
-  plan.points = millis / plan.interval + 1;
+  plan.points = millis / plan.interval + (last == LastTick::kAfterEnd ? 2 : 1) - first_tick;
 }
 
 void Technique::AddCurve(const PlotRange& range) {

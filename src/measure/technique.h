@@ -71,8 +71,10 @@ class Technique {
   Plan PlanOf(double sampling_rate, std::int64_t interval, std::int32_t rounds,
               const RunChoices& choices) const;
   static PlannedRate RateFor(const Workstation& workstation, double rpm);
-  // Ends after `millis` of recording.
-  static void EndByTime(Plan& plan, std::int64_t millis);
+  // Ends with the first tick later than `millis` of recording, or with the one at `millis`;
+  // `first_tick` is the time of the first point in intervals.
+  enum class LastTick { kAtEnd, kAfterEnd };
+  static void EndByTime(Plan& plan, std::int64_t millis, LastTick last, int first_tick = 0);
 
   // Adds a curve whose graph begins with a range; the corners may come in any order.
   void AddCurve(const PlotRange& range);
