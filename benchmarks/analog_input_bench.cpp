@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 
+#include "core/settings.h"
 #include "core/workstation.h"
 #include "devices/analog_input.h"
 #include "devices/pci_card.h"

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "core/track_store.h"
 #include "host/virtual/memory_services.h"
 #include "program/dry_run.h"
 #include "sim/bench.h"

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "core/settings_file.h"
+#include "core/track_store.h"
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
 #include "measure/cv_form.h"

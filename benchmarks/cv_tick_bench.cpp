@@ -67,9 +67,9 @@ class FiveChannels : public MeasureForm {
     point = {sums[1] / kRounds + PointIndex() * 1e-5, sums[3] / kRounds, sums[4] / kRounds};
     if (plot_.Include(point[0], point[1])) {
       plot_.Redraw(kLook);
-      plot_.Curve(RecordedPoints(), 1, QBColor(9));
+      plot_.Curve(RecordedPoints(), 1, kLightBlue);
     } else {
-      plot_.Point(point[0], point[1], QBColor(9));
+      plot_.Point(point[0], point[1], kLightBlue);
     }
     KeepPoint();
   }

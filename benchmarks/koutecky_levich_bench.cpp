@@ -11,7 +11,9 @@
 #include <vector>
 
 #include "analysis/kl_form.h"
+#include "core/settings.h"
 #include "core/settings_file.h"
+#include "core/track_store.h"
 #include "host/virtual/virtual_host.h"
 
 namespace {

@@ -12,6 +12,7 @@
 #include <memory>
 #include <string>
 
+#include "core/track_store.h"
 #include "core/workstation.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"

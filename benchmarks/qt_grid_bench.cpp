@@ -10,12 +10,14 @@
 #include <memory>
 #include <string>
 
+#include "core/track_store.h"
 #include "core/workstation.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
 #include "text/format.h"
+#include "text/status.h"
 #include "ui/main/edit_a_track_form.h"
 
 namespace {

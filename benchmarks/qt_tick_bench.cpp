@@ -17,7 +17,6 @@
 #include "host/controls.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
-#include "host/timer.h"
 #include "qt/qt_host.h"
 
 namespace {

@@ -24,6 +24,7 @@
 #endif
 
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
 #include "host/virtual/virtual_host.h"

@@ -10,6 +10,7 @@
 #include "analysis/smoothing.h"
 #include "analysis/test_definitions.h"
 #include "core/tables.h"
+#include "core/track_store.h"
 
 namespace {
 

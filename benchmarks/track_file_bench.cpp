@@ -21,6 +21,8 @@
 
 #ifdef __GLIBC__
 #include <malloc.h>
+
+#include "core/track_store.h"
 #endif
 
 namespace {

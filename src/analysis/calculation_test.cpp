@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "analysis/analysis_test_rig.h"
+#include "core/track_history.h"
 
 namespace zento {
 namespace {

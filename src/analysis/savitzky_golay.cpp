@@ -6,9 +6,11 @@
 #include <string>
 
 #include "host/path_text.h"
+#include "host/services.h"
 #include "text/codepage.h"
 #include "text/lines.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -7,14 +7,19 @@
 
 #include "analysis/track_points.h"
 #include "core/palette.h"
+#include "core/settings.h"
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "graph/track_preview.h"
+#include "host/dialogs.h"
+#include "host/host.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
 
-constexpr int kLightRed = 12;
 constexpr std::int32_t kMostPoints = 15;
 constexpr std::int32_t kLeastWindow[] = {3, 5, 3};  // by method
 
@@ -196,9 +201,9 @@ void frmSmoothing::DrawPreview() {
   DrawTrack(PrevGraph, tracks(), track, RangeOf(tracks(), track), style);
   for (const Curve& curve : curves_) {
     if (style == PreviewStyle::kDots) {
-      PrevGraph.Dots(curve.x, curve.y, QBColor(kLightRed));
+      PrevGraph.Dots(curve.x, curve.y, kLightRed);
     } else {
-      PrevGraph.Polyline(curve.x, curve.y, QBColor(kLightRed));
+      PrevGraph.Polyline(curve.x, curve.y, kLightRed);
     }
   }
 }

@@ -2,6 +2,7 @@
 
 #include "analysis/analysis_test_rig.h"
 #include "analysis/tafel_form.h"
+#include "core/settings.h"
 
 namespace zento {
 namespace {

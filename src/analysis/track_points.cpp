@@ -6,19 +6,16 @@
 #include <span>
 #include <vector>
 
-#include "core/axis_step.h"
 #include "core/palette.h"
-#include "core/same_values.h"
+#include "core/sweeps.h"
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "graph/track_preview.h"
 #include "text/format.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
-
-constexpr int kLightBlue = 9;
-constexpr int kLightRed = 12;
 
 // The way of a potential that goes to and fro. Steps back that are small beside the whole range are
 // noise, no turns, so that a measured potential does not seem to have gone farther than it did.
@@ -124,7 +121,7 @@ void ShowTrackHeader(const TrackStore& tracks, int track, Label& mode, TextBox& 
                      TextBox& rpm) {
   const TrackRecord& record = tracks.Record(track);
   const bool holds = HoldsTrack(tracks, track);
-  mode.SetText(std::string(EntryOf(ModeName, record.Mode)));
+  mode.SetText(std::string(AtOrNone(ModeName, record.Mode)));
   title.SetText(holds ? record.Title : std::string());
   rpm.SetText(holds ? PlainNumber(record.RPM) : std::string());
 }
@@ -181,7 +178,7 @@ void DrawSelection(PreviewPlot& plot, TrackStore& tracks, int track, std::int32_
                    std::int32_t last) {
   if (!PrepareTrackPlot(plot, tracks, track)) return;
   DrawChosenPoints(plot, tracks, track, first, last, [=](std::int32_t point, double) {
-    return QBColor(point >= first && point <= last ? kLightRed : kLightBlue);
+    return point >= first && point <= last ? kLightRed : kLightBlue;
   });
 }
 

@@ -6,11 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "core/track_store.h"
+#include "core/track.h"
 #include "graph/preview_plot.h"
 #include "host/controls.h"
 
 namespace zento {
+
+class TrackStore;
 
 // What the windows tell of one point of a track of mode `mode`: "E:0.2500V   I:1.0000e-5A", with
 // "t:" in s for potential steps, "rpm:" for rotation-rate sweeps. Empty in other modes.

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "host/native/native_files.h"
 #include "support/cli_fixture.h"
 

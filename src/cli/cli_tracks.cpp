@@ -77,7 +77,7 @@ std::string HitsAsJson(const SearchAnswer& answer) {
     hits.push_back({{"file", TextFromPath(hit.path)},
                     {"track", hit.track},
                     {"title", hit.title},
-                    {"mode", EntryOf(ModeName, hit.mode)},
+                    {"mode", AtOrNone(ModeName, hit.mode)},
                     {"rpm", hit.rpm},
                     {"scan_rate", hit.scanrate}});
   }
@@ -89,7 +89,7 @@ std::string HitsAsTable(const SearchAnswer& answer) {
   std::string text = "file\ttrack\ttitle\tmode\trpm\tscan rate/mVs-1\n";
   for (const SearchHit& hit : answer.hits) {
     text += TextFromPath(hit.path) + "\t" + PlainNumber(hit.track) + "\t" + hit.title + "\t" +
-            std::string(EntryOf(ModeName, hit.mode)) + "\t" + PlainNumber(hit.rpm) + "\t" +
+            std::string(AtOrNone(ModeName, hit.mode)) + "\t" + PlainNumber(hit.rpm) + "\t" +
             PlainNumber(hit.scanrate) + "\n";
   }
   return text;

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "cli/exit_status.h"
+#include "text/status.h"
 
 #ifdef _WIN32
 #include <fcntl.h>

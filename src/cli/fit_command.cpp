@@ -17,6 +17,7 @@
 #include "cli/exit_status.h"
 #include "cli/listings.h"
 #include "cli/outcome_json.h"
+#include "core/track_store.h"
 #include "host/native/native_files.h"
 #include "host/path_text.h"
 #include "text/number.h"

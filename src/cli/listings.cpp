@@ -11,9 +11,11 @@
 #include "core/settings_table.h"
 #include "core/tables.h"
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "core/track_table.h"
 #include "devices/device_table.h"
 #include "host/path_text.h"
+#include "host/services.h"
 #include "text/number.h"
 #include "ui/main/information_sheet.h"
 
@@ -85,7 +87,7 @@ Result<std::string> TrackFileSheets(Files& files, const std::filesystem::path& p
     for (int row = 0; row < kSheetRows; ++row) {
       text.append(SheetLabel(row)).append("\t").append(SheetValue(row, record)).append("\n");
     }
-    text.append("Reference\t").append(EntryOf(RefName, record.ref)).append("\n");
+    text.append("Reference\t").append(AtOrNone(RefName, record.ref)).append("\n");
   }
   return text;
 }

@@ -5,15 +5,17 @@
 #include <string>
 #include <vector>
 
-#include "core/settings.h"
-#include "core/track_store.h"
-#include "host/services.h"
 #include "sim/parameters.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 // What the command-line program prints without opening a window. All texts end with a line end.
 
 namespace zento {
+
+class Files;
+class TrackStore;
+struct Settings;
+struct TrackRecord;
 
 // The tracks of a file, which must be a complete track file.
 Result<std::unique_ptr<TrackStore>> ReadTrackFile(Files& files, const std::filesystem::path& path);

@@ -7,6 +7,7 @@
 #include "cli/track_session.h"
 #include "core/tables.h"
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "host/path_text.h"
 #include "text/number.h"
 #include "ui/main/import_form.h"

@@ -5,11 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "host/services.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 #include "ui/main/track_search.h"
 
 namespace zento {
+
+class Files;
 
 // What a window said while a job was done in it.
 struct JobTold {

@@ -1,6 +1,8 @@
 #include "cli/track_load.h"
 
+#include "core/track_file.h"
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento {
 

@@ -4,10 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "core/track_file.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
+
+struct TrackFileLoad;
 
 // What a command does about the outcome of opening a track file: fails unless all tracks are there;
 // what could not be taken besides goes to `notes`.

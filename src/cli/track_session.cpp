@@ -2,6 +2,7 @@
 
 #include "cli/track_load.h"
 #include "core/track_file.h"
+#include "host/desktop.h"
 #include "host/path_text.h"
 #include "program/home.h"
 

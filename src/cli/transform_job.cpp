@@ -5,6 +5,7 @@
 
 #include "cli/track_session.h"
 #include "cli/window_options.h"
+#include "core/track_history.h"
 #include "host/controls.h"
 #include "host/path_text.h"
 #include "text/number.h"

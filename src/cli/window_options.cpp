@@ -11,6 +11,7 @@
 #include "core/tables.h"
 #include "host/controls.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -10,10 +10,33 @@
 #include <utility>
 #include <vector>
 
-#include "host/host.h"
+#include "host/clock.h"
 #include "host/timer_queue.h"
 
 namespace zento {
+
+struct Host;
+
+// Why a run came to its end. The first reason given is the one that counts.
+enum class EndReason {
+  kPerson,    // the Stop button
+  kTime,      // the planned time is over
+  kCharge,    // the charge limit was reached
+  kLimit,     // the limit rotation rate was exceeded
+  kOverflow,  // no room for more points
+  kDevice,    // nothing could be read any more
+  kClosing,   // the window or the program is being closed
+};
+
+// How a measurement ended, for whoever follows it without its window.
+struct RunReport {
+  std::string what;  // the run as a person calls it ("Potential step")
+  EndReason reason = EndReason::kPerson;
+  std::string how;                 // in full, as in the log
+  std::optional<int> first_track;  // where the points are; nothing = none were stored
+  int last_track = 0;              // of a run that stores several tracks
+  std::int32_t points = 0;
+};
 
 // One value that a run was started with, as a person reads it: {"Scan rate", "50 mV/s"}.
 struct RunParameter {
@@ -83,7 +106,7 @@ class RunLog {
   Host* host_ = nullptr;
   std::filesystem::path path_;
   std::filesystem::path copy_;  // empty = none
-  std::optional<TimerQueue::Entry> soon_;
+  std::optional<TimerQueue::PeriodicTimer> soon_;
   std::vector<Open> open_;
   Entry last_entry_ = 0;
   std::string waiting_;       // lines not in the file yet
@@ -91,8 +114,8 @@ class RunLog {
   CalendarTime bus_time_;
   std::optional<std::size_t> in_file_;  // bytes; known once it was looked at
   std::size_t copied_ = 0;              // bytes of `waiting_` that are in the copy
-  bool copy_told_ = false;
-  bool told_ = false;  // that the file cannot be written
+  bool copy_failure_shown_ = false;
+  bool failure_shown_ = false;  // that the file cannot be written
 };
 
 // The log's file in the home. Once it is large, its content moves to "Run log 1.txt", "Run log

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "core/settings.h"
 #include "core/settings_file.h"
 
 using namespace zento;

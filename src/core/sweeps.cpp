@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "core/track_store.h"
+
 namespace zento {
 namespace {
 

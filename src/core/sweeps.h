@@ -1,13 +1,14 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
 
-#include "core/track_store.h"
-
 namespace zento {
+
+class TrackStore;
 
 // Where the cycles of a track begin: the first entry is 0, the last one the last point. At most 101
 // entries; what comes after the hundredth cycle belongs to it. Modes that have no cycles (0 and 5)
@@ -25,5 +26,12 @@ double ArrayMin(std::span<const double> values);
 
 // Nothing unless x > 0.
 std::optional<double> Log10OrEmpty(double x);
+
+// Equal lengths and values; one NaN is as good as another, as something that did not change is to
+// be the same.
+inline bool SameValues(std::span<const double> a, std::span<const double> b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](double x, double y) { return x == y || (x != x && y != y); });
+}
 
 }  // namespace zento

@@ -5,16 +5,17 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "core/run_log.h"
-#include "core/run_report.h"
-#include "core/settings.h"
-#include "core/track_history.h"
-#include "core/track_store.h"
-
 namespace zento {
+
+class RunLog;
+class TrackHistory;
+class TrackStore;
+struct RunReport;
+struct Settings;
 
 // One point of a running measurement: potential or time, current, a third value.
 using AcquiredPoint = std::array<double, 3>;
@@ -29,11 +30,20 @@ struct CalibrationPoint {
   friend bool operator==(const CalibrationPoint&, const CalibrationPoint&) = default;
 };
 
-// Everything the windows share, built once at start and passed by reference.
+// Everything the windows share, built once at start and passed by reference. The larger parts are
+// owned out of sight, so that a file that only passes a workstation on need not know them.
 struct Workstation {
-  TrackStore tracks;
-  TrackHistory history;  // of what windows did to the tracks
-  Settings settings;
+ private:
+  struct Parts;
+  const std::unique_ptr<Parts> parts_;
+
+ public:
+  Workstation();
+  ~Workstation();
+
+  TrackStore& tracks;
+  TrackHistory& history;  // of what windows did to the tracks
+  Settings& settings;
   bool SettingsLoaded = false;  // true only after a complete read of the settings file
 
   std::vector<AcquiredPoint> acquisition = std::vector<AcquiredPoint>(kAcquisitionCapacity);
@@ -50,7 +60,7 @@ struct Workstation {
   std::int32_t DataGeneration = 0;  // one more for each track file that was loaded
   std::filesystem::path home;       // the program's folder: settings, calibration, logs
 
-  RunLog run_log;  // not attached to a home in tests that do not ask for it
+  RunLog& run_log;  // not attached to a home in tests that do not ask for it
 
   // Set by a measurement while running_flag is: brings the run to its safe end before it returns
   // (points stored, generator off, rotation 0, flag cleared). Empty while no measurement runs.

@@ -1,5 +1,7 @@
 #include "devices/gpib.h"
 
+#include "text/status.h"
+
 namespace zento {
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "host/dialogs.h"
 #include "host/host.h"
 
 namespace zento {

@@ -11,7 +11,7 @@
 #include "core/workstation.h"
 #include "devices/analog_output.h"
 #include "devices/outlets.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

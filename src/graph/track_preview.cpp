@@ -6,18 +6,16 @@
 #include <span>
 #include <vector>
 
-#include "core/axis_step.h"
 #include "core/modes.h"
 #include "core/palette.h"
 #include "core/sweeps.h"
+#include "core/tables.h"
+#include "core/track_store.h"
 
 namespace zento {
 namespace {
 
 using Values = std::span<const double>;
-
-constexpr int kLightBlue = 9;
-constexpr int kLightRed = 12;
 
 // What a preview's x axis shows: channels of one record share their time.
 XQuantity PreviewX(std::int32_t mode) {
@@ -116,8 +114,8 @@ void DrawTrack(PreviewPlot& plot, TrackStore& tracks, int track, const PreviewRa
     DrawChannels(plot, tracks, TraitsOf(mode).channels, style);
   } else {
     const Values x = tracks.Points(0, track);
-    Draw(plot, x, tracks.Points(1, track), QBColor(kLightBlue), style);
-    if (HasRing(mode)) Draw(plot, x, tracks.Points(2, track), QBColor(kLightRed), style);
+    Draw(plot, x, tracks.Points(1, track), kLightBlue, style);
+    if (HasRing(mode)) Draw(plot, x, tracks.Points(2, track), kLightRed, style);
   }
 }
 

@@ -2,10 +2,11 @@
 
 #include <cstdint>
 
-#include "core/track_store.h"
 #include "graph/preview_plot.h"
 
 namespace zento {
+
+class TrackStore;
 
 // The world range of a preview: x and y of two opposite corners.
 struct PreviewRange {

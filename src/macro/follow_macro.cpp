@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "text/status.h"
+
 namespace zento {
 namespace {
 

@@ -11,8 +11,7 @@ namespace zento {
 namespace {
 
 constexpr std::array<std::uint8_t, 2> kChannels = {0, 1};  // potential, current
-constexpr int kCurveColour = 12;
-// From this sampling rate on (Hz) nothing is drawn while a run records.
+constexpr Colour kCurveColour = kLightRed;
 constexpr double kLiveDrawingBelow = 20;
 
 constexpr double kRestingStepsPerVolt = 400;
@@ -32,7 +31,7 @@ std::int32_t PlannedSweepMillis(const std::array<double, 3>& v, std::int32_t cyc
 frmMeasureCV::frmMeasureCV(Workstation& workstation, Host& host, Instruments& instruments)
     : SweepForm(workstation, host, instruments, "frmMeasureCV", "CV Meaurement",
                 "Cyclic voltammetry", kRestingStepsPerVolt),
-      monitor_(picVMon, QBColor(kCurveColour)),
+      monitor_(picVMon, kCurveColour),
       plot_(host.desktop, "Graph1") {
   AttachSweep(CVTimer, OpnCVMeas);
   OnCommit(Boxes(), [this] { LeaveBox(); });
@@ -87,7 +86,7 @@ void frmMeasureCV::Record(std::int64_t elapsed) {
     if (changed) {
       DrawCurve();
     } else {
-      plot_.Point(point[0], point[1], QBColor(kCurveColour));
+      plot_.Point(point[0], point[1], kCurveColour);
     }
   }
   if (index > 0 && elapsed > 0) {
@@ -99,7 +98,7 @@ void frmMeasureCV::Record(std::int64_t elapsed) {
 
 void frmMeasureCV::DrawCurve() {
   plot_.Redraw(kCurveLook);
-  plot_.Curve(RecordedPoints(), 1, QBColor(kCurveColour));
+  plot_.Curve(RecordedPoints(), 1, kCurveColour);
 }
 
 void frmMeasureCV::ShowRemaining(std::int32_t seconds) {

@@ -13,6 +13,8 @@
 
 namespace zento {
 
+struct CVPreset;
+
 // Milliseconds that a cyclic sweep through `v` (V) takes at `scan_rate` (mV/s): from the first
 // potential to the second and the third, `cycles` - 1 times back to the second and the third, and
 // to the first again. Limits as for SweepMillis.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "core/axis_step.h"
+#include "core/tables.h"
 
 namespace zento {
 namespace {

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "core/workstation.h"
 #include "devices/instruments.h"
-#include "host/host.h"
 
 namespace zento {
+
+class Desktop;
+struct Host;
+struct Workstation;
 
 // Makes the measurement windows known to the desktop. All arguments outlive it.
 void RegisterMeasureForms(Desktop& desktop, Workstation& workstation, Host& host,

@@ -4,10 +4,13 @@
 #include <cmath>
 
 #include "core/palette.h"
-#include "core/rescue.h"
+#include "core/track_file.h"
+#include "core/track_store.h"
+#include "host/dialogs.h"
 #include "host/path_text.h"
 #include "text/format.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -15,7 +18,7 @@ namespace {
 // From this sampling rate on (Hz) nothing is drawn while a run records.
 constexpr double kLiveDrawingBelow = 20;
 constexpr std::int32_t kLastPoint = kAcquisitionCapacity - 2;
-constexpr int kMonitorColour = 12;
+constexpr Colour kMonitorColour = kLightRed;
 
 constexpr char kIdle[] = "Voltage Monitor";
 constexpr char kNothingRead[] = "Accumulation 0: nothing is read";
@@ -33,7 +36,7 @@ frmMultipotentiostat::frmMultipotentiostat(Workstation& workstation, Host& host,
                                            Instruments& instruments)
     : MeasureForm(workstation, host, instruments, "frmMultipotentiostat", "Multipotentiostat"),
       lblMode(*this, "lblMode", kIdle),
-      monitor_(picVMon, QBColor(kMonitorColour)),
+      monitor_(picVMon, kMonitorColour),
       plot_(host.desktop, "Graph1") {
   Attach(MMTimer, cmdStart);
   WireBoxes();

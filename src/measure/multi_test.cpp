@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/rescue.h"
 #include "core/track_file.h"
 #include "measure/multi_form.h"
 #include "measure/test_rig.h"

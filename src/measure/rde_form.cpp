@@ -12,9 +12,8 @@ namespace {
 
 // Disk potential and current, ring potential and current, rotation.
 constexpr std::array<std::uint8_t, 5> kChannels = {0, 1, 2, 3, 4};
-constexpr int kDiskColour = 9;
-constexpr int kRingColour = 12;
-// From this sampling rate on (Hz) nothing is drawn while a run records.
+constexpr Colour kDiskColour = kLightBlue;
+constexpr Colour kRingColour = kLightRed;
 constexpr double kLiveDrawingBelow = 50;
 constexpr double kRestingStepsPerVolt = 500;
 
@@ -38,8 +37,8 @@ std::int32_t PlannedRotatingSweepMillis(const std::array<double, 3>& v, double c
 frmMeasureRDE::frmMeasureRDE(Workstation& workstation, Host& host, Instruments& instruments)
     : SweepForm(workstation, host, instruments, "frmMeasureRDE", "RDE Measurement",
                 "Ring-disk voltammetry", kRestingStepsPerVolt),
-      disk_monitor_(picDiskVMon, QBColor(kDiskColour)),
-      ring_monitor_(picRingVMon, QBColor(kDiskColour)),
+      disk_monitor_(picDiskVMon, kDiskColour),
+      ring_monitor_(picRingVMon, kDiskColour),
       disk_plot_(host.desktop, "Graph1"),
       ring_plot_(host.desktop, "Graph2") {
   AttachSweep(RDETimer, opnRDEMeas);
@@ -141,19 +140,19 @@ void frmMeasureRDE::Draw(const AcquiredPoint& point) {
   const bool ring_changed = ring_plot_.Include(point[0], point[2]);
   if (SweepValues().sampling_rate >= kLiveDrawingBelow) return;
   if (disk_changed) DrawDisk();
-  disk_plot_.Point(point[0], point[1], QBColor(kDiskColour));
+  disk_plot_.Point(point[0], point[1], kDiskColour);
   if (ring_changed) DrawRing();
-  ring_plot_.Point(point[0], point[2], QBColor(kRingColour));
+  ring_plot_.Point(point[0], point[2], kRingColour);
 }
 
 void frmMeasureRDE::DrawDisk() {
   disk_plot_.Redraw(kLook);
-  disk_plot_.Curve(RecordedPoints(), 1, QBColor(kDiskColour));
+  disk_plot_.Curve(RecordedPoints(), 1, kDiskColour);
 }
 
 void frmMeasureRDE::DrawRing() {
   ring_plot_.Redraw(kLook);
-  ring_plot_.Curve(RecordedPoints(), 2, QBColor(kRingColour));
+  ring_plot_.Curve(RecordedPoints(), 2, kRingColour);
 }
 
 // A stored track is shown with both curves on the same axes.

@@ -15,8 +15,7 @@ constexpr std::array<std::uint8_t, 2> kChannels = {4, 1};         // rotation, c
 constexpr std::array<std::uint8_t, 2> kInitialChannels = {0, 4};  // potential, rotation
 constexpr int kByLimit = 0;
 constexpr int kRamp = 2;
-constexpr int kCurveColour = 12;
-// From this sampling rate on (Hz) nothing is drawn while a run records.
+constexpr Colour kCurveColour = kLightRed;
 constexpr double kLiveDrawingBelow = 20;
 // A ramp that commands more (rpm) switches the motor off.
 constexpr double kHighestCommand = 5000;
@@ -49,7 +48,7 @@ bool RotationRamp::Reached(double rpm) const {
 frmMeasureRPMvsj::frmMeasureRPMvsj(Workstation& workstation, Host& host, Instruments& instruments)
     : MeasureForm(workstation, host, instruments, "frmMeasureRPMvsj", "RPM vs. i"),
       target_(txtDataNum, UpDown1),
-      monitor_(picVMon, QBColor(kCurveColour)),
+      monitor_(picVMon, kCurveColour),
       plot_(host.desktop, "Graph1") {
   Attach(RPjTimer, cmdStart);
   OnCommit(Boxes(), [this] { LeaveBox(); });
@@ -213,7 +212,7 @@ void frmMeasureRPMvsj::Record(const Sample& sample) {
   const bool changed = plot_.Include(sample.rpm, sample.current);
   if (plan_.rate < kLiveDrawingBelow) {
     if (changed) DrawCurve();
-    plot_.Point(sample.rpm, sample.current, QBColor(kCurveColour));
+    plot_.Point(sample.rpm, sample.current, kCurveColour);
   }
   if (plan_.mode == kByLimit && sample.rpm > plan_.limit) StopWithSound(EndReason::kLimit);
   KeepPoint();
@@ -221,7 +220,7 @@ void frmMeasureRPMvsj::Record(const Sample& sample) {
 
 void frmMeasureRPMvsj::DrawCurve() {
   plot_.Redraw(kLook);
-  plot_.Curve(RecordedPoints(), 1, QBColor(kCurveColour));
+  plot_.Curve(RecordedPoints(), 1, kCurveColour);
 }
 
 void frmMeasureRPMvsj::FinishRun() {

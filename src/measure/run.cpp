@@ -5,6 +5,9 @@
 #include <limits>
 #include <utility>
 
+#include "core/track_store.h"
+#include "host/dialogs.h"
+#include "host/services.h"
 #include "text/format.h"
 #include "text/number.h"
 

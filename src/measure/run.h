@@ -7,13 +7,12 @@
 #include <vector>
 
 #include "core/run_log.h"
-#include "core/run_report.h"
+#include "core/track.h"
 #include "core/workstation.h"
 #include "devices/instruments.h"
 #include "host/controls.h"
 #include "host/form.h"
 #include "host/host.h"
-#include "host/timer.h"
 #include "measure/plan.h"
 
 namespace zento {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/palette.h"
+#include "core/track_store.h"
 #include "text/format.h"
 #include "text/number.h"
 
@@ -17,8 +18,7 @@ constexpr std::array<std::uint8_t, 1> kCurrentChannel = {1};
 constexpr int kByButton = 1;
 constexpr int kByCharge = 2;
 constexpr int kVariable = 1;
-constexpr int kCurveColour = 12;
-// From this sampling rate on (Hz) nothing is drawn while a run records.
+constexpr Colour kCurveColour = kLightRed;
 constexpr double kLiveDrawingBelow = 50;
 // No timer is faster (Hz), however a division below 1 multiplies the rate.
 constexpr double kFastestRate = 1000;
@@ -38,7 +38,7 @@ double Rounded(double value, double per_unit) {
 frmPotentialStep::frmPotentialStep(Workstation& workstation, Host& host, Instruments& instruments)
     : MeasureForm(workstation, host, instruments, "frmPotentialStep", "Potential Step Measurement"),
       target_(txtDataNum, UpDown1),
-      monitor_(picVMon, QBColor(kCurveColour)),
+      monitor_(picVMon, kCurveColour),
       plot_(host.desktop, "Graph1") {
   Attach(PSTimer, cmdStart);
   OnCommit(Boxes(), [this] { LeaveBox(); });
@@ -217,12 +217,12 @@ void frmPotentialStep::Draw(double millis, double current) {
   }
   lblStatus.SetText(Format(charge_, "#0.00000") + "C " + Format(millis / 1000, "####0.0") + "s");
   if (changed || !curve_drawn_) DrawCurve();
-  plot_.Point(millis, current, QBColor(kCurveColour));
+  plot_.Point(millis, current, kCurveColour);
 }
 
 void frmPotentialStep::DrawCurve() {
   plot_.Redraw(kLook);
-  plot_.Curve(RecordedPoints(), 1, QBColor(kCurveColour));
+  plot_.Curve(RecordedPoints(), 1, kCurveColour);
   curve_drawn_ = true;
 }
 

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "core/settings.h"
 #include "core/settings_file.h"
+#include "core/track_store.h"
 #include "core/workstation.h"
 #include "devices/instruments.h"
 #include "graph/graph_form.h"

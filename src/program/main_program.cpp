@@ -3,8 +3,9 @@
 #include <utility>
 
 #include "analysis/analysis_forms.h"
-#include "core/rescue.h"
 #include "core/settings_file.h"
+#include "core/track_file.h"
+#include "core/track_store.h"
 #include "devices/vendor/loader.h"
 #include "graph/graph_form.h"
 #include "macro/macro_form.h"

@@ -13,7 +13,9 @@
 #include <vector>
 
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "host/controls.h"
+#include "host/desktop.h"
 #include "host/virtual/memory_services.h"
 #include "measure/run.h"
 #include "program/headless_program.h"

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento::sim {
 

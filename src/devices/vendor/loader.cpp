@@ -2,6 +2,7 @@
 
 #include "devices/vendor/platform.h"
 #include "devices/vendor/serial_port.h"
+#include "text/status.h"
 
 namespace zento::vendor {
 namespace {

@@ -10,7 +10,7 @@
 #include "devices/vendor/loader.h"
 #include "devices/vendor/tables.h"
 #include "host/path_text.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 // What the loader needs from the operating system, one implementation a platform, and how it takes
 // functions out of a library.

@@ -3,6 +3,8 @@
 #include <limits>
 #include <utility>
 
+#include "host/desktop.h"
+#include "host/services.h"
 #include "ui/main/progress_form.h"
 
 namespace zento {

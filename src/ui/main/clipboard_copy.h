@@ -36,7 +36,7 @@ class ClipboardCopy {
   void Finish(bool copied);
 
   Host& host_;
-  TimerQueue::Entry timer_;
+  TimerQueue::PeriodicTimer timer_;
   std::unique_ptr<TableJob> job_;
   std::function<void(bool)> finished_;
   bool window_ = false;

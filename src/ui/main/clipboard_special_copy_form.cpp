@@ -5,10 +5,13 @@
 #include <memory>
 #include <utility>
 
+#include "core/settings.h"
 #include "core/sweeps.h"
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "core/track_table.h"
 #include "graph/track_preview.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "text/number.h"
 #include "ui/main/track_text.h"
@@ -94,7 +97,7 @@ void frmSpecialCopy::ShowTrack() {
   const bool filled = Record().Mode != kModeNone;
   std::string what = "Track " + std::to_string(track_);
   if (filled) {
-    what.append(": ").append(EntryOf(ModeName, Record().Mode)).append(" ").append(Record().Title);
+    what.append(": ").append(AtOrNone(ModeName, Record().Mode)).append(" ").append(Record().Title);
   } else {
     what += " is empty";
   }
@@ -104,6 +107,10 @@ void frmSpecialCopy::ShowTrack() {
   txtCE.SetEnabled(HasWaterFraction(Record().Mode));
   cmdCopy.SetEnabled(filled);
   lblCycles.SetText(filled ? "of " + std::to_string(Cycles()) : std::string());
+}
+
+const TrackRecord& frmSpecialCopy::Record() const {
+  return workstation_.tracks.Record(track_);
 }
 
 std::vector<std::int32_t> frmSpecialCopy::CycleEnds() const {

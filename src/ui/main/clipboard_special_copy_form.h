@@ -13,6 +13,8 @@
 
 namespace zento {
 
+struct TrackRecord;
+
 // frmSpecialCopy: the track that the main window shows as a table on the clipboard, in the units
 // and with the points that are wanted.
 class frmSpecialCopy : public Form {
@@ -55,7 +57,7 @@ class frmSpecialCopy : public Form {
  private:
   void SetTips();
   void ShowTrack();
-  const TrackRecord& Record() const { return workstation_.tracks.Record(track_); }
+  const TrackRecord& Record() const;
   // The first and last points of the cycles, one after another.
   std::vector<std::int32_t> CycleEnds() const;
   int Cycles() const;

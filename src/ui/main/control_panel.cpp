@@ -4,7 +4,10 @@
 
 #include "core/settings_file.h"
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "devices/rotation.h"
+#include "host/desktop.h"
 #include "host/host.h"
 #include "text/number.h"
 #include "ui/main/information_sheet.h"

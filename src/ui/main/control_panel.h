@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "core/track_file.h"
 #include "devices/instruments.h"
 #include "graph/preview_plot.h"
 #include "graph/track_preview.h"
@@ -19,6 +18,8 @@
 #include "ui/main/recent_files.h"
 
 namespace zento {
+
+struct TrackFileLoad;
 
 // frmControlPanel, the main window: one track at a time with its header and a preview, and the
 // menus that open every other window. While it is loaded the program runs: loading it reads the

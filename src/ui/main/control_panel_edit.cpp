@@ -7,8 +7,12 @@
 #include <vector>
 
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "text/number.h"
+#include "text/status.h"
 #include "ui/main/control_panel.h"
 #include "ui/main/information_sheet.h"
 #include "ui/main/reference_scale.h"

@@ -5,7 +5,10 @@
 #include <utility>
 
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "host/host.h"
+#include "host/services.h"
 #include "ui/main/control_panel.h"
 #include "ui/main/paste_text.h"
 #include "ui/main/table_text.h"

@@ -1,8 +1,11 @@
 // The main window's track files.
 
-#include "core/rescue.h"
+#include "core/track_file.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "host/path_text.h"
+#include "host/services.h"
+#include "text/status.h"
 #include "ui/main/control_panel.h"
 
 namespace zento {

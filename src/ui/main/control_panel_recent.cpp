@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <string>
 
+#include "core/track_file.h"
 #include "host/host.h"
 #include "host/path_text.h"
+#include "host/services.h"
+#include "text/status.h"
 #include "ui/main/control_panel.h"
 
 namespace zento {

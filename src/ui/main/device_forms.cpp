@@ -7,8 +7,11 @@
 #include <vector>
 
 #include "devices/rotation.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "text/format.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

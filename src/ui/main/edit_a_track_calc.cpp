@@ -6,7 +6,10 @@
 #include <vector>
 
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "graph/plot_range.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "text/number.h"
 #include "ui/main/edit_a_track_form.h"

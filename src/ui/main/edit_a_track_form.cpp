@@ -6,10 +6,14 @@
 #include <utility>
 
 #include "core/palette.h"
-#include "core/same_values.h"
+#include "core/settings.h"
 #include "core/sweeps.h"
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "graph/track_preview.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "text/format.h"
 #include "text/number.h"
@@ -18,10 +22,8 @@
 namespace zento {
 namespace {
 
-constexpr int kRed = 4;
 // Selected points beyond this are drawn as dots: one would not tell them apart anyway.
 constexpr std::size_t kMostMarks = 1000;
-constexpr int kLightRed = 12;
 constexpr int kAllDigits = 17;  // tell any two values apart
 constexpr char kPattern[] = "0.000e+0";
 
@@ -122,7 +124,7 @@ void frmEditATrack::Reload(int cycle) {
 void frmEditATrack::ShowTitle() {
   lblTrack.SetText("Track " + PlainNumber(track_) +
                    (mode_ == kModeNone ? " is empty"
-                                       : ": " + std::string(EntryOf(ModeName, mode_)) + " " +
+                                       : ": " + std::string(AtOrNone(ModeName, mode_)) + " " +
                                              tracks().Record(track_).Title));
 }
 
@@ -186,15 +188,15 @@ void frmEditATrack::DrawPreview() {
     const std::size_t point = first + static_cast<std::size_t>(row);
     if (point >= x.size() || point >= y.size()) break;
     if (rows.size() <= kMostMarks) {
-      PrevGraph.Mark(x[point], y[point], QBColor(kRed));
+      PrevGraph.Mark(x[point], y[point], kRed);
     } else {
-      PrevGraph.Dot(x[point], y[point], QBColor(kRed));
+      PrevGraph.Dot(x[point], y[point], kRed);
     }
   }
   if (!shown_operation_) return;
   const std::size_t count = static_cast<std::size_t>(LastPoint()) - first + 1;
   PrevGraph.Polyline(PreviewedX(kScratchSlot).subspan(first, count),
-                     tracks().Points(1, kScratchSlot).subspan(first, count), QBColor(kLightRed));
+                     tracks().Points(1, kScratchSlot).subspan(first, count), kLightRed);
 }
 
 void frmEditATrack::GridKey(Key key) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "core/track.h"
 #include "core/workstation.h"
 #include "graph/preview_plot.h"
 #include "graph/track_preview.h"
@@ -28,8 +29,8 @@ class frmEditATrack : public Form {
 
   frmEditATrack(Workstation& workstation, Host& host);
 
-  MenuEntry mnuDelete{*this, "mnuDelete", "Edit", "Delete"};
-  MenuEntry mnuBasicOperations{*this, "mnuBasicOperations", "Edit", "Basic Operations"};
+  MenuItem mnuDelete{*this, "mnuDelete", "Edit", "Delete"};
+  MenuItem mnuBasicOperations{*this, "mnuBasicOperations", "Edit", "Basic Operations"};
   Label lblTrack{*this, "lblTrack"};
   ComboBox cbxCycleNum{*this, "cbxCycleNum"};
   TextBox txtEdit{*this, "txtEdit"};  // over a cell of the grid while something is typed into it

@@ -4,6 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "core/track_history.h"
+#include "core/track_store.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "text/number.h"
 #include "ui/main/track_text.h"

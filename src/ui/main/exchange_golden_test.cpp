@@ -8,6 +8,7 @@
 #include <string>
 
 #include "host/native/native_files.h"
+#include "text/status.h"
 #include "ui/main/exchange_test_tracks.h"
 #include "ui/main/multi_table_text.h"
 #include "ui/main/table_text.h"

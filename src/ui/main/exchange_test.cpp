@@ -6,6 +6,7 @@
 #include <string>
 
 #include "core/track_file.h"
+#include "core/track_history.h"
 #include "ui/main/exchange_test_tracks.h"
 #include "ui/main/main_test_rig.h"
 #include "ui/main/paste_text.h"

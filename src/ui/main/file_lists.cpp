@@ -5,8 +5,11 @@
 #include <string>
 #include <utility>
 
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "host/path_text.h"
+#include "host/services.h"
+#include "text/status.h"
 #include "ui/main/track_folder.h"
 
 namespace zento {

@@ -7,7 +7,6 @@
 
 #include "host/controls.h"
 #include "host/form.h"
-#include "host/layout.h"
 
 namespace zento {
 

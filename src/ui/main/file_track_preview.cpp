@@ -2,9 +2,14 @@
 
 #include <string>
 
+#include "core/settings.h"
+#include "core/track_file.h"
 #include "core/track_history.h"
+#include "core/track_store.h"
+#include "core/workstation.h"
 #include "graph/track_preview.h"
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento {
 

@@ -2,12 +2,14 @@
 
 #include <filesystem>
 
-#include "core/track_file.h"
-#include "core/workstation.h"
 #include "graph/preview_plot.h"
-#include "host/services.h"
+#include "text/status_fwd.h"
 
 namespace zento {
+
+class Files;
+struct TrackFileLoad;
+struct Workstation;
 
 // Draws a track of a file, read into the scratch slot kPreviewSlot; what cannot be read leaves the
 // plot empty. A channel of a multichannel record is drawn as current against potential, because the

@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "core/tables.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "host/path_text.h"
 #include "text/number.h"
@@ -93,7 +95,7 @@ void frmImportTrack::ShowSheet() {
     std::string cells[kColumnCount] = {" ", " ", " ", " ", " ", " "};
     if (record.Mode != kModeNone) {
       cells[0] = PlainNumber(track);
-      cells[1] = EntryOf(ModeName, record.Mode);
+      cells[1] = AtOrNone(ModeName, record.Mode);
       cells[2] = record.Title;
       cells[3] = PlainNumber(record.RPM, kDigits);
       cells[4] = PlainNumber(record.Scanrate, kDigits);

@@ -45,7 +45,7 @@ std::string_view SheetLabel(int row) {
 std::string SheetValue(int row, const TrackRecord& record) {
   switch (row) {
     case kSheetMode:
-      return std::string(EntryOf(ModeName, record.Mode));
+      return std::string(AtOrNone(ModeName, record.Mode));
     case kSheetTitle:
       return record.Title;
     case kSheetTime:

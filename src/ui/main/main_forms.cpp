@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "host/desktop.h"
 #include "ui/main/basic_operations_form.h"
 #include "ui/main/clipboard_special_copy_form.h"
 #include "ui/main/control_panel.h"

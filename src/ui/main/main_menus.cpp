@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 
+#include "core/track_file.h"
 #include "host/desktop.h"
 #include "host/host.h"
 
@@ -83,7 +84,7 @@ MainMenus::MainMenus(Form& form) : form_(form) {
   entries_.reserve(std::size(kEntries));
   for (const Entry& entry : kEntries) {
     auto control =
-        std::make_unique<MenuEntry>(form, entry.name, entry.menu, entry.caption, entry.shortcut);
+        std::make_unique<MenuItem>(form, entry.name, entry.menu, entry.caption, entry.shortcut);
     control->separator_before = entry.separator_before;
     control->SetEnabled(false);
     if (entry.window != nullptr) {
@@ -93,32 +94,32 @@ MainMenus::MainMenus(Form& form) : form_(form) {
   }
 }
 
-MenuEntry* MainMenus::Find(std::string_view name) const {
-  for (const std::unique_ptr<MenuEntry>& entry : entries_) {
+MenuItem* MainMenus::Find(std::string_view name) const {
+  for (const std::unique_ptr<MenuItem>& entry : entries_) {
     if (entry->name() == name) return entry.get();
   }
   return nullptr;
 }
 
 void MainMenus::SetAction(std::string_view name, const std::function<void()>& action) {
-  if (MenuEntry* entry = Find(name)) entry->on_click = action;
+  if (MenuItem* entry = Find(name)) entry->on_click = action;
 }
 
 void MainMenus::Offer(std::string_view name, const std::string& caption, bool usable) {
-  MenuEntry* entry = Find(name);
+  MenuItem* entry = Find(name);
   if (entry == nullptr) return;
   entry->SetCaption(caption);
   entry->SetEnabled(usable);
 }
 
 void MainMenus::SetRecentAction(const std::function<void(std::size_t place)>& action) {
-  for (std::size_t place = 0; MenuEntry* entry = Find(RecentName(place)); ++place) {
+  for (std::size_t place = 0; MenuItem* entry = Find(RecentName(place)); ++place) {
     entry->on_click = [action, place] { action(place); };
   }
 }
 
 void MainMenus::ShowRecent(std::size_t place, const std::string& caption, const std::string& tip) {
-  MenuEntry* entry = Find(RecentName(place));
+  MenuItem* entry = Find(RecentName(place));
   if (entry == nullptr) return;
   entry->SetCaption(caption);
   entry->SetTip(tip);

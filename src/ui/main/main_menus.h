@@ -31,10 +31,10 @@ class MainMenus {
   void EnableUsable();
 
  private:
-  MenuEntry* Find(std::string_view name) const;
+  MenuItem* Find(std::string_view name) const;
 
   Form& form_;
-  std::vector<std::unique_ptr<MenuEntry>> entries_;
+  std::vector<std::unique_ptr<MenuItem>> entries_;
 };
 
 }  // namespace zento

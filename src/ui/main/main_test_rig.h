@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "core/home.h"
 #include "core/settings_file.h"
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
 #include "ui/main/control_panel.h"

@@ -4,7 +4,8 @@
 #include <cstddef>
 #include <string>
 
-#include "text/table_number.h"
+#include "core/track_store.h"
+#include "text/format.h"
 #include "ui/main/track_text.h"
 
 namespace zento {

@@ -5,10 +5,11 @@
 #include <string_view>
 #include <vector>
 
-#include "core/track_store.h"
 #include "ui/main/table_job.h"
 
 namespace zento {
+
+class TrackStore;
 
 inline constexpr int kMultiChannels = 10;  // tracks 0 to 9
 

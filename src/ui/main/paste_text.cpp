@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "text/number.h"
 
 namespace zento {

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/track_store.h"
-
 namespace zento {
+
+class TrackStore;
 
 struct Pasted {
   std::int32_t points = 0;    // now in the track

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "ui/main/paste_text.h"
 #include "ui/main/table_text.h"
 #include "ui/main/track_text.h"

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "core/track_table.h"
 
 namespace zento {

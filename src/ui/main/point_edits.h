@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/track_store.h"
-
 // What editing single points has to know about the columns of tracks.
 
 namespace zento {
+
+class TrackStore;
 
 // How many of the three columns hold what belongs to the track and is saved with it; 0 for an empty
 // track.

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "host/clock.h"
+#include "host/desktop.h"
 #include "host/host.h"
 
 namespace zento {

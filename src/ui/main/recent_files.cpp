@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <system_error>
 
-#include "core/home.h"
+#include "core/settings_file.h"
 #include "host/path_text.h"
+#include "host/services.h"
 #include "text/codepage.h"
 #include "text/lines.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

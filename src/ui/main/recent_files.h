@@ -6,10 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "host/services.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
+
+class Files;
 
 // The track files that were opened or saved last, the latest first. They are remembered in a text
 // file of the home, a full path a line.

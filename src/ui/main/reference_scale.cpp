@@ -1,11 +1,12 @@
 #include "ui/main/reference_scale.h"
 
 #include "core/tables.h"
+#include "core/track_store.h"
 
 namespace zento {
 
 double ReferencePotential(std::int32_t ref, double pH) {
-  return ref == kReferenceRHE ? -0.059 * pH : EntryOf(RefPotential, ref);
+  return ref == kReferenceRHE ? -0.059 * pH : AtOrNone(RefPotential, ref);
 }
 
 bool HasReferencedPotentials(const TrackRecord& record) {

@@ -2,9 +2,10 @@
 
 #include <cstdint>
 
-#include "core/track_store.h"
-
 namespace zento {
+
+class TrackStore;
+struct TrackRecord;
 
 // The potential of a reference electrode (index into RefName) against SHE, in V; that of the
 // reversible hydrogen electrode is -0.059 V times the pH.

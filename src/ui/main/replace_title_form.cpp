@@ -4,8 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "core/one_line.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
+#include "host/desktop.h"
 #include "host/host.h"
+#include "text/lines.h"
 
 namespace zento {
 namespace {

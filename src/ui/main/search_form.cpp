@@ -7,6 +7,9 @@
 #include <vector>
 
 #include "core/tables.h"
+#include "core/track_store.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "host/path_text.h"
 #include "text/number.h"
@@ -200,7 +203,7 @@ void frmSearchTrack::ShowHits() {
     SearchResult.SetCell(row, 0, LastCharacters(TextFromPath(hit.path), kPathCharacters));
     SearchResult.SetCell(row, 1, PlainNumber(hit.track));
     SearchResult.SetCell(row, 2, hit.title);
-    SearchResult.SetCell(row, 3, std::string(EntryOf(ModeName, hit.mode)));
+    SearchResult.SetCell(row, 3, std::string(AtOrNone(ModeName, hit.mode)));
     SearchResult.SetCell(row, 4, PlainNumber(hit.rpm, kDigits));
     SearchResult.SetCell(row, 5, PlainNumber(hit.scanrate, kDigits));
   }

@@ -8,7 +8,6 @@
 #include "graph/preview_plot.h"
 #include "host/controls.h"
 #include "host/form.h"
-#include "host/timer.h"
 #include "ui/main/file_lists.h"
 #include "ui/main/track_search.h"
 

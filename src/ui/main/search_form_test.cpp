@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/track_history.h"
 #include "text/natural_order.h"
 #include "ui/main/import_form.h"
 #include "ui/main/main_test_rig.h"

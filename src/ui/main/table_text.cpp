@@ -6,10 +6,10 @@
 #include <utility>
 
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "core/track_table.h"
 #include "text/format.h"
 #include "text/number.h"
-#include "text/table_number.h"
 
 namespace zento {
 namespace {
@@ -52,7 +52,7 @@ double Divisor(const TrackRecord& record, Normalisation normalisation) {
 }
 
 double FactorOf(std::int32_t unit) {
-  return ParseLenient(EntryOf(UnitFactor, unit));
+  return ParseLenient(AtOrNone(UnitFactor, unit));
 }
 
 char* WriteLog(char* out, double current) {
@@ -94,7 +94,7 @@ DataTable::DataTable(const TrackStore& tracks, int track, const TableOptions& op
 
 std::string DataTable::CurrentLabel(const char* plain, const char* log, std::int32_t unit) const {
   if (options_.logarithm) return std::string(log) + "A" + Per(options_.normalisation) + ")";
-  return std::string(plain).append(EntryOf(UnitName, unit)) + Per(options_.normalisation);
+  return std::string(plain).append(AtOrNone(UnitName, unit)) + Per(options_.normalisation);
 }
 
 std::string DataTable::ThirdLabel() const {

@@ -6,10 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "core/track_store.h"
+#include "core/track.h"
 #include "ui/main/table_job.h"
 
 namespace zento {
+
+class TrackStore;
 
 enum class Normalisation { kNone = 0, kPerArea = 1, kPerWeight = 2 };
 enum class PointFilter { kAll = 0, kPositive = 1, kNegative = 2 };

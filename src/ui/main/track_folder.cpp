@@ -5,6 +5,7 @@
 
 #include "core/track_file.h"
 #include "host/path_text.h"
+#include "host/services.h"
 #include "text/natural_order.h"
 
 namespace zento {

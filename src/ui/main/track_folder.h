@@ -3,10 +3,11 @@
 #include <filesystem>
 #include <vector>
 
-#include "host/services.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
+
+class Files;
 
 // What a person who looks for tracks sees of a folder. Names without the folder, in the order in
 // which a person looks for them.

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "core/track_file.h"
-#include "core/track_header_stream.h"
+#include "core/track_header.h"
 #include "host/clock.h"
 #include "host/services.h"
 

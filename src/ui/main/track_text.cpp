@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/one_line.h"
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "text/format.h"
+#include "text/lines.h"
 #include "text/number.h"
 
 namespace zento {
@@ -38,7 +39,7 @@ std::string TrackInfoText(const TrackStore& tracks, int track, std::string_view 
   if (record.Mode == kModeNone) return "No Data";
   Lines lines;
   lines.Add("Filename", CellText(std::string(file_title)));
-  lines.Add("Mode", EntryOf(ModeCaption, record.Mode));
+  lines.Add("Mode", AtOrNone(ModeCaption, record.Mode));
   lines.Add("Title", CellText(record.Title));
   lines.Add("MeasTime", CellText(record.MeasTime));
   if (record.Mode == kModeSSV) {
@@ -46,7 +47,7 @@ std::string TrackInfoText(const TrackStore& tracks, int track, std::string_view 
   } else {
     lines.Add("Scanrate", BlankSigned(record.Scanrate));
   }
-  lines.Add("Ref", EntryOf(RefName, record.ref));
+  lines.Add("Ref", AtOrNone(RefName, record.ref));
   if (record.Mode == kModePS) {
     lines.Add("V1st", Format(record.V[0], "0.000"));
     lines.Add("V2nd", Format(record.V[1], "0.000"));

@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "core/track_store.h"
-
 namespace zento {
+
+class TrackStore;
 
 // The header block of a track for the clipboard, a label, a tab and a value a line, each line ended
 // by CR LF; "No Data" alone for an empty track. `file_title` is that of the opened track file.

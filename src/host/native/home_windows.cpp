@@ -1,14 +1,31 @@
-#include "host/native/home_lock.h"
+#include "host/native/home.h"
 
 #include <windows.h>
-
 #include <string>
 
 #include "host/native/native_files.h"
-#include "host/native/system_failure.h"
+#include "host/native/windows_text.h"
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento {
+std::optional<std::string> EnvironmentVariable(const char* name) {
+  const std::wstring wide_name = WideFromUtf8(name);
+  std::wstring value(32768, L'\0');
+  const DWORD length =
+      GetEnvironmentVariableW(wide_name.c_str(), value.data(), static_cast<DWORD>(value.size()));
+  if (length == 0 || length >= value.size()) return std::nullopt;
+  return Utf8FromWide({value.data(), length});
+}
+
+std::filesystem::path ExecutableFolder() {
+  std::wstring name(32768, L'\0');
+  const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
+  if (length == 0 || length >= name.size()) return {};
+  name.resize(length);
+  return std::filesystem::path(name).parent_path();
+}
+
 namespace {
 
 // The locked byte lies far beyond the text, which others must be able to read.

@@ -1,9 +1,12 @@
+#include "text/number.h"
+
+#include <algorithm>
 #include <cfloat>
 #include <charconv>
 #include <cmath>
 #include <limits>
 
-#include "text/number.h"
+#include "text/decimal.h"
 
 namespace zento {
 namespace {
@@ -170,6 +173,124 @@ std::int16_t ToInteger(double value) {
 }
 std::uint8_t ToByte(double value) {
   return ToRange<std::uint8_t>(value);
+}
+
+// Writing.
+
+namespace {
+
+std::string ExponentForm(const Decimal& decimal) {
+  std::string text = decimal.digits.substr(0, 1);
+  if (decimal.digits.size() > 1) text.append(".").append(decimal.digits, 1);
+  const std::string exponent = std::to_string(std::abs(decimal.exponent));
+  text += decimal.exponent < 0 ? "E-" : "E+";
+  if (exponent.size() < 2) text += '0';
+  return text + exponent;
+}
+
+// Without a sign and without a zero before the point.
+std::string GeneralForm(const Decimal& decimal) {
+  const int exponent = decimal.exponent;
+  if (exponent < kLeastPlain || exponent > kMostPlain) return ExponentForm(decimal);
+  std::string text = decimal.digits;
+  if (exponent < 0) {
+    text.insert(0, static_cast<std::size_t>(-exponent - 1), '0');
+    return "." + text;
+  }
+  const auto whole = static_cast<std::size_t>(exponent) + 1;
+  if (text.size() <= whole) {
+    text.append(whole - text.size(), '0');
+  } else {
+    text.insert(whole, 1, '.');
+  }
+  return text;
+}
+
+std::string WithZeroAndSign(std::string text, bool negative) {
+  if (text.front() == '.') text.insert(text.begin(), '0');
+  if (negative && text != "0") text.insert(text.begin(), '-');
+  return text;
+}
+
+}  // namespace
+
+std::string PlainNumber(double value) {
+  value = MadeFinite(value);
+  return WithZeroAndSign(GeneralForm(ShortestDecimal(std::fabs(value))), value < 0);
+}
+
+std::string PlainNumber(double value, int digits) {
+  value = MadeFinite(value);
+  Decimal decimal = ShortestDecimal(std::fabs(value));
+  digits = std::clamp(digits, 1, 17);
+  if (static_cast<int>(decimal.digits.size()) > digits) {
+    decimal = RoundToDigits(std::fabs(value), digits);
+    decimal.digits.resize(decimal.digits.find_last_not_of('0') + 1);
+  }
+  return WithZeroAndSign(GeneralForm(decimal), value < 0);
+}
+
+std::string SignedNumber(double value) {
+  value = MadeFinite(value);
+  const char* const sign = value < 0 ? "-" : " ";
+  return sign + GeneralForm(ShortestDecimal(std::fabs(value)));
+}
+
+// Lists.
+
+namespace {
+
+template <typename T>
+std::string Join(std::span<const T> values) {
+  std::string line;
+  for (const T value : values) {
+    if (value < 0) line += ' ';
+    line += SignedNumber(value);
+  }
+  return line;
+}
+
+template <typename T, typename Convert>
+std::vector<T> Split(std::string_view text, Convert convert) {
+  const std::size_t first = text.find_first_not_of(' ');
+  text = first == text.npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
+  std::vector<T> values;
+  for (;;) {
+    const std::size_t blank = text.find(' ');
+    values.push_back(convert(ParseLenient(text.substr(0, blank))));
+    if (blank == text.npos) return values;
+    text.remove_prefix(blank + 1);
+  }
+}
+
+}  // namespace
+
+std::string JoinValues(std::span<const std::int16_t> values) {
+  return Join(values);
+}
+std::string JoinValues(std::span<const std::int32_t> values) {
+  return Join(values);
+}
+std::string JoinValues(std::span<const double> values) {
+  return Join(values);
+}
+
+std::vector<std::int16_t> SplitIntegers(std::string_view text) {
+  return Split<std::int16_t>(text, ToInteger);
+}
+
+std::vector<std::int32_t> SplitLongs(std::string_view text) {
+  return Split<std::int32_t>(text, ToLong);
+}
+
+std::vector<double> SplitDoubles(std::string_view text) {
+  return Split<double>(text, [](double value) { return value; });
+}
+
+std::string_view ListHead(std::string_view text, int count) {
+  std::size_t at = text.find_first_not_of(" \t");
+  for (; count > 0 && at != text.npos; --count) at = text.find(' ', at + 1);
+  return text.substr(0, at);
 }
 
 }  // namespace zento

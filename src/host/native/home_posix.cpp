@@ -1,16 +1,30 @@
+#include "host/native/home.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
-
 #include <cerrno>
+#include <cstdlib>
 #include <string>
+#include <system_error>
 
-#include "host/native/home_lock.h"
 #include "host/native/native_files.h"
-#include "host/native/system_failure.h"
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento {
+std::optional<std::string> EnvironmentVariable(const char* name) {
+  const char* value = std::getenv(name);
+  if (value == nullptr || *value == '\0') return std::nullopt;
+  return value;
+}
+
+std::filesystem::path ExecutableFolder() {
+  std::error_code failed;
+  const auto file = std::filesystem::read_symlink("/proc/self/exe", failed);
+  return failed ? std::filesystem::path() : file.parent_path();
+}
+
 namespace {
 
 class FileLock : public HomeLock {
