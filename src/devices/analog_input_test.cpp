@@ -143,6 +143,14 @@ TEST_F(AnalogInputTest, RangesFollowEachChannelOnItsOwn) {
   EXPECT_EQ(range_of(63, 0), 3);
 }
 
+// One and a half of the widest range's 4096 steps below its end.
+TEST_F(AnalogInputTest, ReadingsAtTheEndOfTheRangeAreToldFromThoseInIt) {
+  const double end = 2.5 - 1.5 * 5.0 / 4096;
+  EXPECT_TRUE(AnalogInput::AtUpperLimit(end));
+  EXPECT_FALSE(AnalogInput::AtUpperLimit(end - 1e-9));
+  EXPECT_FALSE(AnalogInput::AtUpperLimit(-2.5));
+}
+
 TEST_F(AnalogInputTest, SumsGoRoundByRound) {
   ASSERT_EQ(input.Open(), 0);
   vendor.Take();
@@ -166,6 +174,7 @@ TEST_F(AnalogInputTest, EditedSettingsDoNotMoveAnOpenBoard) {
   EXPECT_TRUE(input.Read(0));
   EXPECT_THAT(vendor.Take(), ElementsAre("AI 1 0 3"));
   input.Close();
+  EXPECT_EQ(bench.instruments.card.Number(), 2);
   ASSERT_EQ(input.Open(), 0);
   EXPECT_THAT(vendor.Take(), ElementsAre("Release_Card 3", "out 465 1", "in 464"));
 }

@@ -176,6 +176,14 @@ TEST(GeneratorCodes, SayWhatTheirDigitsLose) {
   EXPECT_THAT(RateAsSent(0.125).remark, testing::HasSubstr("sent as 0.13 mV/s"));
 }
 
+TEST_F(GpibTest, OutputOffGoesToTheInstrumentThatWasSwitchedOn) {
+  generator.OutputOn();
+  settings.GPIBAddress = 9;
+  generator.OutputOff();
+  generator.OutputOn();
+  EXPECT_THAT(vendor.Take(), ElementsAre("GpTalk 2 0 7 A1", "GpTalk 2 0 7 A0", "GpTalk 2 0 9 A1"));
+}
+
 TEST_F(GpibTest, OutputOffIsTriedAgainOnALinkInitialisedAnew) {
   settings.GPIBControl = 1;
   ASSERT_EQ(link.InitialiseLink(), 0);

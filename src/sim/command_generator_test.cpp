@@ -66,6 +66,13 @@ TEST(CommandGenerator, StepsAndStays) {
   EXPECT_NEAR(generator.VoltsAfter(3.5), 0.45, 1e-12);
 }
 
+TEST(CommandGenerator, LaterPassesBeginWhereTheLastSegmentEnded) {
+  CommandGenerator generator;
+  SendAll(generator, {"SR0", "F1ED1", "VF+0000", "F101", "VF+0500", "RT1E+0", "ET1", "ED0", "A1"});
+  EXPECT_NEAR(generator.VoltsAfter(0.25), 0.25, 1e-12);
+  for (const double t : {0.5, 0.75, 1.25}) EXPECT_NEAR(generator.VoltsAfter(t), 0.5, 1e-12) << t;
+}
+
 TEST(CommandGenerator, SurvivesProgrammesThatGoNowhere) {
   CommandGenerator generator;
   SendAll(generator, {"A1"});

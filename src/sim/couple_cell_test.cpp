@@ -148,14 +148,7 @@ TEST(CoupleCell, RotatingDiskLimit) {
 }
 
 TEST(CoupleCell, DoubleLayerAndResistance) {
-  // No reaction: the sweep charges 20 uF/cm2, with the time constant R_u C_dl A.
-  Parameters p = Textbook({"C_red=0", "C_dl=20", "R_u=1000"});
-  const double farads = 20e-6 * p.area;
-  const std::vector<Point> points = Sweep(p, 0.0, 1.0, 1.0, 2);
-  EXPECT_NEAR(points[points.size() / 4].amperes, farads, 1e-3 * farads);
-  EXPECT_NEAR(points[points.size() * 3 / 4].amperes, -farads, 1e-3 * farads);
-
-  // A jump puts exactly C dE on it, in steps of any length.
+  // A jump puts exactly C dE on the double layer, in steps of any length.
   CoupleCell::Settings settings;
   settings.bulk_red = 0;
   CoupleCell cell(settings, 0.0);
@@ -165,10 +158,10 @@ TEST(CoupleCell, DoubleLayerAndResistance) {
     charge += dt * cell.Step(dt, {0.5, 0}).disk;
     dt *= 1.3;
   }
-  EXPECT_NEAR(charge / (farads * 0.5), 1.0, 1e-9);
+  EXPECT_NEAR(charge / (20e-6 * settings.area * 0.5), 1.0, 1e-9);
 
   // R_u moves the peak by the ohmic drop, roughly.
-  p = Textbook();
+  Parameters p = Textbook();
   const Point ideal = Peak(Sweep(p, -0.25, 0.75, 0.1), 1);
   p.resistance = 100;
   const Point dropped = Peak(Sweep(p, -0.25, 0.75, 0.1), 1);
