@@ -14,8 +14,11 @@
 #include "analysis/oxygen.h"
 #include "analysis/smoothing.h"
 #include "analysis/test_definitions.h"
+#include "core/settings.h"
 #include "core/settings_file.h"
 #include "core/tables.h"
+#include "core/track_store.h"
+#include "host/desktop.h"
 #include "host/virtual/virtual_host.h"
 
 namespace {

@@ -16,14 +16,16 @@
 #include <vector>
 
 #include "core/palette.h"
+#include "core/run_log.h"
+#include "core/settings.h"
 #include "core/settings_file.h"
 #include "core/workstation.h"
 #include "devices/analog_input.h"
 #include "devices/pci_card.h"
 #include "graph/graph_form.h"
+#include "host/desktop.h"
 #include "host/virtual/virtual_host.h"
 #include "measure/live_plot.h"
-#include "measure/measure_forms.h"
 #include "measure/multi_form.h"
 #include "measure/run.h"
 #include "paper_view.h"
@@ -140,52 +142,55 @@ BENCHMARK(ReadSum)
     ->Unit(benchmark::kMicrosecond);
 
 // A ring-disk measurement's tick: five inputs, two of them recorded, one point drawn.
-class FiveChannels : public MeasureForm {
+class FiveChannels : public Technique {
  public:
-  FiveChannels(Workstation& ws, Host& host, Instruments& instruments)
-      : MeasureForm(ws, host, instruments, "five", "Five channels"),
-        start_(*this, "cmdStart", "Start"),
-        timer_(*this, "Timer"),
-        plot_(host.desktop, "Graph1") {
-    Attach(timer_, start_);
+  FiveChannels() : Technique("Five channels") {}
+  Plan MakePlan(const RunChoices&, const Workstation&) const override { return {}; }
+  std::vector<RunParameter> Parameters(const RunChoices&) const override { return {}; }
+  std::size_t Columns() const override { return 3; }
+  void Begin(Run& run) override { run.StartRecording(); }
+  void Tick(Run& run) override {
+    benchmark::DoNotOptimize(run.ReadTime());
+    std::array<double, 5> sums{};
+    if (!run.ReadSums(kChannels, kRounds, sums)) return run.ReadingFailed();
+    run.ReadingSucceeded();
+    // The place moves with the index, as a sweep does.
+    run.Put({sums[1] / kRounds + run.points().size() * 1e-5, sums[3] / kRounds, sums[4] / kRounds});
+    run.Keep();
   }
-  bool Load() override { return OpenDevices({"AD Board Trouble!", "", ""}); }
-  Plan CurrentPlan() const override { return {}; }
-  LayoutNode Layout() override { return layout::Stretch(); }
+  void Store(Run& run) override { run.StoreTrack(0, kModeRDE, {}, {0, 1, 2}); }
+  void Describe(RunState&, const RunChoices&) const override {}
+};
+
+// The run and the plot that a window would draw it on.
+class DrawnRun {
+ public:
+  DrawnRun(Workstation& ws, Host& host, Instruments& instruments)
+      : run_(ws, host, instruments), plot_(host.desktop, "Graph1") {}
 
   void Start() {
-    BeginRun();
+    run_.Claim();
     plot_.Begin("Voltammogram", {-1, -1, 1, 1}, kLook);
-    StartRecording();
+    run_.Begin(std::make_unique<FiveChannels>(), {}, "AD Board Trouble!");
   }
-  void RunTick() { timer_.on_tick(); }
-  bool Full() const { return PointIndex() > 20000; }
-
- protected:
-  std::vector<RunParameter> Parameters() const override { return {}; }
-  void MonitorTick() override {}
-  void MeasureTick() override {
-    benchmark::DoNotOptimize(ReadTime());
-    std::array<double, 5> sums{};
-    if (!ReadSums(kChannels, kRounds, sums)) return TickFailed();
-    TickSucceeded();
-    AcquiredPoint& point = Point(PointIndex());
-    // The place moves with the index, as a sweep does.
-    point = {sums[1] / kRounds + PointIndex() * 1e-5, sums[3] / kRounds, sums[4] / kRounds};
-    if (plot_.Include(point[0], point[1])) {
+  void Tick() {
+    run_.Tick();
+    const RunPoints& points = run_.points();
+    const std::int32_t index = points.Written() - 1;
+    const double x = points.At(0, index);
+    const double y = points.At(1, index);
+    if (plot_.Include(x, y)) {
       plot_.Redraw(kLook);
-      plot_.Curve(RecordedPoints(), 1, QBColor(9));
+      plot_.Curve(points.Column(0), points.Column(1), kLightBlue);
     } else {
-      plot_.Point(point[0], point[1], QBColor(9));
+      plot_.Point(x, y, kLightBlue);
     }
-    KeepPoint();
   }
-  void FinishRun() override {}
+  bool Full() const { return run_.points().size() > 20000; }
 
  private:
   inline static const AxisLook kLook{"0.00", "0.0e+0", "/V"};
-  Button start_;
-  Timer timer_;
+  Run run_;
   LivePlot plot_;
 };
 
@@ -198,18 +203,17 @@ void RingDiskTick(benchmark::State& state) {
   Instruments instruments(ws, machine.host, Tables());
   machine.desktop.Register("Graph1",
                            [&] { return std::make_unique<Graph>(machine.host, "Graph1"); });
-  machine.desktop.Register(
-      "five", [&] { return std::make_unique<FiveChannels>(ws, machine.host, instruments); });
   PaperView window;
   machine.desktop.Load("Graph1")->SetView(&window);
-  auto* form = machine.desktop.LoadAs<FiveChannels>("five");
-  form->Start();
+  if (instruments.analog_input.Open() != 0) state.SkipWithError("the board did not open");
+  DrawnRun run(ws, machine.host, instruments);
+  run.Start();
   for (auto _ : state) {
-    time.Count([&] { form->RunTick(); });
-    if (!form->Full()) continue;
+    time.Count([&] { run.Tick(); });
+    if (!run.Full()) continue;
     state.PauseTiming();
     ws.end_active_run();
-    form->Start();
+    run.Start();
     state.ResumeTiming();
   }
   machine.desktop.Find("Graph1")->SetView(nullptr);
@@ -247,7 +251,7 @@ void MonitorTick(benchmark::State& state) {
   form->StartMeasurement();
   for (auto _ : state) {
     machine.clock.Spend(kSecond);
-    time.Count([&] { form->MMTimer.on_tick(); });
+    time.Count([&] { form->timer.on_tick(); });
     if (ws.running_flag != 0) continue;
     state.PauseTiming();  // 20001 points: the run has ended
     form->StartMeasurement();

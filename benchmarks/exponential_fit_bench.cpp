@@ -20,6 +20,7 @@
 
 #include "analysis/gauss_newton_log.h"
 #include "analysis/test_definitions.h"
+#include "core/settings.h"
 
 namespace {
 

@@ -8,13 +8,15 @@
 #include <memory>
 #include <string>
 
+#include "core/settings.h"
 #include "core/settings_file.h"
 #include "devices/instruments.h"
 #include "graph/graph_form.h"
+#include "host/desktop.h"
 #include "host/virtual/virtual_host.h"
 #include "macro/interpreter.h"
 #include "macro/macro_line.h"
-#include "measure/measure_forms.h"
+#include "measure/measure_form.h"
 #include "sim/bench.h"
 #include "text/lines.h"
 #include "ui/main/device_forms.h"

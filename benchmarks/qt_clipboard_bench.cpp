@@ -12,16 +12,17 @@
 #include <memory>
 #include <string>
 
+#include "core/track_store.h"
 #include "core/workstation.h"
+#include "exchange/paste_text.h"
+#include "exchange/table_text.h"
+#include "host/desktop.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
+#include "host/services.h"
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
 #include "ui/main/clipboard_copy.h"
-#include "ui/main/paste_text.h"
-#include "ui/main/progress_form.h"
-#include "ui/main/table_text.h"
-#include "ui/main/track_text.h"
 
 namespace {
 

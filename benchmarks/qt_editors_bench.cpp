@@ -10,9 +10,12 @@
 #include <memory>
 #include <string>
 
+#include "core/track_store.h"
 #include "core/workstation.h"
+#include "host/desktop.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
+#include "host/services.h"
 #include "macro/macro_line.h"
 #include "qt/form_window.h"
 #include "qt/qt_host.h"

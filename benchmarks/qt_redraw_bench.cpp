@@ -15,8 +15,10 @@
 
 #include "graph/graph_form.h"
 #include "graph/preview_plot.h"
+#include "host/desktop.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
+#include "host/services.h"
 #include "qt/qt_host.h"
 #include "qt/raster_surface.h"
 

@@ -15,9 +15,10 @@
 
 #include "graph/graph_view.h"
 #include "host/controls.h"
+#include "host/desktop.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
-#include "host/timer.h"
+#include "host/services.h"
 #include "qt/qt_host.h"
 
 namespace {

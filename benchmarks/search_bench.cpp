@@ -28,12 +28,15 @@
 #endif
 
 #include "core/track_file.h"
+#include "core/track_store.h"
+#include "exchange/track_search.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
+#include "host/services.h"
 #include "host/virtual/virtual_host.h"
 #include "text/lines.h"
+#include "text/status.h"
 #include "ui/main/search_form.h"
-#include "ui/main/track_search.h"
 
 using namespace zento;
 

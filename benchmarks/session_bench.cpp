@@ -16,8 +16,13 @@
 
 #include "analysis/smoothing_form.h"
 #include "core/track_file.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
+#include "host/desktop.h"
 #include "host/native/native_files.h"
+#include "host/services.h"
 #include "program/headless_program.h"
+#include "text/status.h"
 #include "ui/main/control_panel.h"
 
 namespace {

@@ -10,19 +10,23 @@
 #include <string>
 #include <string_view>
 
+#include "core/settings.h"
 #include "core/settings_file.h"
 #include "core/settings_table.h"
+#include "core/track_store.h"
 #include "devices/instruments.h"
 #include "graph/graph_form.h"
 #include "host/clock.h"
+#include "host/desktop.h"
+#include "host/services.h"
 #include "host/virtual/memory_services.h"
 #include "host/virtual/virtual_host.h"
 #include "measure/cv_form.h"
-#include "measure/measure_forms.h"
 #include "program/dry_run.h"
 #include "sim/bench.h"
 #include "sim/couple_cell.h"
 #include "sim/test_support.h"
+#include "text/status.h"
 
 namespace {
 

@@ -63,7 +63,7 @@ void BM_TimerQueue(benchmark::State& state) {
     TimerQueue timers(clock);
     RealTimeLoop loop(clock, timers);
     Ticks ticks(interval_ms * 1000);
-    std::optional<TimerQueue::Entry> timer;
+    std::optional<TimerQueue::PeriodicTimer> timer;
     timer.emplace(timers, [&] {
       timer->SetEnabled(false);
       ticks.Tick();

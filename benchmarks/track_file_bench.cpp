@@ -22,6 +22,8 @@
 
 #ifdef __GLIBC__
 #include <malloc.h>
+
+#include "core/track_store.h"
 #endif
 
 namespace {

@@ -5,8 +5,13 @@
 #include <optional>
 #include <utility>
 
+#include "core/track_store.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "host/path_text.h"
+#include "host/services.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -37,6 +42,10 @@ bool AnalysisForm::Load() {
   selector_.Show(FirstTrack());
   ShowTrack();
   return true;
+}
+
+TrackRecord& AnalysisForm::Record() const {
+  return workstation_.tracks.Record(Track());
 }
 
 void AnalysisForm::Activate() {

@@ -13,6 +13,10 @@
 
 namespace zento {
 
+class TrackStore;
+struct Settings;
+struct TrackRecord;
+
 // What the analysis windows share: the choice of a track, a report with the buttons that copy and
 // save it, and a line with the fit's quality.
 class AnalysisForm : public Form {
@@ -47,7 +51,7 @@ class AnalysisForm : public Form {
   // The same where nobody chose it just now.
   virtual void ShowTrackAgain() { ShowTrack(); }
   int Track() const { return selector_.track(); }
-  TrackRecord& Record() const { return workstation_.tracks.Record(Track()); }
+  TrackRecord& Record() const;
 
   Workstation& workstation() const { return workstation_; }
   TrackStore& tracks() const { return workstation_.tracks; }

@@ -10,6 +10,7 @@
 #include "analysis/oxygen_form.h"
 #include "analysis/smoothing_form.h"
 #include "analysis/tafel_form.h"
+#include "host/desktop.h"
 
 namespace zento {
 namespace {

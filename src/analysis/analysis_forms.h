@@ -3,10 +3,11 @@
 #include <filesystem>
 #include <vector>
 
-#include "core/workstation.h"
-#include "host/host.h"
-
 namespace zento {
+
+class Desktop;
+struct Host;
+struct Workstation;
 
 // Makes the analysis windows known to the desktop, which all references outlive. `data_folders` are
 // those of the files that are installed with the program; a file in the home goes before them.

@@ -11,6 +11,7 @@
 #include "analysis/analysis_form.h"
 #include "analysis/analysis_forms.h"
 #include "core/settings_file.h"
+#include "core/track_store.h"
 #include "host/virtual/virtual_host.h"
 
 namespace zento {

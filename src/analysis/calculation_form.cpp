@@ -6,16 +6,19 @@
 #include <span>
 
 #include "analysis/track_points.h"
-#include "core/axis_step.h"
 #include "core/palette.h"
+#include "core/sweeps.h"
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "graph/track_preview.h"
+#include "host/dialogs.h"
+#include "host/host.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
 
-constexpr int kLightBlue = 9, kLightGreen = 10, kLightCyan = 11;
 constexpr int kSumSlot = kScratchSlot;
 constexpr int kShiftedSlot = kScratchSlot + 1;
 constexpr double kLargeCurrent = 5e-5;  // A, marked in the list of matches
@@ -159,8 +162,8 @@ std::string frmCalculation::Refusal() const {
   // Of the tracks with potentials, sweeps alone: the others have no turning points to cut A at.
   const bool same_axis = TraitsOf(a).x == TraitsOf(b).x && (IsSweep(a) || !XIsPotential(a));
   if (!same_axis) {
-    return "Nothing computed: a " + std::string(EntryOf(ModeName, a)) + " track and a " +
-           std::string(EntryOf(ModeName, b)) + " track cannot be combined.";
+    return "Nothing computed: a " + std::string(AtOrNone(ModeName, a)) + " track and a " +
+           std::string(AtOrNone(ModeName, b)) + " track cannot be combined.";
   }
   if (tracks().PointCount(a_.track()) == 0) return "Track A has no points.";
   if (DistinctAbscissae(tracks().Points(0, kShiftedSlot)).size() < 2) {
@@ -272,15 +275,15 @@ void frmCalculation::UpdateTrack() {
   if (target == a_.track() || target == b_.track()) ShowTracks();
 }
 
-void frmCalculation::DrawSlot(int slot, int colour) {
-  PrevGraph.Polyline(tracks().Points(0, slot), tracks().Points(1, slot), QBColor(colour));
+void frmCalculation::DrawSlot(int slot, Colour colour) {
+  PrevGraph.Polyline(tracks().Points(0, slot), tracks().Points(1, slot), colour);
 }
 
 void frmCalculation::DrawTracks() {
   PrevGraph.Clear();
   const int a = a_.track();
   if (!HoldsTrack(tracks(), a)) return;
-  const PreviewRange of_a = RangeOf(tracks(), a);
+  const DisplayRange of_a = RangeOf(tracks(), a);
   PlotRange range{std::min(of_a.x_min, of_a.x_max), std::min(of_a.y_min, of_a.y_max),
                   std::max(of_a.x_min, of_a.x_max), std::max(of_a.y_min, of_a.y_max)};
   const bool has_b = HoldsTrack(tracks(), b_.track());

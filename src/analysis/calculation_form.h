@@ -93,7 +93,7 @@ class frmCalculation : public Form {
   TrackSum Compute(const TrackSumTerms& terms);
   void KeepResult();
   void DrawTracks();
-  void DrawSlot(int slot, int colour);
+  void DrawSlot(int slot, Colour colour);
   void ShowMatches();
   void Magnify(double magnification);
   void Scroll(double right, double up);

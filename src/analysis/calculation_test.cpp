@@ -2,7 +2,12 @@
 
 #include <cmath>
 
+#include "analysis/analysis_forms.h"
 #include "analysis/analysis_test_rig.h"
+#include "analysis/track_sum.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
+#include "host/virtual/virtual_host.h"
 
 namespace zento {
 namespace {

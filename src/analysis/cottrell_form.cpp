@@ -6,17 +6,16 @@
 #include <utility>
 
 #include "analysis/track_points.h"
-#include "core/axis_step.h"
 #include "core/palette.h"
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "text/format.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
 
-constexpr int kLightBlue = 9;
-constexpr int kLightRed = 12;
 constexpr PlotRange kInitialRange{-0.2, -1e-6, 0.5, 1e-6};
 
 }  // namespace
@@ -104,7 +103,7 @@ void frmCottrellEquation::DrawPoints() {
   CottrellGraph.SetSteps(TickStep(r.x1, r.x2), TickStep(r.y1, r.y2));
   CottrellGraph.SetAxisTitles("Potential /V", "Current /A");
   for (std::size_t i = 0; i < points_.x.size(); ++i) {
-    CottrellGraph.Mark(points_.x[i], points_.y[i], QBColor(kLightRed));
+    CottrellGraph.Mark(points_.x[i], points_.y[i], kLightRed);
   }
 }
 
@@ -144,8 +143,7 @@ void frmCottrellEquation::Calculate() {
 
 void frmCottrellEquation::DrawLine(const StraightLine& line) {
   const double end = plot_range_.x2;
-  CottrellGraph.Line(0, line.intercept, end, line.slope * end + line.intercept,
-                     QBColor(kLightBlue));
+  CottrellGraph.Line(0, line.intercept, end, line.slope * end + line.intercept, kLightBlue);
 }
 
 std::string frmCottrellEquation::ReportText(double electrons, double area, double concentration,

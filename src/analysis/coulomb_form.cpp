@@ -8,15 +8,12 @@
 #include "analysis/track_points.h"
 #include "core/palette.h"
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "text/format.h"
 #include "text/number.h"
 
 namespace zento {
-namespace {
-
-constexpr int kLightGreen = 10;
-
-}  // namespace
+namespace {}  // namespace
 
 frmCoulombCalculator::frmCoulombCalculator(Workstation& workstation, Host& host)
     : AnalysisForm(workstation, host, kName, "Coulomb Number Calculation") {
@@ -37,7 +34,7 @@ void frmCoulombCalculator::ShowTrackAgain() {
 
 void frmCoulombCalculator::ShowRecord() {
   const bool holds = HoldsTrack(tracks(), Track());
-  lblMode.SetText(holds ? std::string(EntryOf(ModeName, Record().Mode)) : std::string());
+  lblMode.SetText(holds ? std::string(AtOrNone(ModeName, Record().Mode)) : std::string());
   lblTitle.SetText(holds ? Record().Title : std::string());
   if (holds) {
     range.ShowAgain(tracks().PointCount(Track()));
@@ -53,7 +50,7 @@ void frmCoulombCalculator::DrawPreview() {
 
 std::string frmCoulombCalculator::Refusal() const {
   if (!HasCharge(Record().Mode)) {
-    return std::string(EntryOf(ModeName, Record().Mode)) + " tracks cannot be integrated.";
+    return std::string(AtOrNone(ModeName, Record().Mode)) + " tracks cannot be integrated.";
   }
   if (!XIsTime(Record().Mode) && !(Record().Scanrate > 0)) {
     return "The track has no scan rate, so its points have no times.";
@@ -118,7 +115,7 @@ void frmCoulombCalculator::Calculate() {
 
 void frmCoulombCalculator::DrawBaseLine(const Part& part, const BaseLine& line) {
   PrevGraph.Line(part.x.front(), line.At(part.x.front()), part.x.back(), line.At(part.x.back()),
-                 QBColor(kLightGreen));
+                 kLightGreen);
 }
 
 std::string frmCoulombCalculator::NoteOn(const Part& part, bool base_line) const {

@@ -9,6 +9,8 @@
 #include <string>
 #include <utility>
 
+#include "text/status.h"
+
 namespace zento {
 
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "analysis/gauss_newton_log.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

@@ -1,4 +1,5 @@
 #include "analysis/exponential_fit.h"
+#include "text/status.h"
 
 #include <gtest/gtest.h>
 

@@ -1,24 +1,30 @@
 #include "analysis/fft_form.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <limits>
 #include <span>
 
 #include "analysis/track_points.h"
-#include "core/axis_step.h"
 #include "core/palette.h"
+#include "core/settings.h"
+#include "core/sweeps.h"
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "graph/plot_range.h"
 #include "graph/track_preview.h"
+#include "host/dialogs.h"
+#include "host/host.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
 
-constexpr int kFirstColour = 9;  // light blue for x; light green and light cyan for the currents
-constexpr int kLightRed = 12;
+// For x, then for the currents.
+constexpr std::array kColumnColours = {kLightBlue, kLightGreen, kLightCyan};
 constexpr double kLeastMaximum = 1e-6;  // of the frequency graph
 constexpr double kLeastFrequency = 0.1;
 constexpr int kDigits = 4;
@@ -159,7 +165,7 @@ void frmFFTFilter::DrawPreview() {
   DrawTrack(PrevGraph, tracks(), track, RangeOf(tracks(), track), style);
   PrevGraph.SetAxisTitles("Potential /V", "Current /A");
   if (!filtered_ready_) return;
-  PrevGraph.Polyline(filtered_[0], filtered_[1], QBColor(kLightRed));
+  PrevGraph.Polyline(filtered_[0], filtered_[1], kLightRed);
 }
 
 int frmFFTFilter::FirstShown() const {
@@ -199,7 +205,7 @@ void frmFFTFilter::DrawSpectrum(int column) {
     line.push_back({x, std::min(spectrum.magnitude[k], top)});
     line.push_back({x, 0});
   }
-  FrequencyGraph.Polyline(line, QBColor(kFirstColour + column));
+  FrequencyGraph.Polyline(line, kColumnColours[static_cast<std::size_t>(column)]);
 }
 
 void frmFFTFilter::ScaleGraph(double factor) {

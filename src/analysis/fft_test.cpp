@@ -9,6 +9,7 @@
 #include "analysis/test_definitions.h"
 #include "analysis/track_points.h"
 #include "analysis/vector_passes.h"
+#include "core/track_history.h"
 #include "measure/step_form.h"
 #include "measure/test_bench.h"
 

@@ -7,17 +7,16 @@
 #include <utility>
 
 #include "analysis/track_points.h"
-#include "core/axis_step.h"
 #include "core/palette.h"
+#include "core/settings.h"
+#include "core/tables.h"
+#include "core/track_store.h"
 #include "text/format.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
 
-constexpr int kLightBlue = 9;
-constexpr int kLightGreen = 10;
-constexpr int kLightRed = 12;
 constexpr double kPointRadius = 2;
 constexpr int kFontSize = 10;
 // The origin stays in view.
@@ -211,11 +210,11 @@ void frmKoutecky_Levich::DrawPreview() {
   const bool sweep = OneTrack();
   DrawChosenPoints(PrevGraph, tracks(), track, start_.index(), end_.index(),
                    [window = Window(), sweep](std::int32_t, double x) {
-                     return QBColor(!sweep && window.Holds(x) ? kLightRed : kLightBlue);
+                     return !sweep && window.Holds(x) ? kLightRed : kLightBlue;
                    });
   if (tracks().kl.KLBaseMode[Current()] != kUseBaseTrack || !Usable(BaseTrack())) return;
   DrawChosenPoints(PrevGraph, tracks(), BaseTrack(), 0, base_end_.index(),
-                   [](std::int32_t, double) { return QBColor(kLightGreen); });
+                   [](std::int32_t, double) { return kLightGreen; });
 }
 
 void frmKoutecky_Levich::LeaveWindow() {
@@ -361,14 +360,13 @@ void frmKoutecky_Levich::DrawPlot(const Points& points) {
   graph.Axis(TickStep(r.x1, r.x2), TickStep(r.y1, r.y2), kFontSize, "/Hz");
   graph.SetTitle("Koutecky-Levich Plot");
   for (std::size_t i = 0; i < points.x.size(); ++i) {
-    graph.VCircle(points.x[i], points.y[i], kPointRadius, QBColor(kLightBlue));
+    graph.VCircle(points.x[i], points.y[i], kPointRadius, kLightBlue);
   }
 }
 
 void frmKoutecky_Levich::DrawLine(const StraightLine& line) {
   const double end = plot_range_.x2;
-  graph_.Show().VLine(0, line.intercept, end, line.slope * end + line.intercept,
-                      QBColor(kLightGreen));
+  graph_.Show().VLine(0, line.intercept, end, line.slope * end + line.intercept, kLightGreen);
 }
 
 void frmKoutecky_Levich::ReportFailure(const Points& points,

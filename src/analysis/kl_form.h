@@ -8,6 +8,7 @@
 #include "analysis/analysis_form.h"
 #include "analysis/koutecky_levich.h"
 #include "analysis/track_selection.h"
+#include "core/track_store.h"
 #include "graph/plot_range.h"
 #include "graph/preview_plot.h"
 

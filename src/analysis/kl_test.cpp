@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "analysis/analysis_test_rig.h"
+#include "core/settings.h"
 #include "text/number.h"
 
 namespace zento {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

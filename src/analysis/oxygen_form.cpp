@@ -6,17 +6,17 @@
 #include <vector>
 
 #include "analysis/track_points.h"
-#include "core/axis_step.h"
 #include "core/palette.h"
+#include "core/settings.h"
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "graph/track_preview.h"
 #include "text/format.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
-
-constexpr int kLightBlue = 9;
 
 std::string ReportOf(const OxygenShares& shares) {
   std::string report = "Edisk/V\t%H2O\r\n";
@@ -133,14 +133,14 @@ void frmO2Reduction::ShowShares(const OxygenShares& shares) {
 
 void frmO2Reduction::DrawShares(const OxygenShares& shares) {
   // As stored, or what the points take up where that is empty.
-  const PreviewRange stored = RangeOf(tracks(), Track());
+  const DisplayRange stored = RangeOf(tracks(), Track());
   H2OGraph.Clear();
   H2OGraph.SetFormats("0.0", "##0");
   H2OGraph.SetRange(stored.x_min, 0, stored.x_max, 100);
   H2OGraph.SetSteps(TickStep(stored.x_min, stored.x_max), TickStep(0, 100));
   H2OGraph.SetAxisTitles("Potential /V", "%H2O");
   for (std::size_t i = 0; i < shares.size(); ++i) {
-    H2OGraph.Mark(shares.potential[i], shares.water[i], QBColor(kLightBlue));
+    H2OGraph.Mark(shares.potential[i], shares.water[i], kLightBlue);
   }
 }
 

@@ -4,6 +4,9 @@
 #include "analysis/analysis_test_rig.h"
 #include "analysis/oxygen_form.h"
 #include "analysis/test_definitions.h"
+#include "core/settings.h"
+#include "core/track_store.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

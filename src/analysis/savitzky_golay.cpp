@@ -6,9 +6,11 @@
 #include <string>
 
 #include "host/path_text.h"
+#include "host/services.h"
 #include "text/codepage.h"
 #include "text/lines.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -94,8 +96,9 @@ Result<SavitzkyGolayTable> ReadSavitzkyGolay(Files& files,
     if (!table.ok()) return table.status().Within(TextFromPath(path));
     return table;
   }
-  return Status::Failure(std::string(kSavitzkyGolayFile) +
-                         " is in none of these folders: " + searched);
+  std::string why = kSavitzkyGolayFile;
+  why.append(" is in none of these folders: ").append(searched);
+  return Status::Failure(why);
 }
 
 }  // namespace zento

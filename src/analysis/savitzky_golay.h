@@ -4,10 +4,11 @@
 #include <string_view>
 #include <vector>
 
-#include "host/services.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
+
+class Files;
 
 inline constexpr char kSavitzkyGolayFile[] = "Savitzky-Golay.dat";
 

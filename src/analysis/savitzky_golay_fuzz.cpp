@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "analysis/smoothing.h"
+#include "text/status.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zento;

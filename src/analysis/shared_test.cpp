@@ -4,6 +4,8 @@
 #include "analysis/line_fit.h"
 #include "analysis/track_points.h"
 #include "analysis/track_selection.h"
+#include "core/track_store.h"
+#include "host/virtual/virtual_host.h"
 
 namespace zento {
 namespace {

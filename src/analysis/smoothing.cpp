@@ -8,6 +8,7 @@
 #include "analysis/vector_passes.h"
 #include "core/sweeps.h"
 #include "core/tables.h"
+#include "core/track_store.h"
 
 namespace zento {
 namespace {

@@ -6,9 +6,10 @@
 #include <vector>
 
 #include "analysis/savitzky_golay.h"
-#include "core/track_store.h"
 
 namespace zento {
+
+class TrackStore;
 
 enum class SmoothingMethod { kMovingAverage = 0, kSavitzkyGolay = 1, kSpikes = 2 };
 

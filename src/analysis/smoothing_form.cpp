@@ -7,14 +7,20 @@
 
 #include "analysis/track_points.h"
 #include "core/palette.h"
+#include "core/settings.h"
+#include "core/sweeps.h"
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "graph/track_preview.h"
+#include "host/dialogs.h"
+#include "host/host.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
 
-constexpr int kLightRed = 12;
 constexpr std::int32_t kMostPoints = 15;
 constexpr std::int32_t kLeastWindow[] = {3, 5, 3};  // by method
 
@@ -115,8 +121,9 @@ Result<Smoothing> frmSmoothing::Settings() const {
   if (!table.ok()) return table.status();
   const auto row = static_cast<std::size_t>((smoothing.points - LeastPoints()) / 2);
   if (row >= table->size()) {
-    return Status::Failure(std::string(kSavitzkyGolayFile) + " has no row for a window of " +
-                           PlainNumber(smoothing.points) + " points.");
+    std::string why = kSavitzkyGolayFile;
+    why.append(" has no row for a window of ").append(PlainNumber(smoothing.points));
+    return Status::Failure(why.append(" points."));
   }
   smoothing.row = table.value()[row];
   return smoothing;
@@ -196,9 +203,9 @@ void frmSmoothing::DrawPreview() {
   DrawTrack(PrevGraph, tracks(), track, RangeOf(tracks(), track), style);
   for (const Curve& curve : curves_) {
     if (style == PreviewStyle::kDots) {
-      PrevGraph.Dots(curve.x, curve.y, QBColor(kLightRed));
+      PrevGraph.Dots(curve.x, curve.y, kLightRed);
     } else {
-      PrevGraph.Polyline(curve.x, curve.y, QBColor(kLightRed));
+      PrevGraph.Polyline(curve.x, curve.y, kLightRed);
     }
   }
 }

@@ -11,6 +11,7 @@
 #include "core/palette.h"
 #include "core/tables.h"
 #include "core/track_file.h"
+#include "core/track_history.h"
 #include "graph/test_surface.h"
 
 namespace zento {
@@ -356,7 +357,7 @@ TEST_F(SmoothingForm, ThePreviewDrawsTheSmoothedTrackOverItsOwnAxis) {
     int columns = 0;
     for (int x = 0; x < 600; ++x) {
       bool red = false;
-      for (int y = 0; y < 400; ++y) red |= picture.At(x, y) == QBColor(12);
+      for (int y = 0; y < 400; ++y) red |= picture.At(x, y) == kLightRed;
       columns += red ? 1 : 0;
     }
     return columns;

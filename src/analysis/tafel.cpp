@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

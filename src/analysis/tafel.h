@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "analysis/line_fit.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

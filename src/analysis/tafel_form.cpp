@@ -5,17 +5,18 @@
 #include <span>
 
 #include "analysis/track_points.h"
-#include "core/axis_step.h"
 #include "core/palette.h"
+#include "core/settings.h"
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "text/format.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
 
-constexpr int kLightBlue = 9;
-constexpr int kLightGreen = 10;
 constexpr double kPointRadius = 2;
 constexpr int kFontSize = 10;
 constexpr int kLabelLeft = 6, kLabelTop = 4;  // of the y axis' label, in pixels
@@ -133,7 +134,7 @@ Result<TafelFit> frmTafelAnalyzer::Fit() const {
   }
   if (!XIsPotential(mode)) {
     return Status::Failure("A Tafel plot needs currents at different potentials; a " +
-                           std::string(EntryOf(ModeName, mode)) + " track has none.");
+                           std::string(AtOrNone(ModeName, mode)) + " track has none.");
   }
   const auto [first, count] = range.Within(tracks().PointCount(track));
   if (range.empty() || count == 0) {
@@ -168,9 +169,9 @@ void frmTafelAnalyzer::DrawFit(const TafelFit& fit) {
   graph.CurPrn(kLabelLeft, kLabelTop, kFontSize, "log|i /A|");
   graph.SetTitle("Tafel Plot");
   for (std::size_t i = 0; i < fit.current.size(); ++i) {
-    graph.VCircle(fit.overpotential[i], fit.log_current[i], kPointRadius, QBColor(kLightBlue));
+    graph.VCircle(fit.overpotential[i], fit.log_current[i], kPointRadius, kLightBlue);
   }
-  graph.VLine(from, at(from), to, at(to), QBColor(kLightGreen));
+  graph.VLine(from, at(from), to, at(to), kLightGreen);
 }
 
 std::string frmTafelAnalyzer::ReportOf(const TafelFit& fit) const {

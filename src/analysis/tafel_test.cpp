@@ -1,7 +1,12 @@
+#include <gmock/gmock.h>
 #include <cmath>
 
 #include "analysis/analysis_test_rig.h"
+#include "analysis/tafel.h"
 #include "analysis/tafel_form.h"
+#include "core/settings.h"
+#include "core/track_store.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -6,9 +6,8 @@
 #include <span>
 #include <vector>
 
-#include "core/axis_step.h"
 #include "core/palette.h"
-#include "core/same_values.h"
+#include "core/sweeps.h"
 #include "core/tables.h"
 #include "graph/track_preview.h"
 #include "text/format.h"
@@ -16,9 +15,6 @@
 
 namespace zento {
 namespace {
-
-constexpr int kLightBlue = 9;
-constexpr int kLightRed = 12;
 
 // The way of a potential that goes to and fro. Steps back that are small beside the whole range are
 // noise, no turns, so that a measured potential does not seem to have gone farther than it did.
@@ -124,7 +120,7 @@ void ShowTrackHeader(const TrackStore& tracks, int track, Label& mode, TextBox& 
                      TextBox& rpm) {
   const TrackRecord& record = tracks.Record(track);
   const bool holds = HoldsTrack(tracks, track);
-  mode.SetText(std::string(EntryOf(ModeName, record.Mode)));
+  mode.SetText(std::string(AtOrNone(ModeName, record.Mode)));
   title.SetText(holds ? record.Title : std::string());
   rpm.SetText(holds ? PlainNumber(record.RPM) : std::string());
 }
@@ -132,7 +128,7 @@ void ShowTrackHeader(const TrackStore& tracks, int track, Label& mode, TextBox& 
 bool PrepareTrackPlot(PreviewPlot& plot, TrackStore& tracks, int track) {
   plot.Clear();
   if (!HoldsTrack(tracks, track)) return false;
-  const PreviewRange range = RangeOf(tracks, track);
+  const DisplayRange range = RangeOf(tracks, track);
   plot.SetFormats(PreviewXFormat(tracks.Record(track).Mode), "0.0e+0");
   plot.SetRange(range.x_min, range.y_min, range.x_max, range.y_max);
   plot.SetSteps(TickStep(range.x_min, range.x_max), TickStep(range.y_min, range.y_max));
@@ -181,7 +177,7 @@ void DrawSelection(PreviewPlot& plot, TrackStore& tracks, int track, std::int32_
                    std::int32_t last) {
   if (!PrepareTrackPlot(plot, tracks, track)) return;
   DrawChosenPoints(plot, tracks, track, first, last, [=](std::int32_t point, double) {
-    return QBColor(point >= first && point <= last ? kLightRed : kLightBlue);
+    return point >= first && point <= last ? kLightRed : kLightBlue;
   });
 }
 

@@ -12,6 +12,8 @@
 
 namespace zento {
 
+class TrackStore;
+
 // What the windows tell of one point of a track of mode `mode`: "E:0.2500V   I:1.0000e-5A", with
 // "t:" in s for potential steps, "rpm:" for rotation-rate sweeps. Empty in other modes.
 std::string PointText(std::int32_t mode, double x, double current);

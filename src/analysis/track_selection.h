@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "core/track_store.h"
+#include "core/track.h"
 #include "host/controls.h"
 #include "host/form.h"
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "core/sweeps.h"
+#include "core/track_store.h"
 #include "text/number.h"
 
 namespace zento {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "core/track_store.h"
-
 namespace zento {
+
+class TrackStore;
 
 // What is computed: a A(x) + c + b B(x), or with minus.
 struct TrackSumTerms {

@@ -4,6 +4,7 @@
 
 #include "analysis/track_points.h"
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "text/number.h"
 
 namespace zento {
@@ -57,7 +58,7 @@ void TransformForm::ShowHeader() {
 
 void TransformForm::ShowDestination() {
   const TrackRecord& record = tracks().Record(Destination());
-  lblDestMode.SetText(std::string(EntryOf(ModeName, record.Mode)));
+  lblDestMode.SetText(std::string(AtOrNone(ModeName, record.Mode)));
   lblDestHolds.SetText(HoldsTrack(tracks(), Destination()) ? record.Title : "");
 }
 

@@ -9,7 +9,7 @@
 #include "analysis/analysis_result.h"
 #include "cli/window_options.h"
 #include "host/services.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

@@ -3,15 +3,20 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <filesystem>
 #include <memory>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "cli/cli_tracks.h"
 #include "cli/commands.h"
 #include "cli/console_text.h"
 #include "cli/exit_status.h"
 #include "cli/listings.h"
+#include "cli/track_jobs.h"
 #include "core/settings_file.h"
+#include "exchange/information_sheet.h"
 #include "host/native/native_clock.h"
 #include "host/native/native_files.h"
 #include "host/native/native_mail.h"
@@ -64,6 +69,16 @@ int ListBench(const ProgramOptions& options) {
   return Print(BenchListing(parameters.value()));
 }
 
+int ListTracks(const std::filesystem::path& path) {
+  NativeFiles files;
+  std::vector<std::string> notes;
+  const auto tracks = ReadTrackFile(files, path, notes);
+  if (!tracks.ok()) return FailWith(tracks.status());
+  for (const std::string& note : notes) WriteError(note);
+  WriteOut(SheetsText(*tracks.value()));
+  return kExitOk;
+}
+
 void AddMailTest(CLI::App& app, const ProgramOptions& options, int& exit_status) {
   auto address = std::make_shared<std::string>();
   auto* mail = app.add_subcommand("mail-test", "send a mail as a macro would, and tell the result");
@@ -84,10 +99,7 @@ void AddListings(CLI::App& app, const ProgramOptions& options, int& exit_status)
   auto file = std::make_shared<std::string>();
   auto* info = app.add_subcommand("info", "print the information sheets of a track file");
   info->add_option("FILE", *file, "a track file (.znt)")->required();
-  info->callback([file, &exit_status] {
-    NativeFiles files;
-    exit_status = Print(TrackFileSheets(files, PathFromText(*file)));
-  });
+  info->callback([file, &exit_status] { exit_status = ListTracks(PathFromText(*file)); });
 
   auto* settings = app.add_subcommand("settings", "list the home's settings: key, type, value");
   settings->callback([&] { exit_status = ListSettings(options); });

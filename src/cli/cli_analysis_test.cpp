@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "host/native/native_files.h"
 #include "support/cli_fixture.h"
 
@@ -192,9 +193,11 @@ TEST_F(CliAnalysisTest, FitsARelaxation) {
   EXPECT_EQ(Run({"fit", In("some.znt"), "--track", "2"}), kExitOk);
   EXPECT_THAT(out_, StartsWith("File\tsome.znt\nTrack\t2\nTitle\tdecay\nPoints\t0\t199\n"));
   EXPECT_THAT(out_, HasSubstr("x: t /s\ty: I /A\tfit\n0\t"));
-  // Level data have no relaxation.
+  // Level data have no relaxation; a column that is not there is not level.
   EXPECT_EQ(Run({"fit", In("some.znt"), "--track", "0", "--x", "1", "--y", "2"}), kExitScriptLine);
   EXPECT_THAT(out_, IsEmpty());
+  EXPECT_EQ(Run({"fit", In("some.znt"), "--track", "4", "--y", "2"}), kExitFailure);
+  EXPECT_THAT(err_, HasSubstr("track 4 has no column 2, only 0 (E/V), 1 (I/A)"));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "support/cli_fixture.h"
 
 namespace zento {

@@ -6,7 +6,7 @@
 
 #include "program/headless_program.h"
 #include "program/home.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

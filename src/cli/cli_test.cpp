@@ -9,7 +9,8 @@
 
 #include "core/settings_table.h"
 #include "core/track_file.h"
-#include "host/native/home_lock.h"
+#include "core/track_store.h"
+#include "host/native/home.h"
 #include "host/path_text.h"
 #include "support/cli_fixture.h"
 #include "text/lines.h"

@@ -13,6 +13,7 @@
 
 #include "analysis/savitzky_golay.h"
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "host/native/native_files.h"
 #include "program/home.h"
 #include "support/cli_fixture.h"

@@ -3,11 +3,13 @@
 #include <cstdio>
 
 #include "cli/exit_status.h"
+#include "text/status.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
+
 #endif
 
 namespace zento {

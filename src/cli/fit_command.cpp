@@ -15,8 +15,10 @@
 #include "cli/commands.h"
 #include "cli/console_text.h"
 #include "cli/exit_status.h"
-#include "cli/listings.h"
 #include "cli/outcome_json.h"
+#include "cli/track_jobs.h"
+#include "core/track_store.h"
+#include "exchange/table_text.h"
 #include "host/native/native_files.h"
 #include "host/path_text.h"
 #include "text/number.h"
@@ -37,11 +39,11 @@ struct Data {
 };
 
 Result<int> TrackOf(const TrackStore& tracks, const std::optional<int>& asked) {
-  if (asked && tracks.Record(*asked).Mode == kModeNone) {
+  if (asked && tracks.Record(*asked).IsEmpty()) {
     return Status::Failure("track " + PlainNumber(*asked) + " is empty");
   }
   for (int track = asked.value_or(0); track < kTracks; ++track) {
-    if (tracks.Record(track).Mode != kModeNone) return track;
+    if (!tracks.Record(track).IsEmpty()) return track;
   }
   return Status::Failure("the file holds no track");
 }
@@ -54,6 +56,16 @@ std::vector<double> Part(const TrackStore& tracks, int column, const Data& data)
   return part;
 }
 
+Status NoColumn(int track, int column, const std::vector<ColumnName>& names) {
+  std::string there;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    there +=
+        (i == 0 ? " " : ", ") + PlainNumber(i) + " (" + names[i].name + "/" + names[i].unit + ")";
+  }
+  return Status::Failure("track " + PlainNumber(track) + " has no column " + PlainNumber(column) +
+                         ", only" + there);
+}
+
 Result<Data> TakeData(const TrackStore& tracks, const FitRequest& request,
                       std::vector<std::string>& notes) {
   const auto track = TrackOf(tracks, request.track);
@@ -62,15 +74,12 @@ Result<Data> TakeData(const TrackStore& tracks, const FitRequest& request,
   data.track = track.value();
   const TrackRecord& record = tracks.Record(data.track);
   data.title = record.Title;
-  const auto names = ColumnNames(record);
-  const auto name = [&](int column) { return names.at(static_cast<std::size_t>(column)); };
-  const int columns = static_cast<int>(names.size());
-  if (request.x_column >= columns || request.y_column >= columns) {
-    return Status::Failure("track " + PlainNumber(data.track) + " has columns 0 to " +
-                           PlainNumber(columns - 1));
+  const auto names = ColumnNames(record, data.track);
+  for (const int column : {request.x_column, request.y_column}) {
+    if (column >= static_cast<int>(names.size())) return NoColumn(data.track, column, names);
   }
-  data.x_name = name(request.x_column);
-  data.y_name = name(request.y_column);
+  data.x_name = names[static_cast<std::size_t>(request.x_column)];
+  data.y_name = names[static_cast<std::size_t>(request.y_column)];
   const std::int32_t end = tracks.PointCount(data.track) - 1;
   data.first = request.points.first.value_or(0);
   data.last = std::min(request.points.last.value_or(end), end);
@@ -197,9 +206,9 @@ Result<FitRequest> ParseFitRequest(const std::vector<std::string>& words) {
 }
 
 Result<FitAnswer> FitTrack(const FitRequest& request, Files& files) {
-  const auto tracks = ReadTrackFile(files, request.file);
-  if (!tracks.ok()) return tracks.status();
   FitAnswer answer;
+  const auto tracks = ReadTrackFile(files, request.file, answer.notes);
+  if (!tracks.ok()) return tracks.status();
   const auto data = TakeData(*tracks.value(), request, answer.notes);
   if (!data.ok()) return data.status().Within(TextFromPath(request.file));
   ExponentialFitOptions options;

@@ -7,10 +7,11 @@
 
 #include "analysis/analysis_result.h"
 #include "cli/option_values.h"
-#include "host/services.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
+
+class Files;
 
 // A relaxation to be fitted to a part of a track.
 struct FitRequest {

@@ -7,6 +7,7 @@
 #include "graph/svg_surface.h"
 #include "host/canvas.h"
 #include "host/controls.h"
+#include "host/desktop.h"
 #include "host/path_text.h"
 #include "text/codepage.h"
 #include "text/lines.h"

@@ -9,9 +9,9 @@
 
 #include "cli/script_words.h"
 #include "host/controls.h"
-#include "host/timer.h"
+#include "host/desktop.h"
 #include "host/virtual/memory_services.h"
-#include "host/virtual/virtual_loop.h"
+#include "host/virtual/virtual_time.h"
 
 namespace zento {
 namespace {
@@ -157,7 +157,7 @@ TEST_F(ScriptTest, WaitsForRunsAndForTime) {
 TEST_F(ScriptTest, AWaitThatCannotEndFails) {
   EXPECT_EQ(Run("open frmProbe\nclick frmProbe.cmdStick\nwait idle"), ScriptEnd::kFailed);
   EXPECT_THAT(notes_.back(), HasSubstr("line 3: a run is active, but no timer is left"));
-  TimerQueue::Entry monitor(program_.host().timers, [] {});
+  TimerQueue::PeriodicTimer monitor(program_.host().timers, [] {});
   monitor.SetInterval(60'000);
   monitor.SetEnabled(true);
   EXPECT_EQ(Run("wait idle 8h"), ScriptEnd::kFailed);
@@ -207,7 +207,7 @@ TEST_F(ScriptTest, EndsWhenTheProgramIsAskedTo) {
   interrupted_ = false;
   int asked = 0;
   dynamic_cast<VirtualLoop&>(program_.loop()).interrupted = [&] { return ++asked > 3; };
-  TimerQueue::Entry monitor(program_.host().timers, [] {});
+  TimerQueue::PeriodicTimer monitor(program_.host().timers, [] {});
   monitor.SetEnabled(true);
   EXPECT_EQ(Run("wait 1h\nget frmNone"), ScriptEnd::kInterrupted);
 }

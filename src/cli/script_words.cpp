@@ -7,6 +7,7 @@
 #include "host/controls.h"
 #include "host/form.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -1,18 +1,69 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "core/track_file.h"
+#include "core/workstation.h"
+#include "exchange/track_search.h"
 #include "host/services.h"
+#include "program/headless_program.h"
 #include "text/status.h"
-#include "ui/main/track_search.h"
+#include "ui/main/control_panel.h"
 
 namespace zento {
 
+// The main window and its tools on a machine without instruments, for commands that change tracks.
+// Files are only read; what a command made is saved by Save alone.
+class TrackSession {
+ public:
+  // With the settings of `home`; empty = the built-in ones. `files` must outlive this.
+  TrackSession(Files& files, const std::filesystem::path& home);
+
+  // Fails when the main window does not open or the home has no settings.
+  Status Start();
+  // What the file holds that could not be taken goes to `notes`.
+  Status OpenFile(const std::filesystem::path& path, std::vector<std::string>& notes);
+  // Fails when the window does not open.
+  Result<Form*> Show(std::string_view form);
+  // What a person does with a control; then everything that is due happens. Fails when it is not
+  // there or cannot be used.
+  Status Click(Form& form, std::string_view control);
+  Status Set(Form& form, std::string_view control, const std::string& value);
+  // The message boxes shown since the last call.
+  std::vector<std::string> TakeMessages();
+
+  // Saves all tracks to the machine itself.
+  Status Save(const std::filesystem::path& path);
+
+  frmControlPanel& panel() { return *panel_; }
+  Workstation& workstation() { return program_.workstation(); }
+
+ private:
+  Result<Control*> Usable(Form& form, std::string_view control);
+
+  Files& files_;
+  std::filesystem::path home_;
+  HeadlessProgram program_;
+  frmControlPanel* panel_ = nullptr;
+};
+
+// What a command does about the outcome of opening a track file: fails unless all tracks are there;
+// what could not be taken besides goes to `notes`.
+Status CheckLoad(const TrackFileLoad& load, const std::filesystem::path& path,
+                 std::vector<std::string>& notes);
+
+// The tracks of a file, which must be a complete track file; what it holds that could not be taken
+// goes to `notes`.
+Result<std::unique_ptr<TrackStore>> ReadTrackFile(Files& files, const std::filesystem::path& path,
+                                                  std::vector<std::string>& notes);
+
 // What a window said while a job was done in it.
-struct JobTold {
+struct JobReport {
   std::vector<std::string> messages;  // boxes that were shown: the window refused
   std::vector<std::string> notes;     // what a person should know besides
 };
@@ -23,8 +74,6 @@ struct SaveRequest {
   std::filesystem::path path;
   bool overwrite = false;
 };
-
-class TrackSession;
 
 // Starts the session and opens the file. Fails, before anything is done, when the result could not
 // be saved.
@@ -42,36 +91,26 @@ struct ImportRequest {
 
 // Imports a track as frmImportTrack does. Nothing is saved when the window shows a message. Fails
 // when a file cannot be read or written.
-Result<JobTold> ImportIntoFile(const ImportRequest& request, Files& files);
+Result<JobReport> ImportIntoFile(const ImportRequest& request, Files& files);
 
 struct PasteRequest {
   std::filesystem::path file;
-  std::filesystem::path home;
   std::string text;  // as the clipboard has it
   int track = 0;
   SaveRequest save;
 };
 
-// Pastes as the main window's menu does. Fails, saving nothing, also when the text holds no track.
-Result<JobTold> PasteIntoFile(const PasteRequest& request, Files& files);
-
-// As typed; what is not set does not matter.
-struct SearchRequest {
-  std::filesystem::path folder;
-  std::optional<std::string> title;  // words apart by blanks
-  std::optional<std::string> mode;   // "CV"
-  std::optional<std::string> rpm;
-  std::optional<std::string> scan_rate;  // mV/s
-  bool subfolders = false;
-};
+// Pastes as the main window's menu does. Fails, saving nothing, when the text holds no track.
+Result<JobReport> PasteIntoFile(const PasteRequest& request, Files& files);
 
 struct SearchAnswer {
   std::vector<SearchHit> hits;
-  std::string state;  // what the window says at the end
-  std::vector<std::string> messages;
+  std::string summary;
 };
 
-// Searches as frmSearchTrack does. Fails when the folder cannot be read or a value makes no sense.
-Result<SearchAnswer> SearchFolder(const SearchRequest& request, Files& files);
+// Fails when the folder cannot be read.
+Result<SearchAnswer> SearchFolder(const SearchCriteria& criteria,
+                                  const std::filesystem::path& folder, bool subfolders,
+                                  Files& files);
 
 }  // namespace zento

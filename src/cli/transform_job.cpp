@@ -3,8 +3,9 @@
 #include <string_view>
 #include <utility>
 
-#include "cli/track_session.h"
+#include "cli/track_jobs.h"
 #include "cli/window_options.h"
+#include "core/track_history.h"
 #include "host/controls.h"
 #include "host/path_text.h"
 #include "text/number.h"
@@ -12,7 +13,87 @@
 namespace zento {
 namespace {
 
-constexpr std::int64_t kLongestCopy = std::int64_t{3600} * 1'000'000;  // of virtual time
+using enum OptionKind;
+
+constexpr std::string_view kMethods[] = {"average", "savitzky-golay", "spikes"};
+constexpr std::string_view kOperators[] = {"plus", "minus"};
+
+constexpr WindowOption kFilterOptions[] = {
+    {"--track", kShownTrack, "txtDataNum", "N", "the track; without it the file's first one"},
+    {"--cut-off", kNumber, "txtYMaxFrequency", "HZ",
+     "what is as fast or faster is removed from the currents; else the setting"},
+    {.name = "--x-cut-off",
+     .kind = kNumber,
+     .control = "txtXMaxFrequency",
+     .value = "HZ",
+     .help = "the same for the x column, which is left alone without it",
+     .switch_index = 1,
+     .switch_control = "opnXFilter"},
+};
+
+// The method first: choosing it sets the number of points to its least one.
+constexpr WindowOption kSmoothOptions[] = {
+    {"--track", kShownTrack, "txtDataNum", "N", "the track; without it the file's first one"},
+    {"--method", kChoice, "opnYFilter", "METHOD", "how; else average", kMethods},
+    {"--points",
+     kIndex,
+     "txtPointNum",
+     "N",
+     "length of the window, odd, up to 15; else the method's least one, 3 or 5",
+     {},
+     "UpDown3"},
+    {"--x", kCheck, "chkXAxis", "", "smooth the x column, too"},
+    {.name = "--skip",
+     .kind = kNumber,
+     .control = "txtSkipNum",
+     .value = "N",
+     .help = "leave N points and one more at each end of a sweep as they are",
+     .switch_index = 1,
+     .switch_control = "chkSkipatEdge"},
+    {"--all", kCheck, "chkApplyAllTrack", "", "all tracks of the file; not with --into"},
+};
+
+constexpr WindowOption kCalcOptions[] = {
+    {.name = "--a",
+     .kind = kShownTrack,
+     .control = "txtOpeA",
+     .value = "N",
+     .help = "number of track A, whose x the result has",
+     .required = true},
+    {.name = "--b",
+     .kind = kIndex,
+     .control = "txtOpeB",
+     .value = "N",
+     .help = "number of track B",
+     .arrows = "updOpeB",
+     .required = true},
+    {"--operator", kChoice, "opnOperator", "SIGN", "what is done with B; else plus", kOperators},
+    {"--factor-a", kNumber, "txta", "NUMBER", "factor of A; else 1"},
+    {"--factor-b", kNumber, "txtb", "NUMBER", "factor of B; else 1"},
+    {"--offset", kNumber, "txtc", "A", "added to the current; else 0"},
+    {"--shift", kNumber, "txtXBShift", "X", "added to every x of B, in its unit; else 0"},
+};
+
+constexpr TransformCommand kCommands[] = {
+    {{"filter", "frmFFTFilter", "take high frequencies out of a track", kFilterOptions},
+     "cmdUpdate",
+     "cmdRecordAnotherTrack",
+     "txtDesNum",
+     "txtDestTitle",
+     "the track that gets the result; without it the track itself"},
+    {{"smooth", "frmSmoothing", "smooth a track, sweep by sweep", kSmoothOptions},
+     "cmdUpdate",
+     "cmdRecordAnotherTrack",
+     "txtDesNum",
+     "txtDestTitle",
+     "the track that gets the result; without it the track itself"},
+    {{"calc", "frmCalculation", "add tracks or subtract them: aA(x) + c +- bB(x)", kCalcOptions},
+     "",
+     "cmdUpdate",
+     "txtOpeC",
+     "txtOpeCTitle",
+     "the track that gets the result"},
+};
 
 // What the window's line for remarks says.
 std::string NoteOf(const Form& form) {
@@ -44,83 +125,35 @@ Status Write(TrackSession& session, Form& form, const TransformRequest& request)
   return session.Click(form, button);
 }
 
-std::string_view MenuOf(CopyKind kind) {
-  switch (kind) {
-    case CopyKind::kData:
-      return "mnuCopyOnlyExpData";
-    case CopyKind::kCurrentTime:
-      return "mnuCopyI_ttable";
-    case CopyKind::kPotentialCurrent:
-      return "mnuCopyV_ITable";
-    default:
-      return "mnuCopyAll";
-  }
-}
-
-Status PressCopy(TrackSession& session, const CopyRequest& request,
-                 std::vector<std::string>& notes) {
-  if (request.kind != CopyKind::kSpecial) {
-    return session.Click(session.panel(), MenuOf(request.kind));
-  }
-  const WindowCommand& command = SpecialCopyCommand();
-  const auto form = session.Show(command.form);
-  if (!form.ok()) return form.status();
-  Status entered =
-      EnterOptions(*form.value(), session.workstation().tracks, command, request.given, notes);
-  if (!entered.ok()) return entered;
-  return session.Click(*form.value(), "cmdCopy");
-}
-
 }  // namespace
 
-Result<JobTold> Transform(const TransformRequest& request, Files& files) {
+std::span<const TransformCommand> TransformCommands() {
+  return kCommands;
+}
+
+Result<JobReport> Transform(const TransformRequest& request, Files& files) {
   TrackSession session(files, request.home);
-  JobTold told;
-  Status begun = BeginTrackJob(session, request.file, request.save, files, told.notes);
+  JobReport report;
+  Status begun = BeginTrackJob(session, request.file, request.save, files, report.notes);
   if (!begun.ok()) return begun;
   const auto shown = session.Show(request.command->window.form);
   if (!shown.ok()) return shown.status();
   Form& form = *shown.value();
-  if (Status entered = EnterInto(session, form, request, told.notes); !entered.ok()) {
+  if (Status entered = EnterInto(session, form, request, report.notes); !entered.ok()) {
     return entered;
   }
   if (Status clicked = session.Click(form, "cmdCalc"); !clicked.ok()) return clicked;
-  told.messages = session.TakeMessages();
-  if (!told.messages.empty()) return told;
-  if (const std::string note = NoteOf(form); !note.empty()) told.notes.push_back(note);
+  report.messages = session.TakeMessages();
+  if (!report.messages.empty()) return report;
+  if (const std::string note = NoteOf(form); !note.empty()) report.notes.push_back(note);
   if (Status written = Write(session, form, request); !written.ok()) return written;
-  told.messages = session.TakeMessages();
-  if (!told.messages.empty()) return told;
+  report.messages = session.TakeMessages();
+  if (!report.messages.empty()) return report;
   if (session.workstation().history.UndoName().empty()) {
-    told.notes.push_back("the window changed nothing");
+    report.notes.push_back("the window changed nothing");
   }
   if (Status saved = session.Save(request.save.path); !saved.ok()) return saved;
-  return told;
-}
-
-Result<CopyAnswer> CopyFromFile(const CopyRequest& request, Files& files) {
-  TrackSession session(files, request.home);
-  CopyAnswer answer;
-  if (Status started = session.Start(); !started.ok()) return started;
-  Status opened = session.OpenFile(request.file, answer.told.notes);
-  if (!opened.ok()) return opened;
-  session.panel().ShowDataInfo(request.track);
-  if (session.workstation().tracks.Record(request.track).Mode == kModeNone) {
-    return Status::Failure("track " + PlainNumber(request.track) + " is empty")
-        .Within(TextFromPath(request.file));
-  }
-  session.clipboard().SetText({});
-  Status pressed = PressCopy(session, request, answer.told.notes);
-  if (!pressed.ok()) return pressed;
-  answer.told.messages = session.TakeMessages();
-  if (!answer.told.messages.empty()) return answer;
-  session.loop().RunUntil([&] { return !session.clipboard().Text().empty(); }, kLongestCopy);
-  answer.text = session.clipboard().Text();
-  if (answer.text.empty()) {
-    return Status::Failure("track " + PlainNumber(request.track) +
-                           " is not of the mode that this table is for");
-  }
-  return answer;
+  return report;
 }
 
 }  // namespace zento

@@ -2,13 +2,31 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/track_jobs.h"
-#include "cli/transform_command.h"
+#include "cli/window_options.h"
 
 namespace zento {
+
+// A window that makes new points of a track, as a command: it calculates with cmdCalc and writes
+// with one of two buttons.
+struct TransformCommand {
+  WindowCommand window;
+  // Writes into the track that the window shows; empty when the window always asks for another.
+  std::string_view update_button;
+  // Writes into the track that `destination` names, under the title in `title`.
+  std::string_view record_button;
+  std::string_view destination;
+  std::string_view title;
+  // What the help says about where the result goes.
+  std::string_view into_help;
+};
+
+std::span<const TransformCommand> TransformCommands();
 
 struct TransformRequest {
   const TransformCommand* command = nullptr;
@@ -23,26 +41,6 @@ struct TransformRequest {
 // Makes new points of a track in the command's window. Nothing is saved when the window shows a
 // message. Fails when a file cannot be read or written, an option makes no sense, or the window
 // has nothing to write.
-Result<JobTold> Transform(const TransformRequest& request, Files& files);
-
-// What the Edit menu puts on the clipboard.
-enum class CopyKind { kAll, kData, kCurrentTime, kPotentialCurrent, kSpecial };
-
-struct CopyRequest {
-  CopyKind kind = CopyKind::kAll;
-  std::filesystem::path file;
-  std::filesystem::path home;  // as above
-  int track = 0;
-  std::vector<GivenOption> given;  // of SpecialCopyCommand(), for kSpecial
-};
-
-struct CopyAnswer {
-  std::string text;  // empty when the window showed a message
-  JobTold told;
-};
-
-// A track as the main window copies it. Fails when the file cannot be read, the track is empty or
-// of a mode that this table is not for, or an option makes no sense.
-Result<CopyAnswer> CopyFromFile(const CopyRequest& request, Files& files);
+Result<JobReport> Transform(const TransformRequest& request, Files& files);
 
 }  // namespace zento

@@ -21,6 +21,7 @@
 #include "host/path_text.h"
 #include "host/virtual/memory_services.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

@@ -8,7 +8,7 @@
 
 #include "host/virtual/memory_services.h"
 #include "sim/parameters.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

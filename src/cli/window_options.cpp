@@ -11,6 +11,7 @@
 #include "core/tables.h"
 #include "host/controls.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -27,7 +28,7 @@ Status Refuse(const WindowOption& option, const std::string& value, const std::s
 }
 
 bool IsThere(const TrackStore& tracks, int track) {
-  return tracks.Record(track).Mode != kModeNone;
+  return !tracks.Record(track).IsEmpty();
 }
 
 // The value of the only option of a kind; null when it was not given.
@@ -48,7 +49,7 @@ std::vector<int> AllTracks(const TrackStore& tracks) {
 // Those that a window can use one potential window on; a file may hold steps besides.
 std::vector<int> AllWithPotential(const TrackStore& tracks) {
   std::vector<int> all = AllTracks(tracks);
-  std::erase_if(all, [&](int track) { return tracks.Record(track).Mode == kModePS; });
+  std::erase_if(all, [&](int track) { return XIsTime(tracks.Record(track).Mode); });
   return all;
 }
 
@@ -139,7 +140,7 @@ Result<std::vector<int>> WindowFiller::UsedTracks(const Given& given) const {
   const auto list = ParseNumberList(asked->value, kTracks - 1);
   if (!list) return Refuse(*asked->option, asked->value, "all, or tracks such as 0,2-5");
   for (const int track : *list) {
-    if (!IsThere(tracks_, track) || tracks_.Record(track).Mode == kModePS) {
+    if (!IsThere(tracks_, track) || XIsTime(tracks_.Record(track).Mode)) {
       return Status::Failure("track " + PlainNumber(track) + " cannot be used: it is empty or a " +
                              "potential step");
     }

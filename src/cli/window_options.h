@@ -7,7 +7,7 @@
 
 #include "core/track_store.h"
 #include "host/form.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace CLI {
 class App;

@@ -12,6 +12,7 @@
 #include "analysis/track_selection.h"
 #include "cli/option_values.h"
 #include "cli/outcome_json.h"
+#include "core/track_store.h"
 #include "host/virtual/virtual_host.h"
 #include "text/number.h"
 

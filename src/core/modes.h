@@ -126,6 +126,8 @@ constexpr bool IsMultichannel(std::int32_t mode) {
   return TraitsOf(mode).channels > 1;
 }
 
+inline constexpr int kMultiChannels = TraitsOf(kModeMulti).channels;  // tracks 0 to 9
+
 namespace modes_internal {
 template <std::string_view ModeTraits::*text>
 constexpr std::array<std::string_view, kModes> All() {

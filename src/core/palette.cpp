@@ -1,8 +1,6 @@
 #include "core/palette.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
 #include <cstdint>
 
 #include "text/number.h"
@@ -54,26 +52,6 @@ Colour TrackColor(int index) {
 
 Colour TrackPaleColor(int index) {
   return HLSToRGB(48 + 18 * Wrapped(index, kTrackColours), 24, 20);
-}
-
-Colour QBColor(int index) {
-  static constexpr std::array<Colour, 16> kColours = {{{0, 0, 0},
-                                                       {0, 0, 128},
-                                                       {0, 128, 0},
-                                                       {0, 128, 128},
-                                                       {128, 0, 0},
-                                                       {128, 0, 128},
-                                                       {128, 128, 0},
-                                                       {192, 192, 192},
-                                                       {128, 128, 128},
-                                                       {0, 0, 255},
-                                                       {0, 255, 0},
-                                                       {0, 255, 255},
-                                                       {255, 0, 0},
-                                                       {255, 0, 255},
-                                                       {255, 255, 0},
-                                                       {255, 255, 255}}};
-  return kColours[static_cast<std::size_t>(Wrapped(index, 16))];
 }
 
 }  // namespace zento

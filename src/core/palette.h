@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/colour.h"
+#include "host/surface.h"
 
 namespace zento {
 
@@ -12,7 +12,11 @@ inline constexpr int kTrackColours = 10;
 Colour TrackColor(int index);      // saturated
 Colour TrackPaleColor(int index);  // pale
 
-// The classic palette of 16 colours (9 light blue, 12 light red); other indices wrap around.
-Colour QBColor(int index);
+// The classic sixteen.
+inline constexpr Colour kBlack{0, 0, 0}, kBlue{0, 0, 128}, kGreen{0, 128, 0}, kCyan{0, 128, 128};
+inline constexpr Colour kRed{128, 0, 0}, kMagenta{128, 0, 128}, kBrown{128, 128, 0};
+inline constexpr Colour kLightGrey{192, 192, 192}, kGrey{128, 128, 128}, kLightBlue{0, 0, 255};
+inline constexpr Colour kLightGreen{0, 255, 0}, kLightCyan{0, 255, 255}, kLightRed{255, 0, 0};
+inline constexpr Colour kLightMagenta{255, 0, 255}, kYellow{255, 255, 0}, kWhite{255, 255, 255};
 
 }  // namespace zento

@@ -3,7 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/desktop.h"
+#include "host/dialogs.h"
+#include "host/host.h"
+#include "host/services.h"
 #include "text/format.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -85,7 +90,7 @@ RunLog::Entry RunLog::Begin(const std::string& what, std::span<const RunParamete
   }
   Flush();
   // Written again: the next failure is news.
-  if (depth == 0 && waiting_.empty()) told_ = false;
+  if (depth == 0 && waiting_.empty()) failure_shown_ = false;
   return last_entry_;
 }
 
@@ -162,7 +167,7 @@ void RunLog::Write(bool flushed) {
     return;
   }
   Forget();
-  if (std::exchange(told_, true)) return;
+  if (std::exchange(failure_shown_, true)) return;
   host_->dialogs.Message("The run log is not being written.\n" + written.why());
 }
 
@@ -172,7 +177,7 @@ void RunLog::WriteCopy(bool flushed) {
   const std::string_view rest = std::string_view(waiting_).substr(copied_);
   const Status written = flushed ? files.AppendFlushed(copy_, rest) : files.Append(copy_, rest);
   copied_ = waiting_.size();
-  if (written.ok() || std::exchange(copy_told_, true)) return;
+  if (written.ok() || std::exchange(copy_failure_shown_, true)) return;
   host_->dialogs.Message("The copy of the run log is not being written.\n" + written.why());
 }
 

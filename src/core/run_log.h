@@ -10,10 +10,12 @@
 #include <utility>
 #include <vector>
 
-#include "host/host.h"
+#include "host/clock.h"
 #include "host/timer_queue.h"
 
 namespace zento {
+
+struct Host;
 
 // One value that a run was started with, as a person reads it: {"Scan rate", "50 mV/s"}.
 struct RunParameter {
@@ -83,7 +85,7 @@ class RunLog {
   Host* host_ = nullptr;
   std::filesystem::path path_;
   std::filesystem::path copy_;  // empty = none
-  std::optional<TimerQueue::Entry> soon_;
+  std::optional<TimerQueue::PeriodicTimer> soon_;
   std::vector<Open> open_;
   Entry last_entry_ = 0;
   std::string waiting_;       // lines not in the file yet
@@ -91,8 +93,8 @@ class RunLog {
   CalendarTime bus_time_;
   std::optional<std::size_t> in_file_;  // bytes; known once it was looked at
   std::size_t copied_ = 0;              // bytes of `waiting_` that are in the copy
-  bool copy_told_ = false;
-  bool told_ = false;  // that the file cannot be written
+  bool copy_failure_shown_ = false;
+  bool failure_shown_ = false;  // that the file cannot be written
 };
 
 // The log's file in the home. Once it is large, its content moves to "Run log 1.txt", "Run log

@@ -4,9 +4,11 @@
 #include <span>
 #include <utility>
 
-#include "core/home.h"
 #include "core/settings_table.h"
+#include "core/track_store.h"
+#include "core/workstation.h"
 #include "host/path_text.h"
+#include "host/services.h"
 #include "text/codepage.h"
 #include "text/lines.h"
 #include "text/number.h"

@@ -5,15 +5,16 @@
 #include <string>
 #include <string_view>
 
-#include "core/settings.h"
-#include "core/workstation.h"
-#include "host/services.h"
 #include "text/status.h"
 
 // Parameters.txt: one line "key=value" a setting, read when the program starts and written when it
 // ends.
 
 namespace zento {
+
+class Files;
+struct Settings;
+struct Workstation;
 
 // Sets what the file's lines name; everything else keeps its value. The monitor's lists end with
 // 21 elements. Lines without "=", unknown keys and presets other than 0 to 5 are passed over; a
@@ -44,5 +45,16 @@ void ApplyDefaultSettings(Workstation& ws);
 // renamed first, to "Parameters (unread 1).txt" or the next free number; when that fails, nothing
 // is written.
 Status SaveSettings(const Workstation& ws, Files& files);
+
+// Names of files in the program's home folder.
+
+inline std::filesystem::path SettingsPath(const std::filesystem::path& home) {
+  return home / "Parameters.txt";
+}
+
+// The track files that were used last.
+inline std::filesystem::path RecentFilesPath(const std::filesystem::path& home) {
+  return home / "Recent files.txt";
+}
 
 }  // namespace zento

@@ -2,7 +2,9 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "core/settings.h"
 #include "core/settings_file.h"
+#include "text/status.h"
 
 using namespace zento;
 

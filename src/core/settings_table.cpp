@@ -3,9 +3,7 @@
 #include <cstddef>
 #include <type_traits>
 
-#include "core/list_head.h"
-#include "core/one_line.h"
-#include "text/list.h"
+#include "text/lines.h"
 #include "text/number.h"
 
 namespace zento {

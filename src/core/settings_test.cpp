@@ -4,9 +4,10 @@
 #include <set>
 #include <string>
 
-#include "core/home.h"
 #include "core/settings_file.h"
 #include "core/settings_table.h"
+#include "core/track_store.h"
+#include "core/workstation.h"
 #include "host/virtual/memory_services.h"
 
 namespace zento {

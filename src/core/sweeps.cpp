@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "core/track_store.h"
+
 namespace zento {
 namespace {
 
@@ -49,6 +51,13 @@ std::vector<std::int32_t> CycleBoundaries(const TrackStore& tracks, int slot) {
   if (TraitsOf(mode).cycles) return SweepBoundaries(tracks, slot);
   if (!IsMeasured(mode) || IsMultichannel(mode)) return std::vector<std::int32_t>(kMostBoundaries);
   return {0, tracks.PointCount(slot) - 1};
+}
+
+std::vector<std::int32_t> CycleEnds(const TrackStore& tracks, int slot) {
+  const std::int32_t mode = tracks.Record(slot).Mode;
+  const std::int32_t last = tracks.PointCount(slot) - 1;
+  const bool apart = IsMeasured(mode) && !IsMultichannel(mode) && last >= 1;
+  return apart ? CycleBoundaries(tracks, slot) : std::vector<std::int32_t>{0, std::max(last, 0)};
 }
 
 double ArrayMax(std::span<const double> values) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -24,11 +25,23 @@ inline constexpr std::array<std::string_view, kReferences> RefName = {"", "SHE",
                                                                       "SCE", "RHE"};
 inline constexpr std::array<double, kReferences> RefPotential = {0, 0, 0.199, 0.241, 0};
 
-// The entry, or the one for "none" where a file brought a number that stands for nothing.
-template <typename Entry, std::size_t N>
-constexpr const Entry& EntryOf(const std::array<Entry, N>& table, std::int32_t index) {
+// What stands at the index; where a file brought a number that stands for nothing, what stands for
+// none.
+template <typename Value, std::size_t N>
+constexpr const Value& AtOrNone(const std::array<Value, N>& table, std::int32_t index) {
   const auto at = static_cast<std::size_t>(index);
   return at < N ? table[at] : table[0];
+}
+
+// The grid step of an axis from a to b: 1, 2 or 5 times a power of ten, so that the range is cut
+// into 4 to 10 pieces. 1 for an empty range.
+inline double TickStep(double a, double b) {
+  const double half = std::fabs(b - a) / 2;
+  if (!(half > 0) || !std::isfinite(half)) return 1;
+  double step = std::pow(10.0, std::floor(std::log10(half)));
+  if (half / step > 5) step = 2 * step;
+  if (half / step < 2) step = step / 2;
+  return step;
 }
 
 }  // namespace zento

@@ -8,6 +8,13 @@
 
 namespace zento {
 
+inline constexpr int kTracks = 21;       // tracks 0 to 20, which the user sees
+inline constexpr int kScratchSlot = 21;  // 21 and 22: scratch space for tools
+inline constexpr int kSlots = 23;
+inline constexpr int kTrackColumns = 3;
+// Points a track can hold. The analysis windows work on up to this many per column.
+inline constexpr std::int32_t kMaxPoints = 40001;
+
 // The header of one recorded curve.
 struct TrackRecord {
   std::int32_t Mode = kModeNone;
@@ -35,6 +42,7 @@ struct TrackRecord {
   double StepTime = 0;  // s
   double VoltStep = 0;  // V
 
+  bool IsEmpty() const { return Mode == kModeNone; }
   friend bool operator==(const TrackRecord&, const TrackRecord&) = default;
 };
 

@@ -2,16 +2,17 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
+#include <string>
 #include <utility>
 
-#include "core/list_head.h"
-#include "core/rescue.h"
-#include "core/track_file_lines.h"
-#include "core/track_header_stream.h"
-#include "core/track_keys.h"
+#include "core/track_header.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
 #include "core/track_table.h"
+#include "core/workstation.h"
 #include "host/path_text.h"
-#include "text/list.h"
+#include "host/services.h"
 #include "text/number.h"
 
 namespace zento {
@@ -282,6 +283,39 @@ TrackFileLoad ReadTrackHeaders(Files& files, const std::filesystem::path& path,
   if (load.complete()) records = std::move(read);
   load.status = load.status.Within(TextFromPath(path));
   return load;
+}
+
+namespace {
+
+bool AllEmpty(const TrackStore& tracks) {
+  for (int track = 0; track < kTracks; ++track) {
+    if (!tracks.Record(track).IsEmpty()) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+void MarkTracksKept(Workstation& workstation) {
+  workstation.kept_tracks = std::hash<std::string>()(FormatTracks(workstation.tracks));
+}
+
+bool TracksUnsaved(const Workstation& workstation) {
+  return !AllEmpty(workstation.tracks) &&
+         std::hash<std::string>()(FormatTracks(workstation.tracks)) != workstation.kept_tracks;
+}
+
+Result<std::optional<std::filesystem::path>> RescueTracks(Workstation& workstation, Files& files) {
+  using Path = std::optional<std::filesystem::path>;
+  if (!TracksUnsaved(workstation)) return Path();
+  std::filesystem::path path;
+  for (int number = 1; path.empty() || files.Exists(path); ++number) {
+    path = workstation.home / ("Rescued tracks " + std::to_string(number) + ".znt");
+  }
+  const Status saved = files.Replace(path, FormatTracks(workstation.tracks));
+  if (!saved.ok()) return saved;
+  MarkTracksKept(workstation);
+  return Path(path);
 }
 
 }  // namespace zento

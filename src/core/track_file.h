@@ -3,20 +3,24 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "core/track_store.h"
-#include "core/workstation.h"
-#include "host/services.h"
+#include "core/track.h"
 #include "text/status.h"
+#include "text/status_fwd.h"
 
 // Track files (.znt): a signature line, seven lines of Koutecky-Levich lists, and for each track
 // that is not empty its header lines, the line "Table" and one line a point. Lines end in CR LF;
 // texts are UTF-8 when written, UTF-8 or code page 932 when read.
 
 namespace zento {
+
+class Files;
+class TrackStore;
+struct Workstation;
 
 inline constexpr std::string_view kTrackFileSignature = "ZENTO File";
 inline constexpr std::string_view kTrackFileExtension = ".znt";
@@ -70,5 +74,16 @@ TrackFileLoad ImportTrackFromFile(TrackStore& tracks, Files& files,
 // In bounded memory, however large the file is.
 TrackFileLoad ReadTrackHeaders(Files& files, const std::filesystem::path& path,
                                TrackHeaders& records);
+
+// Takes note that the tracks as they are now stand in a file.
+void MarkTracksKept(Workstation& workstation);
+
+// Whether there are tracks that stand in no file as they are now.
+bool TracksUnsaved(const Workstation& workstation);
+
+// For tracks that are about to go before anybody saved them: writes all tracks to a track file in
+// the home, "Rescued tracks 1.znt" or the next free number, and returns its path; nothing when they
+// are empty or stand in a file already.
+Result<std::optional<std::filesystem::path>> RescueTracks(Workstation& workstation, Files& files);
 
 }  // namespace zento

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "core/track_store.h"
+
 using namespace zento;
 
 namespace {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "core/workstation.h"
 
 namespace zento {

@@ -8,11 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "core/track_store.h"
-#include "text/status.h"
+#include "core/track.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 
+class TrackStore;
 struct Workstation;
 
 // What windows did to the tracks 0 to 20, a step each, to be taken back and done again. Headers and

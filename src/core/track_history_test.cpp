@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "core/workstation.h"
 
 namespace zento {

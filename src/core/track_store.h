@@ -10,13 +10,6 @@
 
 namespace zento {
 
-inline constexpr int kTracks = 21;       // tracks 0 to 20, which the user sees
-inline constexpr int kScratchSlot = 21;  // 21 and 22: scratch space for tools
-inline constexpr int kSlots = 23;
-inline constexpr int kTrackColumns = 3;
-// Points a track can hold. The analysis windows work on up to this many per column.
-inline constexpr std::int32_t kMaxPoints = 40001;
-
 // The Koutecky-Levich bookkeeping that travels with track files, one element a track.
 struct KouteckyLevichLists {
   std::vector<std::int16_t> KLUseFlag;  // track takes part

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "core/axis_step.h"
 #include "core/palette.h"
 #include "core/sweeps.h"
 #include "core/tables.h"
@@ -118,8 +117,8 @@ TEST(Palette, FollowsTheHueCircle) {
   EXPECT_EQ(HLSToRGB(64, 16, 32), (Colour{0, 0, 255}));
   EXPECT_EQ(HLSToRGB(128, 16, 32), (Colour{0, 255, 0}));
   EXPECT_EQ(HLSToRGB(77, 12, 0), (Colour{96, 96, 96}));
-  EXPECT_EQ(QBColor(9), (Colour{0, 0, 255}));
-  EXPECT_EQ(QBColor(12), (Colour{255, 0, 0}));
+  EXPECT_EQ(kLightBlue, (Colour{0, 0, 255}));
+  EXPECT_EQ(kLightRed, (Colour{255, 0, 0}));
 }
 
 TEST(Palette, TracksAreSaturatedAndPale) {
@@ -195,8 +194,8 @@ TEST(Helpers, StepsAndLogarithms) {
   const std::vector<double> values = {2, -7, 5};
   EXPECT_EQ(ArrayMax(values), 5);
   EXPECT_EQ(ArrayMin(values), -7);
-  EXPECT_EQ(EntryOf(RefName, 9), "");
-  EXPECT_EQ(EntryOf(ModeName, -1), "None");
+  EXPECT_EQ(AtOrNone(RefName, 9), "");
+  EXPECT_EQ(AtOrNone(ModeName, -1), "None");
 }
 
 }  // namespace

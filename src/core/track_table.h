@@ -4,13 +4,15 @@
 #include <string>
 #include <string_view>
 
-#include "core/track_store.h"
 #include "text/status.h"
 
 // The data tables of track files: one line a point, the columns separated by tabs. The hot path of
 // opening and saving.
 
 namespace zento {
+
+struct TrackRecord;
+class TrackStore;
 
 // Columns that the file's table has, and those of them that a reader keeps: a sweep of the rotation
 // rate has its third one written always, but means it only with TimeRecording. `multi_time`: the

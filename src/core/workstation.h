@@ -5,22 +5,18 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "core/run_log.h"
-#include "core/run_report.h"
-#include "core/settings.h"
-#include "core/track_history.h"
-#include "core/track_store.h"
+#include "core/run_state.h"
 
 namespace zento {
 
-// One point of a running measurement: potential or time, current, a third value.
-using AcquiredPoint = std::array<double, 3>;
-
-// Indices 0 to 20001.
-inline constexpr std::int32_t kAcquisitionCapacity = 20002;
+class RunLog;
+class TrackHistory;
+class TrackStore;
+struct Settings;
 
 // One point of the rotation-rate calibration.
 struct CalibrationPoint {
@@ -29,14 +25,22 @@ struct CalibrationPoint {
   friend bool operator==(const CalibrationPoint&, const CalibrationPoint&) = default;
 };
 
-// Everything the windows share, built once at start and passed by reference.
+// Everything the windows share, built once at start and passed by reference. The larger parts are
+// owned out of sight, so that a file that only passes a workstation on need not know them.
 struct Workstation {
-  TrackStore tracks;
-  TrackHistory history;  // of what windows did to the tracks
-  Settings settings;
+ private:
+  struct Parts;
+  const std::unique_ptr<Parts> parts_;
+
+ public:
+  Workstation();
+  ~Workstation();
+
+  TrackStore& tracks;
+  TrackHistory& history;  // of what windows did to the tracks
+  Settings& settings;
   bool SettingsLoaded = false;  // true only after a complete read of the settings file
 
-  std::vector<AcquiredPoint> acquisition = std::vector<AcquiredPoint>(kAcquisitionCapacity);
   // -1 while a measurement or a macro's wait is active, else 0.
   std::int16_t running_flag = 0;
 
@@ -50,15 +54,13 @@ struct Workstation {
   std::int32_t DataGeneration = 0;  // one more for each track file that was loaded
   std::filesystem::path home;       // the program's folder: settings, calibration, logs
 
-  RunLog run_log;  // not attached to a home in tests that do not ask for it
+  RunLog& run_log;  // not attached to a home in tests that do not ask for it
 
   // Set by a measurement while running_flag is: brings the run to its safe end before it returns
   // (points stored, generator off, rotation 0, flag cleared). Empty while no measurement runs.
   std::function<void()> end_active_run;
-  // Told when a measurement begins, with its name, and when it has ended and stored its points.
-  // May be empty.
-  std::function<void(const std::string& what)> run_begun;
-  std::function<void(const RunReport& report)> run_ended;
+  // Where the run of the moment stands.
+  RunFeed runs;
   // True from a macro's start to its end, also while it waits for a measurement.
   bool macro_active = false;
   // Set while macro_active is: stops the macro before it returns (its wait ended, rotation 0). A

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/settings.h"
+
 namespace zento {
 
 std::int32_t AnalogInput::Open() {

@@ -3,7 +3,11 @@
 #include <cstdint>
 #include <string>
 
+#include "core/settings.h"
+#include "core/workstation.h"
 #include "devices/device_table.h"
+#include "devices/pci_card.h"
+#include "devices/vendor/tables.h"
 
 namespace zento {
 

@@ -6,6 +6,8 @@
 
 #include "devices/rotation.h"
 
+#include "text/status.h"
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace zento;
   const auto points = ParseCalibration({reinterpret_cast<const char*>(data), size});

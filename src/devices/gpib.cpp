@@ -1,5 +1,8 @@
 #include "devices/gpib.h"
 
+#include <array>
+
+#include "text/status.h"
 namespace zento {
 namespace {
 

@@ -5,7 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "core/settings.h"
+#include "core/workstation.h"
 #include "devices/device_table.h"
+#include "devices/vendor/tables.h"
 
 namespace zento {
 

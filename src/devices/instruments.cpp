@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include "core/run_log.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 
 namespace zento {

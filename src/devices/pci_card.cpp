@@ -1,5 +1,7 @@
 #include "devices/pci_card.h"
 
+#include "core/settings.h"
+
 namespace zento {
 namespace {
 

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 
+#include "core/settings.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "host/path_text.h"
+#include "host/services.h"
 #include "text/lines.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

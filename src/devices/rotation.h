@@ -15,7 +15,9 @@
 
 namespace zento {
 
+struct CalibrationPoint;
 struct Host;
+struct Workstation;
 
 // The table that relates the motor's control voltage to its rotation rate, and the text file that
 // keeps it: one point a line, the rate in rpm, a TAB, the voltage in V.

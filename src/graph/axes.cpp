@@ -8,16 +8,16 @@
 #include <utility>
 #include <vector>
 
-#include "core/axis_step.h"
 #include "core/palette.h"
+#include "core/tables.h"
 #include "graph/ticks.h"
 
 namespace zento {
 namespace {
 
 constexpr Colour kPaper{255, 255, 255};
-constexpr int kGridColour = 7;  // light grey
-constexpr int kAxisColour = 8;  // dark grey
+constexpr Colour kGridColour = kLightGrey;  // light grey
+constexpr Colour kAxisColour = kGrey;       // dark grey
 
 TextStyle Style(double points, HorizontalAnchor horizontal = HorizontalAnchor::kLeft,
                 VerticalAnchor vertical = VerticalAnchor::kTop) {
@@ -127,13 +127,11 @@ class AxisPainter {
   void Grid() {
     for (int i = 0; i < x_.ticks.count; ++i) {
       const double at = map_.x(x_.ticks.Value(i));
-      if (at >= 0 && at <= extent_.width)
-        surface_.Line({at, 0}, {at, extent_.height}, QBColor(kGridColour));
+      if (at >= 0 && at <= extent_.width) surface_.Line({at, 0}, {at, extent_.height}, kGridColour);
     }
     for (int i = 0; i < y_.ticks.count; ++i) {
       const double at = map_.y(y_.ticks.Value(i));
-      if (at >= 0 && at <= extent_.height)
-        surface_.Line({0, at}, {extent_.width, at}, QBColor(kGridColour));
+      if (at >= 0 && at <= extent_.height) surface_.Line({0, at}, {extent_.width, at}, kGridColour);
     }
   }
 
@@ -141,8 +139,8 @@ class AxisPainter {
     // An axis at the bottom edge stands on the last row of the surface.
     const double across = std::min(across_, extent_.height - 1);
     const double up = std::min(up_, extent_.width - 1);
-    surface_.Line({0, across}, {extent_.width, across}, QBColor(kAxisColour));
-    surface_.Line({up, 0}, {up, extent_.height}, QBColor(kAxisColour));
+    surface_.Line({0, across}, {extent_.width, across}, kAxisColour);
+    surface_.Line({up, 0}, {up, extent_.height}, kAxisColour);
   }
 
   // A text on its own ground, so that no grid line strikes it through.
@@ -272,10 +270,10 @@ class FramePainter {
       const double value = x_.ticks.Value(i);
       const double at = area_.x + map_.x(value);
       if (at < area_.x || at > area_.x + area_.width) continue;
-      surface_.Line({at, area_.y}, {at, foot}, QBColor(value == 0 ? kAxisColour : kGridColour));
+      surface_.Line({at, area_.y}, {at, foot}, (value == 0 ? kAxisColour : kGridColour));
       const std::string_view text = x_.Label(i);
       if (!labelled || text.empty()) continue;
-      surface_.Line({at, foot}, {at, foot + kTickLength}, QBColor(kAxisColour));
+      surface_.Line({at, foot}, {at, foot + kTickLength}, kAxisColour);
       surface_.Text({at, foot + kTickLength + 1}, text, style);
     }
   }
@@ -287,10 +285,10 @@ class FramePainter {
       const double value = y_.ticks.Value(i);
       const double at = area_.y + map_.y(value);
       if (at < area_.y || at > area_.y + area_.height) continue;
-      surface_.Line({area_.x, at}, {right, at}, QBColor(value == 0 ? kAxisColour : kGridColour));
+      surface_.Line({area_.x, at}, {right, at}, (value == 0 ? kAxisColour : kGridColour));
       const std::string_view text = y_.Label(i);
       if (!labelled || text.empty()) continue;
-      surface_.Line({area_.x - kTickLength, at}, {area_.x, at}, QBColor(kAxisColour));
+      surface_.Line({area_.x - kTickLength, at}, {area_.x, at}, kAxisColour);
       surface_.Text({area_.x - kTickLength - kGap, at}, text, style);
     }
   }
@@ -326,7 +324,7 @@ Rect PaintPlotFrame(Surface& surface, Size extent, const PlotFrame& frame) {
 }
 
 void PaintPlotBorder(Surface& surface, const Rect& area) {
-  surface.Box(area, QBColor(kAxisColour));
+  surface.Box(area, kAxisColour);
 }
 
 }  // namespace zento

@@ -2,7 +2,9 @@
 
 #include <utility>
 
+#include "host/desktop.h"
 #include "host/host.h"
+#include "host/services.h"
 #include "text/number.h"
 
 namespace zento {

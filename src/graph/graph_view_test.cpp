@@ -143,8 +143,8 @@ TEST_F(GraphTest, AxisClearsAndLabels) {
   graph.Axis(2, 0.5, 10, "/V");
   const TestSurface crossing = Painted({400, 200});
   EXPECT_EQ(crossing.Count(kInk), 0);
-  EXPECT_EQ(crossing.At(160, 3), QBColor(7));
-  EXPECT_EQ(crossing.At(300, 50), QBColor(7));
+  EXPECT_EQ(crossing.At(160, 3), kLightGrey);
+  EXPECT_EQ(crossing.At(300, 50), kLightGrey);
   // Below the world y of 0, centred on the tick.
   ASSERT_NE(crossing.Find("4.0"), nullptr);
   EXPECT_EQ(crossing.Find("4.0")->rect.y, 102);

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "core/axis_step.h"
+#include "core/tables.h"
 #include "graph/test_surface.h"
 #include "host/virtual/virtual_host.h"
 

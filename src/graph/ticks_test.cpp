@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "core/axis_step.h"
+#include "core/tables.h"
 
 namespace zento {
 namespace {

@@ -1,23 +1,20 @@
 #include "graph/track_preview.h"
 
-#include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <span>
 #include <vector>
 
-#include "core/axis_step.h"
 #include "core/modes.h"
 #include "core/palette.h"
 #include "core/sweeps.h"
+#include "core/tables.h"
+#include "core/track_store.h"
 
 namespace zento {
 namespace {
 
 using Values = std::span<const double>;
 
-constexpr int kLightBlue = 9;
-constexpr int kLightRed = 12;
 
 // What a preview's x axis shows: channels of one record share their time.
 XQuantity PreviewX(std::int32_t mode) {
@@ -67,18 +64,6 @@ void DrawChannels(PreviewPlot& plot, TrackStore& tracks, int channels, PreviewSt
   }
 }
 
-bool Usable(double from, double to) {
-  return std::isfinite(from) && std::isfinite(to) && from != to;
-}
-
-// The values' extent, where there is any.
-void Cover(Values values, double& least, double& most) {
-  if (values.empty()) return;
-  const auto [low, high] = std::minmax_element(values.begin(), values.end());
-  least = *low;
-  most = *high;
-}
-
 }  // namespace
 
 const char* PreviewXFormat(std::int32_t mode) {
@@ -87,20 +72,7 @@ const char* PreviewXFormat(std::int32_t mode) {
   return x == XQuantity::kTime ? "###0.0" : "0.0";
 }
 
-PreviewRange RangeOf(TrackStore& tracks, int track) {
-  const TrackRecord& record = tracks.Record(track);
-  PreviewRange range{record.Vxmin, record.Vymin, record.Vxmax, record.Vymax};
-  if (!Usable(range.x_min, range.x_max)) {
-    const bool multi = IsMultichannel(record.Mode);
-    Cover(tracks.Points(multi ? 2 : 0, multi ? 0 : track), range.x_min, range.x_max);
-  }
-  if (!Usable(range.y_min, range.y_max)) {
-    Cover(tracks.Points(1, track), range.y_min, range.y_max);
-  }
-  return range;
-}
-
-void DrawTrack(PreviewPlot& plot, TrackStore& tracks, int track, const PreviewRange& range,
+void DrawTrack(PreviewPlot& plot, TrackStore& tracks, int track, const DisplayRange& range,
                PreviewStyle style) {
   plot.Clear();
   const std::int32_t mode = tracks.Record(track).Mode;
@@ -116,8 +88,8 @@ void DrawTrack(PreviewPlot& plot, TrackStore& tracks, int track, const PreviewRa
     DrawChannels(plot, tracks, TraitsOf(mode).channels, style);
   } else {
     const Values x = tracks.Points(0, track);
-    Draw(plot, x, tracks.Points(1, track), QBColor(kLightBlue), style);
-    if (HasRing(mode)) Draw(plot, x, tracks.Points(2, track), QBColor(kLightRed), style);
+    Draw(plot, x, tracks.Points(1, track), kLightBlue, style);
+    if (HasRing(mode)) Draw(plot, x, tracks.Points(2, track), kLightRed, style);
   }
 }
 

@@ -99,7 +99,7 @@ TEST_F(Preview, ChannelsShareTheTimeOfTrackZero) {
   }
   tracks.Record(7).Vymin = -0.015;
   tracks.Record(7).Vymax = 0.015;
-  EXPECT_EQ(RangeOf(tracks, 7), (PreviewRange{0, -0.015, 3, 0.015}));
+  EXPECT_EQ(RangeOf(tracks, 7), (DisplayRange{0, -0.015, 3, 0.015}));
   for (const PreviewStyle style : kStyles) {
     const TestSurface picture = Drawn(7, style);
     for (int channel = 0; channel < 10; ++channel) {
@@ -125,10 +125,10 @@ TEST_F(Preview, WithoutPointsOrOfUnknownModeThereIsNoCurve) {
 
 TEST_F(Preview, FallsBackOnTheDataWhereTheRangeIsEmpty) {
   Fill(0, kModePS, 11);
-  EXPECT_EQ(RangeOf(tracks, 0), (PreviewRange{0, 0, 1, 0.01}));
+  EXPECT_EQ(RangeOf(tracks, 0), (DisplayRange{0, 0, 1, 0.01}));
   tracks.Record(0).Vxmin = -2;
   tracks.Record(0).Vymax = 5;
-  EXPECT_EQ(RangeOf(tracks, 0), (PreviewRange{-2, 0, 0, 5}));
+  EXPECT_EQ(RangeOf(tracks, 0), (DisplayRange{-2, 0, 0, 5}));
 }
 
 }  // namespace

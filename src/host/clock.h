@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "text/calendar.h"
+#include "text/format.h"
 
 namespace zento {
 

@@ -2,12 +2,29 @@
 
 #include <string>
 
-#include "host/key.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 
 class Form;
+
+enum class KeyCode {
+  kCharacter,
+  kEnter,
+  kEscape,
+  kDelete,
+  kBackspace,
+  kUp,
+  kDown,
+  kLeft,
+  kRight,
+  kTab
+};
+
+struct Key {
+  KeyCode code = KeyCode::kCharacter;
+  char32_t character = 0;  // kCharacter only
+};
 
 enum class ControlKind {
   kLabel,
@@ -18,7 +35,7 @@ enum class ControlKind {
   kComboBox,
   kUpDown,
   kGrid,
-  kMenuEntry,
+  kMenuItem,
   kTimer,
   kCanvas,
   kListBox,

@@ -3,10 +3,66 @@
 #include <algorithm>
 #include <charconv>
 #include <optional>
+#include <utility>
 
+#include "host/control.h"
+#include "host/form.h"
+#include "host/host.h"
 #include "text/lines.h"
+#include "text/status.h"
 
 namespace zento {
+Control::Control(Form& form, std::string name, int index)
+    : form_(form), name_(std::move(name)), index_(index) {
+  form_.Register(*this);
+}
+
+Control::~Control() = default;
+
+std::string Control::Address() const {
+  return index_ < 0 ? name_ : name_ + "(" + std::to_string(index_) + ")";
+}
+
+void Control::SetEnabled(bool enabled) {
+  if (enabled == enabled_) return;
+  enabled_ = enabled;
+  Changed();
+}
+
+void Control::SetVisible(bool visible) {
+  if (visible == visible_) return;
+  visible_ = visible;
+  Changed();
+}
+
+void Control::SetTip(std::string tip) {
+  tip_ = std::move(tip);
+  Changed();
+}
+
+Status Control::UserSet(const std::string&) {
+  return Status::Failure(Address() + " cannot be set");
+}
+Status Control::UserType(const std::string&) {
+  return Status::Failure(Address() + " takes no text");
+}
+Status Control::UserKey(Key) {
+  return Status::Failure(Address() + " takes no keys");
+}
+Status Control::UserClick() {
+  return Status::Failure(Address() + " cannot be clicked");
+}
+Status Control::UserClickCell(int, int) {
+  return Status::Failure(Address() + " has no cells");
+}
+Status Control::UserStep(int) {
+  return Status::Failure(Address() + " has no steps");
+}
+
+void Control::Changed() {
+  form_.ControlChanged(*this);
+}
+
 namespace {
 
 std::optional<int> Index(const std::string& text) {
@@ -17,14 +73,8 @@ std::optional<int> Index(const std::string& text) {
   return value;
 }
 
-std::string OnOneLine(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-  return text;
-}
-
 std::string OnlyLineFeeds(std::string text) {
-  if (text.find('\r') == text.npos) return text;
+  if (std::find(text.begin(), text.end(), '\r') == text.end()) return text;
   std::string joined;
   std::string_view line;
   LineReader reader(text);
@@ -47,7 +97,7 @@ void Label::SetText(std::string text) {
 }
 
 void TextBox::Replace(std::string text) {
-  text_ = multiline ? OnlyLineFeeds(std::move(text)) : OnOneLine(std::move(text));
+  text_ = multiline ? OnlyLineFeeds(std::move(text)) : OneLine(std::move(text));
   selection_ = Inside(selection_);
 }
 
@@ -296,13 +346,13 @@ Status Grid::UserClickCell(int row, int column) {
   return Status::Ok();
 }
 
-void MenuEntry::SetCaption(std::string caption) {
+void MenuItem::SetCaption(std::string caption) {
   if (caption == caption_) return;
   caption_ = std::move(caption);
   Changed();
 }
 
-Status MenuEntry::UserClick() {
+Status MenuItem::UserClick() {
   if (on_click) on_click();
   return Status::Ok();
 }
@@ -331,5 +381,8 @@ void ProgressBar::SetPosition(int position) {
   position_ = std::clamp(position, 0, maximum_);
   Changed();
 }
+
+Timer::Timer(Form& form, std::string name)
+    : Control(form, std::move(name)), entry_(form.host().timers, [this] { Tick(); }) {}
 
 }  // namespace zento

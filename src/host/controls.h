@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "host/control.h"
+#include "host/timer_queue.h"
 
 namespace zento {
 
@@ -243,15 +245,15 @@ class Grid : public Control {
 
 // An entry of the menu bar, under the menu named `menu`; entries appear in the order in which they
 // were made.
-class MenuEntry : public Control {
+class MenuItem : public Control {
  public:
-  MenuEntry(Form& form, std::string name, std::string menu, std::string caption,
-            std::string shortcut = {})
+  MenuItem(Form& form, std::string name, std::string menu, std::string caption,
+           std::string shortcut = {})
       : Control(form, std::move(name)),
         menu_(std::move(menu)),
         caption_(std::move(caption)),
         shortcut_(std::move(shortcut)) {}
-  ControlKind Kind() const override { return ControlKind::kMenuEntry; }
+  ControlKind Kind() const override { return ControlKind::kMenuItem; }
   const std::string& menu() const { return menu_; }
   const std::string& caption() const { return caption_; }
   void SetCaption(std::string caption);
@@ -328,6 +330,27 @@ class ControlArray {
   }
 
   std::array<C, N> elements_;
+};
+
+// A form's periodic timer. See TimerQueue for its cadence.
+class Timer : public Control {
+ public:
+  Timer(Form& form, std::string name);
+  ControlKind Kind() const override { return ControlKind::kTimer; }
+  // Milliseconds, at least 1.
+  void SetInterval(std::int64_t millis) { entry_.SetInterval(millis); }
+  std::int64_t Interval() const { return entry_.Interval(); }
+  void SetEnabled(bool enabled) { entry_.SetEnabled(enabled); }
+  bool Enabled() const { return entry_.Enabled(); }
+  std::string Value() const override { return std::to_string(entry_.Interval()); }
+
+  std::function<void()> on_tick;
+
+ private:
+  void Tick() {
+    if (on_tick) on_tick();
+  }
+  TimerQueue::PeriodicTimer entry_;
 };
 
 }  // namespace zento

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/timer.h"
+#include "host/controls.h"
 #include "host/timer_queue.h"
 
 namespace zento {
@@ -21,7 +21,7 @@ Desktop::~Desktop() {
   *alive_ = false;
   // Last loaded, first destroyed.
   while (!loaded_.empty()) {
-    const Entry entry = std::move(loaded_.back());
+    const LoadedForm loaded = std::move(loaded_.back());
     loaded_.pop_back();
   }
 }
@@ -35,8 +35,8 @@ bool Desktop::Knows(std::string_view name) const {
 }
 
 Form* Desktop::Find(std::string_view name) const {
-  for (const Entry& entry : loaded_) {
-    if (entry.form->name() == name) return entry.form.get();
+  for (const LoadedForm& loaded : loaded_) {
+    if (loaded.form->name() == name) return loaded.form.get();
   }
   return nullptr;
 }
@@ -68,21 +68,22 @@ Form* Desktop::Show(std::string_view name) {
   return Locate(*form) != loaded_.end() ? form : nullptr;
 }
 
-std::vector<Desktop::Entry>::iterator Desktop::Locate(const Form& form) {
+std::vector<Desktop::LoadedForm>::iterator Desktop::Locate(const Form& form) {
   return std::find_if(loaded_.begin(), loaded_.end(),
-                      [&](const Entry& entry) { return entry.form.get() == &form; });
+                      [&](const LoadedForm& loaded) { return loaded.form.get() == &form; });
 }
 
 bool Desktop::Shown(std::string_view name) const {
-  return std::any_of(loaded_.begin(), loaded_.end(),
-                     [&](const Entry& entry) { return entry.shown && entry.form->name() == name; });
+  return std::any_of(loaded_.begin(), loaded_.end(), [&](const LoadedForm& loaded) {
+    return loaded.shown && loaded.form->name() == name;
+  });
 }
 
 void Desktop::Hide(std::string_view name) {
-  for (Entry& entry : loaded_) {
-    if (entry.form->name() != name || !entry.shown) continue;
-    entry.shown = false;
-    if (view_ != nullptr) view_->FormHidden(*entry.form);
+  for (LoadedForm& loaded : loaded_) {
+    if (loaded.form->name() != name || !loaded.shown) continue;
+    loaded.shown = false;
+    if (view_ != nullptr) view_->FormHidden(*loaded.form);
     return;
   }
 }
@@ -100,9 +101,9 @@ void Desktop::Unload(std::string_view name) {
   Retire(std::move(form));
 }
 
-std::unique_ptr<Form> Desktop::Remove(std::vector<Entry>::iterator entry) {
-  std::unique_ptr<Form> form = std::move(entry->form);
-  loaded_.erase(entry);
+std::unique_ptr<Form> Desktop::Remove(std::vector<LoadedForm>::iterator loaded) {
+  std::unique_ptr<Form> form = std::move(loaded->form);
+  loaded_.erase(loaded);
   return form;
 }
 
@@ -127,7 +128,7 @@ void Desktop::Clear() {
 std::vector<Form*> Desktop::Loaded() const {
   std::vector<Form*> forms;
   forms.reserve(loaded_.size());
-  for (const Entry& entry : loaded_) forms.push_back(entry.form.get());
+  for (const LoadedForm& loaded : loaded_) forms.push_back(loaded.form.get());
   return forms;
 }
 

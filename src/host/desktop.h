@@ -82,18 +82,18 @@ class Desktop {
   std::function<void()> on_quit;
 
  private:
-  struct Entry {
+  struct LoadedForm {
     std::unique_ptr<Form> form;
     bool shown = false;
   };
-  std::vector<Entry>::iterator Locate(const Form& form);
+  std::vector<LoadedForm>::iterator Locate(const Form& form);
   // Takes a form off the list; Retire takes it off the screen and destroys it later.
-  std::unique_ptr<Form> Remove(std::vector<Entry>::iterator entry);
+  std::unique_ptr<Form> Remove(std::vector<LoadedForm>::iterator loaded);
   void Retire(std::unique_ptr<Form> form);
 
   TimerQueue& timers_;
   std::map<std::string, Factory, std::less<>> factories_;
-  std::vector<Entry> loaded_;
+  std::vector<LoadedForm> loaded_;
   std::vector<std::unique_ptr<Form>> leaving_;
   std::string banner_;
   DesktopView* view_ = nullptr;

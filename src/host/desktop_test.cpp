@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "host/controls.h"
-#include "host/timer.h"
 #include "host/virtual/virtual_host.h"
 
 namespace zento {

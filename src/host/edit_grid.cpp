@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+#include "text/status.h"
+
 namespace zento {
 namespace {
 

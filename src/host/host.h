@@ -1,13 +1,15 @@
 #pragma once
 
-#include "host/clock.h"
-#include "host/desktop.h"
-#include "host/dialogs.h"
-#include "host/mail.h"
-#include "host/services.h"
-#include "host/timer_queue.h"
-
 namespace zento {
+
+class Clipboard;
+class Clock;
+class Desktop;
+class Dialogs;
+class Files;
+class Mail;
+class Sound;
+class TimerQueue;
 
 // Everything the program needs from the machine it runs on, built once and passed by reference.
 struct Host {

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "host/mail_settings.h"
 #include "host/mail_text.h"
+#include "text/status.h"
 
 namespace {
 

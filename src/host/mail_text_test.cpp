@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "host/mail_settings.h"
 #include "text/lines.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

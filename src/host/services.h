@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "host/surface.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

@@ -1,11 +1,19 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 
-#include "host/colour.h"
-
 namespace zento {
+
+// An opaque colour, components 0 to 255.
+struct Colour {
+  std::uint8_t red = 0;
+  std::uint8_t green = 0;
+  std::uint8_t blue = 0;
+
+  friend bool operator==(const Colour&, const Colour&) = default;
+};
 
 // Surface coordinates: device-independent pixels, origin top left, y growing downwards.
 struct Point {

@@ -6,24 +6,24 @@
 
 namespace zento {
 
-TimerQueue::Entry::Entry(TimerQueue& queue, std::function<void()> tick)
+TimerQueue::PeriodicTimer::PeriodicTimer(TimerQueue& queue, std::function<void()> tick)
     : queue_(queue), tick_(std::move(tick)) {
-  queue_.entries_.push_back(this);
+  queue_.timers_.push_back(this);
 }
 
-TimerQueue::Entry::~Entry() {
-  std::erase(queue_.entries_, this);
+TimerQueue::PeriodicTimer::~PeriodicTimer() {
+  std::erase(queue_.timers_, this);
   if (destroyed_ != nullptr) *destroyed_ = true;
 }
 
-void TimerQueue::Entry::SetInterval(std::int64_t millis) {
+void TimerQueue::PeriodicTimer::SetInterval(std::int64_t millis) {
   interval_ms_ = std::max<std::int64_t>(millis, 1);
   if (!enabled_) return;
   due_ = (firing_ ? firing_due_ : queue_.clock_.Micros()) + interval_ms_ * 1000;
   queue_.Rearm();
 }
 
-void TimerQueue::Entry::SetEnabled(bool enabled) {
+void TimerQueue::PeriodicTimer::SetEnabled(bool enabled) {
   if (enabled == enabled_) return;
   enabled_ = enabled;
   if (!enabled) return;
@@ -34,8 +34,8 @@ void TimerQueue::Entry::SetEnabled(bool enabled) {
 std::optional<std::int64_t> TimerQueue::NextDue() const {
   if (!posted_.empty()) return clock_.Micros();
   std::optional<std::int64_t> next;
-  for (const Entry* entry : entries_) {
-    if (entry->enabled_ && (!next || entry->due_ < *next)) next = entry->due_;
+  for (const PeriodicTimer* timer : timers_) {
+    if (timer->enabled_ && (!next || timer->due_ < *next)) next = timer->due_;
   }
   return next;
 }
@@ -53,7 +53,7 @@ int TimerQueue::RunDue() {
   }
   // The moment is taken once: what becomes due while handlers run waits for the next call.
   const std::int64_t now = clock_.Micros();
-  while (Entry* due = EarliestDue(now)) {
+  while (PeriodicTimer* due = EarliestDue(now)) {
     Fire(*due);
     ++ran;
   }
@@ -61,48 +61,48 @@ int TimerQueue::RunDue() {
 }
 
 // Handlers may add and remove timers, so the list is read afresh for every tick.
-TimerQueue::Entry* TimerQueue::EarliestDue(std::int64_t now) const {
-  Entry* due = nullptr;
-  for (Entry* entry : entries_) {
-    if (!entry->enabled_ || entry->due_ > now || entry->round_ == round_) continue;
-    if (due == nullptr || entry->due_ < due->due_) due = entry;
+TimerQueue::PeriodicTimer* TimerQueue::EarliestDue(std::int64_t now) const {
+  PeriodicTimer* due = nullptr;
+  for (PeriodicTimer* timer : timers_) {
+    if (!timer->enabled_ || timer->due_ > now || timer->round_ == round_) continue;
+    if (due == nullptr || timer->due_ < due->due_) due = timer;
   }
   return due;
 }
 
-// Marks an entry as firing for as long as it lives, however its handler is left.
+// Marks a timer as firing for as long as it lives, however its handler is left.
 class TimerQueue::Firing {
  public:
-  Firing(Entry& entry, bool& destroyed) : entry_(entry), destroyed_(destroyed) {
-    entry_.firing_ = true;
-    entry_.destroyed_ = &destroyed_;
+  Firing(PeriodicTimer& timer, bool& destroyed) : timer_(timer), destroyed_(destroyed) {
+    timer_.firing_ = true;
+    timer_.destroyed_ = &destroyed_;
   }
   ~Firing() {
     if (destroyed_) return;
-    entry_.firing_ = false;
-    entry_.destroyed_ = nullptr;
+    timer_.firing_ = false;
+    timer_.destroyed_ = nullptr;
   }
   Firing(const Firing&) = delete;
   Firing& operator=(const Firing&) = delete;
 
  private:
-  Entry& entry_;
+  PeriodicTimer& timer_;
   bool& destroyed_;
 };
 
-void TimerQueue::Fire(Entry& entry) {
+void TimerQueue::Fire(PeriodicTimer& timer) {
   bool destroyed = false;
-  const Firing firing(entry, destroyed);
-  entry.round_ = round_;
-  entry.firing_due_ = entry.due_;
-  entry.due_ += entry.interval_ms_ * 1000;
-  // A copy: the handler may destroy the entry.
-  const std::function<void()> tick = entry.tick_;
+  const Firing firing(timer, destroyed);
+  timer.round_ = round_;
+  timer.firing_due_ = timer.due_;
+  timer.due_ += timer.interval_ms_ * 1000;
+  // A copy: the handler may destroy the timer.
+  const std::function<void()> tick = timer.tick_;
   if (tick) tick();
   if (destroyed) return;
-  const std::int64_t interval = entry.interval_ms_ * 1000;
-  const std::int64_t late = clock_.Micros() - entry.due_;
-  if (late >= interval) entry.due_ += late / interval * interval;
+  const std::int64_t interval = timer.interval_ms_ * 1000;
+  const std::int64_t late = clock_.Micros() - timer.due_;
+  if (late >= interval) timer.due_ += late / interval * interval;
 }
 
 void TimerQueue::Post(std::function<void()> action) {

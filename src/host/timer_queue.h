@@ -20,12 +20,12 @@ namespace zento {
 class TimerQueue {
  public:
   // One timer. Disabling and destroying are allowed at any moment, in its own handler too.
-  class Entry {
+  class PeriodicTimer {
    public:
-    Entry(TimerQueue& queue, std::function<void()> tick);
-    ~Entry();
-    Entry(const Entry&) = delete;
-    Entry& operator=(const Entry&) = delete;
+    PeriodicTimer(TimerQueue& queue, std::function<void()> tick);
+    ~PeriodicTimer();
+    PeriodicTimer(const PeriodicTimer&) = delete;
+    PeriodicTimer& operator=(const PeriodicTimer&) = delete;
 
     // Milliseconds, at least 1. Takes effect from the current period's start when set inside the
     // timer's own handler, from now otherwise.
@@ -67,12 +67,12 @@ class TimerQueue {
 
  private:
   class Firing;
-  Entry* EarliestDue(std::int64_t now) const;
-  void Fire(Entry& entry);
+  PeriodicTimer* EarliestDue(std::int64_t now) const;
+  void Fire(PeriodicTimer& timer);
   void Rearm();
 
   Clock& clock_;
-  std::vector<Entry*> entries_;
+  std::vector<PeriodicTimer*> timers_;
   std::vector<std::function<void()>> posted_;
   std::uint64_t round_ = 0;
   bool running_ = false;

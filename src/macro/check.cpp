@@ -8,15 +8,17 @@
 #include <utility>
 
 #include "core/run_log.h"
+#include "core/track_store.h"
 #include "devices/function_generator.h"
 #include "devices/outlets.h"
 #include "devices/rotation.h"
-#include "host/mail_settings.h"
 #include "host/mail_text.h"
 #include "host/path_text.h"
+#include "host/services.h"
+#include "measure/measure_form.h"
 #include "measure/plan.h"
-#include "measure/run.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "host/services.h"
 #include "measure/cv_form.h"
 #include "measure/rde_form.h"
 #include "measure/rpm_form.h"

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "text/status.h"
+
 namespace zento {
 namespace {
 
@@ -13,19 +15,11 @@ class Job : private MacroObserver {
         follower_(follower),
         interpreter_(workstation_, program.host, program.instruments) {
     interpreter_.observer = this;
-    workstation_.run_begun = [this](const std::string& what) {
-      measuring_since_ = program_.host.clock.Micros();
-      follower_.MeasurementBegun(interpreter_.Line(), what);
-    };
-    workstation_.run_ended = [this](const RunReport& report) {
-      follower_.MeasurementEnded(interpreter_.Line(), report);
-    };
+    runs_ = workstation_.runs.Subscribe([this](const RunState& state) { Follow(state); });
   }
   ~Job() override {
     // Stopping, it would report to what is going away.
     interpreter_.observer = nullptr;
-    workstation_.run_begun = nullptr;
-    workstation_.run_ended = nullptr;
   }
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
@@ -56,6 +50,16 @@ class Job : private MacroObserver {
            program_.host.mail.UnderWay() == 0;
   }
 
+  void Follow(const RunState& state) {
+    if (state.report) {
+      follower_.MeasurementEnded(interpreter_.Line(), *state.report);
+    } else if (!measuring_) {
+      measuring_since_ = program_.host.clock.Micros();
+      follower_.MeasurementBegun(interpreter_.Line(), state.technique);
+    }
+    measuring_ = !state.report;
+  }
+
   void PassMessages() {
     for (const std::string& message : program_.take_messages()) {
       ++verdict_.messages;
@@ -84,6 +88,8 @@ class Job : private MacroObserver {
   MacroInterpreter interpreter_;
   MacroVerdict verdict_;
   std::int64_t measuring_since_ = 0;  // us, on the program's clock
+  bool measuring_ = false;
+  RunFeed::Subscription runs_;
 };
 
 std::string Counted(int count, const char* what) {

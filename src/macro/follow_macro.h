@@ -6,7 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/run_report.h"
+#include "core/run_log.h"
+#include "core/run_state.h"
 #include "core/workstation.h"
 #include "devices/instruments.h"
 #include "host/event_loop.h"

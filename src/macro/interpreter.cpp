@@ -2,8 +2,11 @@
 
 #include <utility>
 
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "text/lines.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -126,8 +126,8 @@ class MacroInterpreter {
   Instruments& instruments_;
   MacroObserver nobody_;
 
-  TimerQueue::Entry turn_timer_;
-  TimerQueue::Entry wait_timer_;
+  TimerQueue::PeriodicTimer turn_timer_;
+  TimerQueue::PeriodicTimer wait_timer_;
   bool active_ = false;
   bool in_turn_ = false;
   bool stop_requested_ = false;

@@ -12,6 +12,7 @@
 #include "macro/follow_macro.h"
 #include "measure/test_rig.h"
 #include "ui/main/device_forms.h"
+#include "ui/main/device_forms.h"
 
 namespace zento {
 namespace {
@@ -20,12 +21,12 @@ using End = MacroOutcome::End;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// A workstation on made-up vendor tables, with the window of the outlets, which a macro opens.
+// With the windows of the outlets and of the motor's calibration, which macros open.
 struct OutletRig : TestRig {
   OutletRig() { RegisterDeviceForms(machine.desktop, ws, machine.host, instruments); }
 };
 
-// An interpreter on it, and what its observer heard.
+// A workstation on made-up vendor tables with an interpreter, and what its observer heard.
 struct MacroRig : OutletRig, MacroObserver {
   MacroRig() { interpreter.observer = this; }
 
@@ -358,7 +359,6 @@ TEST(FollowMacro, GoesToTheEndOfRunsAndMailsAndTellsOfEach) {
   EXPECT_EQ(VerdictText(verdict), "Finished; unknown commands: 1; 1 message; 1 mail not sent");
   EXPECT_FALSE(verdict.Clean());
   EXPECT_FALSE(verdict.endless);
-  EXPECT_EQ(rig.ws.run_begun, nullptr) << "the follower is gone";
 }
 
 TEST(FollowMacro, StopsAtAMeasurementThatDoesNotEnd) {

@@ -1,8 +1,11 @@
 #include "macro/macro_file.h"
 
+#include "core/workstation.h"
 #include "host/path_text.h"
+#include "host/services.h"
 #include "text/codepage.h"
 #include "text/lines.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

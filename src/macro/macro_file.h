@@ -4,11 +4,12 @@
 #include <string>
 #include <string_view>
 
-#include "core/workstation.h"
-#include "host/services.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
+
+class Files;
+struct Workstation;
 
 inline constexpr std::string_view kMacroExtension = ".zmc";
 

@@ -1,10 +1,14 @@
 #include "macro/macro_form.h"
 
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "host/path_text.h"
+#include "host/services.h"
 #include "macro/macro_file.h"
 #include "macro/macro_line.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -36,7 +40,7 @@ frmMacro::frmMacro(Workstation& workstation, Host& host, Instruments& instrument
   OpenMacro.on_click = [this] { AskToOpen(); };
   SaveMacro.on_click = [this] { AskToSave(); };
   for (const MacroTemplate& block : MacroTemplates()) {
-    auto& entry = templates.emplace_back(std::make_unique<MenuEntry>(
+    auto& entry = templates.emplace_back(std::make_unique<MenuItem>(
         *this, std::string(block.control), "Template", std::string(block.caption)));
     entry->on_click = [this, &block] { InsertTemplate(block.block); };
   }

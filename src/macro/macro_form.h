@@ -39,9 +39,9 @@ class frmMacro : public Form, private MacroObserver {
  public:
   frmMacro(Workstation& workstation, Host& host, Instruments& instruments);
 
-  MenuEntry OpenMacro{*this, "OpenMacro", "File", "Open", "Ctrl+O"};
-  MenuEntry SaveMacro{*this, "SaveMacro", "File", "Save", "Ctrl+S"};
-  std::vector<std::unique_ptr<MenuEntry>> templates;
+  MenuItem OpenMacro{*this, "OpenMacro", "File", "Open", "Ctrl+O"};
+  MenuItem SaveMacro{*this, "SaveMacro", "File", "Save", "Ctrl+S"};
+  std::vector<std::unique_ptr<MenuItem>> templates;
   TextBox txtMacro{*this, "txtMacro"};
   Label lblLine{*this, "lblLine"};
   Button cmdRun{*this, "cmdRun", "Run"};

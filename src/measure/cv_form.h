@@ -1,28 +1,17 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "graph/graph_view.h"
-#include "measure/entries.h"
 #include "measure/live_plot.h"
 #include "measure/sweep_form.h"
-#include "measure/voltage_monitor.h"
 
 namespace zento {
 
-// Milliseconds that a cyclic sweep through `v` (V) takes at `scan_rate` (mV/s): from the first
-// potential to the second and the third, `cycles` - 1 times back to the second and the third, and
-// to the first again. Limits as for SweepMillis.
-std::int32_t PlannedSweepMillis(const std::array<double, 3>& v, std::int32_t cycles,
-                                double scan_rate);
-
-// Cyclic voltammetry: potential (channel 0) against current (channel 1) while the generator, or
-// without one the potentiostat itself, sweeps the potential between three vertices.
-//
-// While idle the window is a voltage monitor. The resting potential is known to 2.5 mV.
+// Cyclic voltammetry, with six numbered settings. While idle the window is a voltage monitor.
 class frmMeasureCV : public SweepForm {
  public:
   frmMeasureCV(Workstation& workstation, Host& host, Instruments& instruments);
@@ -36,63 +25,46 @@ class frmMeasureCV : public SweepForm {
   GraphView picVMon{*this, "picVMon", {360, 240}};
   Label lblVoltage{*this, "lblVoltage"};
   Button cmdClearVMon{*this, "cmdClearVMon", "Clear V mon."};
-  Timer CVTimer{*this, "CVTimer"};
 
-  bool Load() override;
   LayoutNode Layout() override;
 
-  // What macros call. Each puts its value into the control, limited as a person's entry is.
-  void SelTrack(std::int32_t track) { SelectTrack(track); }
-  void Title(const std::string& title) { txtTitle.SetText(title); }
-  void rpm(const std::string& rpm) { ShowRpm(rpm); }  // 0 to 10000
-  void SettingNum(const std::string& number);         // 0 to 5; its values are loaded
-  void DiskScale(double amperes_per_volt);            // 0 or less becomes 1e-5
-  void SetVoltage(double first, double second, double third) { ShowVoltages(first, second, third); }
-  void RetainTime(std::int32_t seconds);  // 0 or more
-  // Below 0 becomes 0.001.
-  void scanrate(double millivolts_per_second) { ShowScanRate(millivolts_per_second); }
-  void Repeat(std::int32_t cycles);         // 1 or more
-  void SamplingRate(double hertz);          // above 0, at most 1000
-  void Accumlation(std::int32_t readings);  // 1 or more
-  void StartMeasurement() { StartSweep(); }
-  // Left and top edge, width and height of the window, in device-independent pixels.
-  void SetSize(std::int16_t left, std::int16_t top, std::int16_t width, std::int16_t height);
-  void QuitCVMeasurement();
+  // What macros call besides.
+  void SettingNum(const std::string& number);  // 0 to 5; its values are loaded
+  void RetainTime(std::int32_t seconds);       // 0 or more
+  void Repeat(std::int32_t cycles);            // 1 or more
+  void SamplingRate(double hertz);             // above 0, at most 1000
+  void QuitCVMeasurement() { Quit(); }
 
  protected:
-  std::vector<RunParameter> Parameters() const override;
-  void MonitorTick() override;
-  void FinishRun() override;
-
-  // Those of the setting that is chosen.
-  SettingBoxes Boxes();
+  std::vector<BoundBox> Boxes() override;  // those of the setting that is chosen
+  TextBox& CurrentScale() override { return txtYScale; }
   void ShowSettings() override;
   void StoreSettings() override;
-  void LimitEntries() override;
-  std::int32_t CompletePlan(SweepPlan& plan) override;
-  void ShowEmptyGraphs() override;
-  bool ReadPoint(std::int64_t& elapsed) override;
-  void Record(std::int64_t elapsed) override;
-  void ShowRemaining(std::int32_t seconds) override;
+  void LimitBoxes() override;
+  std::unique_ptr<Technique> MakeTechnique() const override;
+
+  std::span<const std::uint8_t> MonitorChannels() const override;
+  double MonitorAccumulation() const override { return CurrentPreset().CVAccum; }
+  void ShowReadings(std::span<const double> volts) override;
+  Label& ReadingLabel() override { return lblVoltage; }
+  void ClearMonitor() override { monitor_.Clear(); }
+
+  void ShowStart(const Technique& technique) override;
+  void ShowState(const RunState& state) override;
+  void DrawPoint(std::int32_t index) override;
+  void DrawAll() override { DrawCurve(points().size()); }
 
  private:
-  // How far the sweep has come.
-  struct Progress {
-    std::int32_t shown_remaining = 0;  // s
-    double path = 0;                   // V travelled
-    double scan_rate = 0;              // mV/s, as measured
-  };
-
-  void LimitSamplingRate();
+  std::size_t PresetIndex() const;
   CVPreset& CurrentPreset();
+  const CVPreset& CurrentPreset() const { return settings().CV[PresetIndex()]; }
   void SelectPreset(std::int32_t number);
   void StepPreset(int direction);
-  void DrawCurve();
+  void DrawCurve(std::int32_t count);
 
   VoltageMonitor monitor_;
   LivePlot plot_;
-  Progress progress_;
-  std::string setting_;  // number and name of the run's
+  std::int32_t shown_remaining_ = 0;  // s
 };
 
 }  // namespace zento

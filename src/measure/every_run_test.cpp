@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include "core/track_file.h"
 #include "measure/test_runs.h"
 
@@ -284,6 +287,194 @@ TEST(EveryRun, ASweepWithoutAGeneratorWaitsUntilThePotentialLeavesItsStep) {
   check(rig.CV(), rig, potential, 0.1024, 0.1026);
   potential = 0.1001;
   check(rig.RDE(), rig, potential, 0.1019, 0.1021);
+}
+
+// A reading that takes longer than the interval costs the points of the ticks it overran; the next
+// ones stand at their old multiples.
+TEST(EveryRun, KeepsItsCadenceThroughTicksThatComeLate) {
+  const auto intervals = [](double slow) {
+    TestRig rig;
+    frmPotentialStep& step = ShortStep(rig);
+    step.Accumlation(1);
+    step.MeasureTime(2);
+    rig.volts = [&rig, slow, volts = rig.volts](int channel) {
+      const double now = rig.Seconds();
+      if (channel == 1 && now > 3.05 && now < 3.15) {
+        rig.machine.clock.Spend(static_cast<std::int64_t>(slow * 1e6));
+      }
+      return volts(channel);
+    };
+    step.StartMeasurement();
+    EXPECT_TRUE(rig.RunUntilIdle(60));
+    const auto times = rig.ws.tracks.Points(0, 3);
+    std::vector<double> between;
+    for (std::size_t i = 9; i < 13; ++i) {
+      between.push_back(std::round((times[i + 1] - times[i]) * 1000));
+    }
+    return between;
+  };
+  EXPECT_THAT(intervals(0), ElementsAre(100, 100, 100, 100));
+  EXPECT_THAT(intervals(0.15), ElementsAre(100, 150, 50, 100));
+  EXPECT_THAT(intervals(0.25), ElementsAre(100, 250, 50, 100));
+}
+
+// The highest rates (Hz) at which each window still draws while it records.
+TEST(EveryRun, DrawsItsPointsBelowARateOfItsOwn) {
+  const auto drawn = [](const char* name, double rate) {
+    TestRig rig;
+    auto& form = *dynamic_cast<MeasureForm*>(rig.machine.desktop.Show(name));
+    const auto* window = std::ranges::find(kWindows, std::string(name), &Window::name);
+    if (window != std::end(kWindows)) window->fill_in(rig);
+    const bool step = form.Find("txtInitSamplingRate") != nullptr;
+    auto* box = dynamic_cast<TextBox*>(form.Find(step ? "txtInitSamplingRate" : "txtSamplingrate"));
+    Typed(*box, PlainNumber(rate));
+    form.StartMeasurement();
+    rig.RunFor(4);
+    EXPECT_EQ(rig.ws.running_flag, -1);
+    return rig.Picture("Graph1").ItemCount() > 0;
+  };
+  const std::pair<const char*, double> limits[] = {{"frmMeasureCV", 20},
+                                                   {"frmMeasureRDE", 50},
+                                                   {"frmPotentialStep", 50},
+                                                   {"frmMeasureRPMvsj", 20},
+                                                   {"frmMultipotentiostat", 20}};
+  for (const auto& [name, limit] : limits) {
+    EXPECT_TRUE(drawn(name, limit - 1)) << name;
+    EXPECT_FALSE(drawn(name, limit)) << name;
+  }
+}
+
+TEST(EveryRun, GoesIntoTheTrackAndUnderTheTitleOfTheMoment) {
+  for (const Window& window : kWindows) {
+    SCOPED_TRACE(window.name);
+    TestRig rig;
+    window.fill_in(rig);
+    rig.ws.tracks.Record(3).Title = "last week's";
+    window.start(rig);
+    rig.RunFor(window.seconds);
+    zento::Form& form = window.Form(rig);
+    Typed(*dynamic_cast<TextBox*>(form.Find("txtDataNum")), "8");
+    Typed(*dynamic_cast<TextBox*>(form.Find("txtTitle")), "Pt");
+    ASSERT_TRUE(rig.RunUntilIdle(60));
+    EXPECT_GT(rig.Record(8).pnum, 50);
+    EXPECT_EQ(rig.Record(8).Title, "Pt");
+    EXPECT_EQ(rig.Record(3).Title, "last week's");
+    EXPECT_EQ(rig.Record(3).pnum, 0);
+    EXPECT_THAT(rig.shown_tracks, ElementsAre(8));
+  }
+}
+
+TEST(EveryRun, IsPlannedAsItThenIs) {
+  for (const Window& window : kWindows) {
+    SCOPED_TRACE(window.name);
+    TestRig rig;
+    window.fill_in(rig);
+    auto& form = dynamic_cast<MeasureForm&>(window.Form(rig));
+    const Plan plan = form.CurrentPlan();
+    EXPECT_EQ(plan.end, PlannedEnd::kTime);
+    EXPECT_EQ(plan.first_target, 3);
+    EXPECT_TRUE(plan.generator);
+    EXPECT_THAT(plan.adjusted, IsEmpty());
+    const double began = rig.Seconds();
+    window.start(rig);
+    EXPECT_EQ(form.CurrentPlan().points, plan.points);
+    ASSERT_TRUE(rig.RunUntilIdle(60));
+    EXPECT_EQ(plan.points, rig.Record(3).pnum);
+    EXPECT_EQ(plan.duration, rig.Record(3).MaxTime);
+    // A tick until the start is seen, and one each for the last point and the end.
+    EXPECT_NEAR(plan.retain_seconds + static_cast<double>(*plan.duration) / 1000,
+                rig.Seconds() - began, 0.3 + 1e-9);
+  }
+}
+
+TEST(Plan, SaysWhatBecomesOfWhatWasTyped) {
+  TestRig rig;
+  frmMeasureCV& cv = ShortSweep(rig.CV());
+  cv.SetVoltage(0, 12, 0.0004);
+  cv.RetainTime(5000);
+  cv.rpm("5000");
+  ASSERT_TRUE(cv.txtAccum.UserType("0").ok());  // not left yet
+  Plan plan = cv.CurrentPlan();
+  EXPECT_TRUE(plan.potentials[1].sent.lost);
+  EXPECT_EQ(plan.potentials[2].sent.value, 0);
+  EXPECT_EQ(plan.scan_rate->sent.value, 100);
+  EXPECT_EQ(plan.rotation[0].applied, 3000);
+  EXPECT_EQ(plan.retain_seconds, 999);
+  EXPECT_EQ(plan.rounds, 1);
+  ASSERT_EQ(plan.adjusted.size(), 2u);
+  EXPECT_EQ(plan.adjusted[0].entry, "Accumulation");
+  EXPECT_EQ(plan.adjusted[1].asked, 5000);
+  EXPECT_EQ(cv.txtAccum.text(), "0") << "looking changes nothing";
+  ASSERT_TRUE(cv.OpnCVMeas.UserChoose(1).ok());
+  plan = cv.CurrentPlan();
+  EXPECT_EQ(plan.end, PlannedEnd::kPerson);
+  EXPECT_FALSE(plan.duration || plan.points);
+
+  frmPotentialStep& step = ShortStep(rig);
+  step.MeasMode(2);
+  EXPECT_EQ(step.CurrentPlan().end, PlannedEnd::kCharge);
+  frmMeasureRPMvsj& sweep = ShortRamp(rig);
+  EXPECT_EQ(sweep.CurrentPlan().rotation.size(), 2u);
+  EXPECT_EQ(sweep.CurrentPlan().ramp_speed, 100);
+  sweep.AppliedMeasuremode(0);
+  EXPECT_EQ(sweep.CurrentPlan().end, PlannedEnd::kRate);
+  EXPECT_EQ(sweep.CurrentPlan().rotation.size(), 1u);
+  rig.ws.settings.DABoard = 0;
+  EXPECT_FALSE(sweep.CurrentPlan().rotation[0].applied);
+}
+
+TEST(RunFeed, TellsWhoeverListensWhereARunStands) {
+  for (const Window& window : kWindows) {
+    SCOPED_TRACE(window.name);
+    TestRig rig;
+    window.fill_in(rig);
+    std::vector<RunState> heard;
+    auto subscription =
+        rig.ws.runs.Subscribe([&heard](const RunState& state) { heard.push_back(state); });
+    window.start(rig);
+    EXPECT_FALSE(heard.empty()) << "at once";
+    ASSERT_TRUE(rig.RunUntilIdle(60));
+    std::vector<RunPhase> phases;
+    for (const RunState& state : heard) phases.push_back(state.phase);
+    phases.erase(std::unique(phases.begin(), phases.end()), phases.end());
+    const bool step = window.name == std::string("frmPotentialStep");
+    EXPECT_THAT(phases, ElementsAre(step ? RunPhase::kWaiting : RunPhase::kResting,
+                                    RunPhase::kRecording, RunPhase::kEnding, RunPhase::kOver));
+    const RunState& last_tick = heard[heard.size() - 2];
+    EXPECT_EQ(last_tick.points, rig.Record(3).pnum);
+    EXPECT_EQ(last_tick.planned, rig.Record(3).MaxTime);
+    EXPECT_EQ(last_tick.last.current, rig.ws.tracks.Points(1, 3).back());
+    EXPECT_EQ(last_tick.first_target, 3);
+    ASSERT_TRUE(heard.back().report);
+    EXPECT_EQ(heard.back().report->first_track, 3);
+    EXPECT_EQ(heard.back().report->reason, EndReason::kTime);
+    const std::size_t count = heard.size();
+    subscription.reset();
+    window.start(rig);
+    rig.ws.end_active_run();
+    EXPECT_EQ(heard.size(), count);
+  }
+}
+
+TEST(RunFeed, TellsASweepsCycleAndTheRateThatItIsMeasuredAt) {
+  TestRig rig;
+  rig.volts = [&rig](int channel) { return channel == 0 ? rig.Seconds() / 10 : 0.5; };
+  frmMeasureCV& cv = ShortSweep(rig.CV());
+  cv.Repeat(3);  // 1.1 V first, then twice 1.2 V and 0.1 V back, at 100 mV/s
+  RunState now;
+  const auto subscription = rig.ws.runs.Subscribe([&now](const RunState& state) { now = state; });
+  cv.StartMeasurement();
+  const double recording = rig.Seconds() + 2.15;
+  const auto cycle_at = [&](double seconds) {
+    rig.RunFor(recording + seconds - rig.Seconds());
+    return now.cycle;
+  };
+  EXPECT_EQ(cycle_at(10.9), 1);
+  EXPECT_NEAR(*now.scan_rate, 100, 1e-6);
+  EXPECT_EQ(cycle_at(11.2), 2);
+  EXPECT_EQ(cycle_at(22.9), 2);
+  EXPECT_EQ(cycle_at(23.2), 3);
+  EXPECT_EQ(cycle_at(35.4), 3) << "on the way back";
 }
 
 }  // namespace

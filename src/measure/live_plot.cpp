@@ -1,14 +1,17 @@
 #include "measure/live_plot.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 #include <vector>
 
-#include "core/axis_step.h"
+#include "core/tables.h"
 
 namespace zento {
 namespace {
 
 constexpr int kFontSize = 10;
+constexpr PlotRange kFirstMonitorRange{-0.1, -0.01, 0.1, 0.01};
 
 // Gives an empty stretch some width: a tenth of where it lies, or a tenth.
 void Widen(double& from, double& to) {
@@ -54,22 +57,59 @@ void LivePlot::Redraw(const AxisLook& look) {
   DrawAxes(window->Picture1, range_.shown(), look.unit);
 }
 
-void LivePlot::Curve(std::span<const AcquiredPoint> points, std::size_t y, Colour colour) {
-  Graph* window = Window();
-  if (window == nullptr) return;
-  std::vector<zento::Point> places(points.size());
-  std::transform(points.begin(), points.end(), places.begin(), [y](const AcquiredPoint& p) {
-    return zento::Point{p[0], p[y]};
-  });
-  window->Picture1.Curve(places, colour);
-}
-
 void LivePlot::Curve(std::span<const double> x, std::span<const double> y, Colour colour) {
   if (Graph* window = Window()) window->Picture1.Curve(x, y, colour);
 }
 
 void LivePlot::Point(double x, double y, Colour colour) {
   if (Graph* window = Window()) window->Picture1.VPset(x, y, colour);
+}
+
+VoltageMonitor::VoltageMonitor(GraphView& plot, Colour colour) : plot_(plot), colour_(colour) {
+  plot_.SetXFormat("0.00");
+  plot_.SetYFormat("0.0e+0");
+  Clear();
+}
+
+void VoltageMonitor::Clear() {
+  ring_.assign(kSlots, {kEmpty, 0});
+  colours_.assign(kSlots, colour_);
+  next_ = 0;
+  ResetRange();
+}
+
+void VoltageMonitor::ResetRange() {
+  range_.Start(kFirstMonitorRange);
+  Redraw();
+}
+
+void VoltageMonitor::Add(double x, double y, Colour colour) {
+  if (!std::isfinite(x) || !std::isfinite(y)) return;
+  ring_[next_] = {x, y};
+  colours_[next_] = colour;
+  const bool wrapped = ++next_ == kSlots;
+  if (wrapped) next_ = 0;
+  // A full round draws everything anew too: the plot keeps what was drawn on it, and points that
+  // the ring has forgotten must not pile up there night after night.
+  if (range_.Extend(x, y) || wrapped) {
+    Redraw();
+  } else {
+    plot_.VPset(x, y, colour);
+  }
+}
+
+void VoltageMonitor::Redraw() {
+  DrawAxes(plot_, range_.shown(), "/V");
+  std::vector<std::pair<Colour, std::vector<Point>>> traces;
+  for (std::size_t i = 0; i < kSlots; ++i) {
+    const auto& [x, y] = ring_[i];
+    if (x == kEmpty) continue;
+    auto trace = std::find_if(traces.begin(), traces.end(),
+                              [&](const auto& t) { return t.first == colours_[i]; });
+    if (trace == traces.end()) trace = traces.insert(trace, {colours_[i], {}});
+    trace->second.push_back({x, y});
+  }
+  for (const auto& [colour, points] : traces) plot_.Curve(points, colour);
 }
 
 }  // namespace zento

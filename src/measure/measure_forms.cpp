@@ -1,8 +1,7 @@
-#include "measure/measure_forms.h"
-
 #include <memory>
 
 #include "measure/cv_form.h"
+#include "measure/measure_form.h"
 #include "measure/multi_form.h"
 #include "measure/rde_form.h"
 #include "measure/rpm_form.h"

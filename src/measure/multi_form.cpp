@@ -1,208 +1,166 @@
 #include "measure/multi_form.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "core/palette.h"
-#include "core/rescue.h"
-#include "host/path_text.h"
+#include "host/dialogs.h"
 #include "text/format.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
 
-// From this sampling rate on (Hz) nothing is drawn while a run records.
-constexpr double kLiveDrawingBelow = 20;
-constexpr std::int32_t kLastPoint = kAcquisitionCapacity - 2;
-constexpr int kMonitorColour = 12;
+constexpr Colour kMonitorColour = kLightRed;
 
-constexpr char kIdle[] = "Voltage Monitor";
+constexpr MeasureWindow kWindow = {.name = "frmMultipotentiostat",
+                                   .caption = "Multipotentiostat",
+                                   .timer = "MMTimer",
+                                   .board_message = "AD Board不良です",
+                                   .bus_message = "",
+                                   .output_message = "",
+                                   .draws_below = 20,
+                                   .ticks_follow_box = false};
+
 constexpr char kNothingRead[] = "Accumulation 0: nothing is read";
 
 const AxisLook kLook{"0.0", "0.0#e+00", "/V"};
 
-template <std::size_t N>
-bool AllFinite(const std::array<double, N>& values) {
-  return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
+// Columns of a point: the time, then two for each electrode.
+constexpr std::size_t CurrentColumn(std::size_t electrode) {
+  return 2 * electrode + 2;
+}
+
+std::vector<std::string> InputNames() {
+  std::vector<std::string> names;
+  names.reserve(AnalogInput::kChannels);
+  for (int input = 0; input < AnalogInput::kChannels; ++input) {
+    names.push_back("Ch" + PlainNumber(input));
+  }
+  return names;
+}
+
+bool IsInput(int input) {
+  return input >= 0 && input < AnalogInput::kChannels;
 }
 
 }  // namespace
 
 frmMultipotentiostat::frmMultipotentiostat(Workstation& workstation, Host& host,
                                            Instruments& instruments)
-    : MeasureForm(workstation, host, instruments, "frmMultipotentiostat", "Multipotentiostat"),
-      lblMode(*this, "lblMode", kIdle),
-      monitor_(picVMon, QBColor(kMonitorColour)),
+    : MeasureForm(workstation, host, instruments, kWindow),
+      monitor_(picVMon, kMonitorColour),
       plot_(host.desktop, "Graph1") {
-  Attach(MMTimer, cmdStart);
-  WireBoxes();
-  cmdStart.on_click = [this] { StartMeasurement(); };
+  for (std::size_t channel = 0; channel < kDisplayChannels; ++channel) {
+    cbxADCh[channel].on_select = [this, channel](int input) { MapInput(channel, input); };
+    txtScale[channel].on_commit = [this, channel] { TakeScale(channel); };
+  }
+  for (TextBox* box : {&txtAccum, &txtMaxTime}) box->on_commit = [this] { StoreBoxes(); };
+  txtSamplingrate.on_commit = [this] { LeaveSamplingRate(); };
+  for (std::size_t i = 0; i < kElectrodes; ++i) {
+    txtTitle[i].on_change = [this] { HandDownChoices(); };
+  }
+  opnMMMeas.on_select = [this](int) { HandDownChoices(); };
   cmdStop.on_click = [this] { ClickStop(); };
   cmdSampling.on_click = [this] { ClickSampling(); };
-  cmdClearVMon.on_click = [this] {
-    if (!Measuring()) monitor_.Clear();
-  };
+  LetClearMonitor(cmdClearVMon);
 }
 
 bool frmMultipotentiostat::Load() {
-  RestoreEntries();
-  monitor_.Clear();
   host().dialogs.Message("Once you push 'Start' button, Track 0 to 11's data will be lost!");
-  if (!OpenDevices({"AD Board不良です", "", ""})) return false;
-  MMTimer.SetInterval(PeriodRounded(ParseLenient(txtSamplingrate.text())));
-  MMTimer.SetEnabled(true);
-  return true;
+  return MeasureForm::Load();
 }
 
-bool frmMultipotentiostat::Read(const Wiring& wiring, std::int32_t rounds, Readings& volts) {
-  std::array<double, AnalogInput::kChannels> sums{};
-  if (!ReadSums(wiring.inputs, rounds, sums)) return false;
-  for (std::size_t channel = 0; channel < kChannels; ++channel) {
-    volts[channel] = sums[wiring.place[channel]] / rounds;
+// The monitor shows the board's own volts, so that electrodes of any scale share one picture and a
+// channel at the board's limit is seen.
+void frmMultipotentiostat::MonitorTick() {
+  const std::int32_t rounds = MultichannelMonitor::Rounds(settings().MMAccum);
+  if (rounds == 0) {
+    lblMode.SetText(kNothingRead);
+    return;
   }
-  return true;
+  DisplayValues values{};
+  if (!wiring_.Read(instruments().analog_input, rounds, values)) {
+    lblMode.SetText("no reading");
+    return;
+  }
+  ShowIdle();
+  for (std::size_t i = 0; i < kElectrodes; ++i) {
+    monitor_.Add(values[2 * i], values[2 * i + 1], TrackColor(static_cast<int>(i)));
+  }
+  static_cast<void>(wiring_.Scale(values));
+  ShowCurrents(values);
 }
 
-void frmMultipotentiostat::ShowCurrents(const Readings& values) {
+void frmMultipotentiostat::ShowCurrents(const DisplayValues& values) {
   if (chkiMon.value() != 1) return;
   for (std::size_t i = 0; i < kElectrodes; ++i) {
     lblCurrent[i].SetText(Format(values[2 * i + 1], "0.00e+0"));
   }
 }
 
-// The monitor shows the board's own volts, so that electrodes of any scale share one picture and a
-// channel at the board's limit is seen.
-void frmMultipotentiostat::MonitorTick() {
-  const std::int32_t rounds = Rounds();
-  if (rounds == 0) {
-    lblMode.SetText(kNothingRead);
-    return;
-  }
-  Readings volts{};
-  if (!Read(wiring_, rounds, volts)) {
-    lblMode.SetText("no reading");
-    return;
-  }
-  lblMode.SetText(kIdle);
-  for (std::size_t i = 0; i < kElectrodes; ++i) {
-    monitor_.Add(volts[2 * i], volts[2 * i + 1], TrackColor(static_cast<int>(i)));
-  }
-  for (std::size_t channel = 0; channel < kChannels; ++channel) {
-    volts[channel] *= wiring_.scale[channel];
-  }
-  ShowCurrents(volts);
+// Tracks 0 to 9 are about to be replaced.
+bool frmMultipotentiostat::MayStart() {
+  const auto kept = KeepOldTracks(workstation(), host().files);
+  lblNotice.SetText(kept.ok() ? kept.value() : "");
+  if (!kept.ok()) host().dialogs.Message(kept.why());
+  return kept.ok();
 }
 
-void frmMultipotentiostat::StartMeasurement() {
-  lblNotice.SetText("");
-  // Refused by BeginRun, with its message; nothing else may happen then.
-  const bool refused = workstation().running_flag != 0;
-  if (!refused && !KeepOldTracks()) return;
-  if (!BeginRun()) return;
-  StoreEntries();
-  plan_ = {wiring_, settings().MMSamplingRate, Rounds(),
-           std::max(ToLong(settings().MMMaxTime * 1000), 0)};
-  LogBegin("Multichannel monitor");
-  if (!lblNotice.text().empty()) LogEvent(lblNotice.text());
-  elapsed_ = 0;
-  fresh_ = false;
-  time_.clear();
-  for (std::vector<double>& column : values_) column.clear();
-  lblMode.SetText(plan_.rounds == 0 ? kNothingRead : "Recording");
-  ShowEmptyGraph();
-  MMTimer.SetInterval(PeriodRounded(plan_.sampling_rate));
-  StartRecording();
-  MMTimer.SetEnabled(true);
+std::unique_ptr<Technique> frmMultipotentiostat::MakeTechnique() const {
+  MultichannelMonitor::Values values;
+  values.wiring = wiring_;
+  values.sampling_rate = NumberIn(txtSamplingrate);
+  values.accumulation = NumberIn(txtAccum);
+  values.seconds = NumberIn(txtMaxTime);
+  values.empty_scale = settings().PSYScale;
+  values.notice = lblNotice.text();
+  return std::make_unique<MultichannelMonitor>(std::move(values));
 }
 
-Plan frmMultipotentiostat::CurrentPlan() const {
-  Plan plan;
-  plan.technique = "Multichannel monitor";
-  plan.end = CurrentMethod() == kByTime ? PlannedEnd::kTime : PlannedEnd::kPerson;
-  if (plan.end == PlannedEnd::kTime) plan.duration = plan_.limit;
-  plan.sampling_rate = plan_.sampling_rate;
-  plan.interval = PeriodRounded(plan_.sampling_rate);
-  plan.rounds = plan_.rounds;
-  plan.points = PlanPoints(plan);
-  plan.last_target = static_cast<int>(kElectrodes) - 1;
-  return plan;
+RunChoices frmMultipotentiostat::Choices() const {
+  RunChoices choices;
+  for (std::size_t i = 0; i < kElectrodes; ++i) choices.titles.push_back(txtTitle[i].text());
+  choices.method = opnMMMeas.selected();
+  return choices;
 }
 
-// Tracks 0 to 9 are about to be replaced. What stands in no file is kept in one first; false, and
-// the person told, when that fails.
-bool frmMultipotentiostat::KeepOldTracks() {
-  bool any = false;
-  for (int track = 0; track < static_cast<int>(kElectrodes); ++track) {
-    any = any || workstation().tracks.Record(track).Mode != kModeNone;
-  }
-  if (!any) return true;
-  const auto rescued = RescueTracks(workstation(), host().files);
-  if (!rescued.ok()) {
-    Say("The unsaved tracks could not be kept before they are replaced: " + rescued.why());
-    return false;
-  }
-  if (rescued.value()) {
-    lblNotice.SetText("Unsaved tracks were kept in " + TextFromPath(rescued.value()->filename()));
-    if (Measuring()) LogEvent(lblNotice.text());
-  }
-  return true;
+void frmMultipotentiostat::ShowStart(const Technique& technique) {
+  reads_nothing_ = MultichannelMonitor::Rounds(settings().MMAccum) == 0;
+  plot_.Begin("I-t Graph", technique.Range(), kLook);
 }
 
-void frmMultipotentiostat::ShowEmptyGraph() {
-  const double height = 0.01 * settings().PSYScale;
-  plot_.Begin("I-t Graph", {-2.0, -height, 10000.0, height}, kLook);
+void frmMultipotentiostat::ShowRecording() {
+  lblMode.SetText(reads_nothing_ ? kNothingRead : "Recording");
 }
 
-void frmMultipotentiostat::MeasureTick() {
-  if (plan_.rounds == 0) return;
-  elapsed_ = ReadTime();
-  Readings values{};
-  if (!Read(plan_.wiring, plan_.rounds, values)) {
-    TickFailed();
-  } else if (!Scale(values, values)) {
-    TickFailed("Overflow");
-  } else {
-    TickSucceeded();
-    ShowCurrents(values);
-    SetPoint(static_cast<double>(elapsed_), values);
-    // A full store ends the run in every mode, also where only clicks keep points.
-    if (CurrentMethod() != kSampling || PointIndex() > kLastPoint) KeepPoint();
-  }
-  CheckTime(elapsed_);
-  ShowProgress();
+void frmMultipotentiostat::ShowIdle() {
+  lblMode.SetText("Voltage Monitor");
 }
 
-bool frmMultipotentiostat::Scale(const Readings& volts, Readings& values) {
-  for (std::size_t channel = 0; channel < kChannels; ++channel) {
-    values[channel] = volts[channel] * plan_.wiring.scale[channel];
-  }
-  return AllFinite(values);
+void frmMultipotentiostat::ShowState(const RunState& state) {
+  if (points().Readings() == 0 && state.gaps == 0) return;
+  lblMode.SetText("Recording: " + PlainNumber(state.points) + " points, " +
+                  FormatDuration(state.elapsed));
 }
 
-// Puts the reading into the slot of the next point and draws it.
-void frmMultipotentiostat::SetPoint(double time, const Readings& values) {
-  const auto index = static_cast<std::size_t>(PointIndex());
-  if (time_.size() <= index) {
-    time_.resize(index + 1);
-    for (std::vector<double>& column : values_) column.resize(index + 1);
-  }
-  time_[index] = time;
-  for (std::size_t channel = 0; channel < kChannels; ++channel) {
-    values_[channel][index] = values[channel];
-  }
-  fresh_ = true;
-  DrawPoint(time, values);
+void frmMultipotentiostat::PointsStored() {
+  if (!run().state().notice.empty()) lblNotice.SetText(run().state().notice);
 }
 
-void frmMultipotentiostat::DrawPoint(double time, const Readings& values) {
+void frmMultipotentiostat::DrawPoint(std::int32_t index) {
+  const double time = points().At(0, index);
+  DisplayValues values{};
   bool changed = false;
+  for (std::size_t channel = 0; channel < kDisplayChannels; ++channel) {
+    values[channel] = points().At(1 + channel, index);
+  }
+  ShowCurrents(values);
   for (std::size_t i = 0; i < kElectrodes; ++i) {
     changed = plot_.Include(time, values[2 * i + 1]) || changed;
   }
-  if (plan_.sampling_rate >= kLiveDrawingBelow) return;
+  if (!DrawsLive()) return;
   if (changed) {
-    DrawCurves();
+    DrawCurves(index + 1);
     return;
   }
   for (std::size_t i = 0; i < kElectrodes; ++i) {
@@ -210,73 +168,116 @@ void frmMultipotentiostat::DrawPoint(double time, const Readings& values) {
   }
 }
 
-void frmMultipotentiostat::DrawCurves() {
+void frmMultipotentiostat::DrawCurves(std::int32_t count) {
   plot_.Redraw(kLook);
   for (std::size_t i = 0; i < kElectrodes; ++i) {
-    plot_.Curve(time_, values_[2 * i + 1], TrackColor(static_cast<int>(i)));
+    plot_.Curve(points().Column(0, count), points().Column(CurrentColumn(i), count),
+                TrackColor(static_cast<int>(i)));
   }
 }
 
 // Keeps the reading that is on display. It is kept once, however often the button is pressed
 // before the next one.
 void frmMultipotentiostat::ClickSampling() {
-  if (!Measuring() || StopRequested() || CurrentMethod() != kSampling || !fresh_) return;
-  fresh_ = false;
-  KeepPoint();
-  ShowProgress();
+  if (opnMMMeas.selected() == MultichannelMonitor::kByHand) run().KeepReading();
 }
 
 // Ticks that do nothing would never act on the request.
 void frmMultipotentiostat::ClickStop() {
-  RequestStop();
-  if (plan_.rounds == 0) EndRunNow();
+  run().Stop();
+  if (reads_nothing_) run().EndNow();
 }
 
-void frmMultipotentiostat::ShowProgress() {
-  lblMode.SetText("Recording: " + PlainNumber(PointIndex()) + " points, " +
-                  FormatDuration(elapsed_));
-}
-
-void frmMultipotentiostat::CheckTime(std::int64_t elapsed) {
-  if (CurrentMethod() == kByTime && elapsed > plan_.limit) StopWithSound();
-}
-
-void frmMultipotentiostat::FinishRun() {
-  const auto points = static_cast<std::size_t>(PointIndex());
-  if (points > 0) {
-    // Without the reading that nobody kept.
-    time_.resize(points);
-    for (std::vector<double>& column : values_) column.resize(points);
-    DrawCurves();
-    Store();
+void frmMultipotentiostat::ShowSettings() {
+  Settings& settings = workstation().settings;
+  // Lists that a file cut short, and inputs that do not exist, get what they were made with.
+  const std::size_t known = std::min(settings.MMScale.size(), kDisplayChannels);
+  settings.MMScale.resize(std::max(settings.MMScale.size(), kDisplayChannels));
+  for (std::size_t i = known; i < kDisplayChannels; ++i) {
+    settings.MMScale[i] = i % 2 == 0 ? 1.0 : 0.005;
   }
-  lblMode.SetText(kIdle);
+  settings.MMAdch.resize(std::max(settings.MMAdch.size(), kDisplayChannels), -1);
+  const std::vector<std::string> names = InputNames();
+  for (std::size_t i = 0; i < kDisplayChannels; ++i) {
+    if (!IsInput(settings.MMAdch[i])) settings.MMAdch[i] = static_cast<std::int16_t>(i);
+    cbxADCh[i].SetItems(names);
+    cbxADCh[i].Select(settings.MMAdch[i]);
+    ShowNumber(txtScale[i], settings.MMScale[i]);
+  }
+  ShowNumber(txtSamplingrate, settings.MMSamplingRate);
+  ShowNumber(txtAccum, settings.MMAccum);
+  ShowNumber(txtMaxTime, settings.MMMaxTime);
+  LeaveSamplingRate();
+  UpdateWiring();
 }
 
-void frmMultipotentiostat::Store() {
-  KeepOldTracks();
-  TrackStore& tracks = workstation().tracks;
-  const PlotRange& range = plot_.Range();
-  for (double& time : time_) time /= 1000;
+void frmMultipotentiostat::StoreBoxes() {
+  Settings& settings = workstation().settings;
+  LimitBox(txtSamplingrate, SomeRate);
+  settings.MMSamplingRate = NumberIn(txtSamplingrate);
+  settings.MMAccum = NumberIn(txtAccum);
+  settings.MMMaxTime = NumberIn(txtMaxTime);
+  for (std::size_t i = 0; i < kDisplayChannels; ++i) TakeScale(i);
+}
+
+void frmMultipotentiostat::LeaveSamplingRate() {
+  StoreBoxes();
+  if (!Measuring()) timer.SetInterval(MonitorInterval());
+}
+
+void frmMultipotentiostat::MapInput(std::size_t channel, int input) {
+  if (!IsInput(input)) return;
+  workstation().settings.MMAdch[channel] = static_cast<std::int16_t>(input);
+  UpdateWiring();
+}
+
+void frmMultipotentiostat::TakeScale(std::size_t channel) {
+  const double scale = NumberIn(txtScale[channel]);
+  workstation().settings.MMScale[channel] = scale;
+  wiring_.SetScale(channel, scale);
+}
+
+void frmMultipotentiostat::UpdateWiring() {
+  std::array<std::uint8_t, kDisplayChannels> input{};
+  for (std::size_t i = 0; i < kDisplayChannels; ++i) {
+    input[i] = static_cast<std::uint8_t>(settings().MMAdch[i]);
+    wiring_.SetScale(i, settings().MMScale[i]);
+  }
+  wiring_.Connect(input);
+}
+
+LayoutNode frmMultipotentiostat::Layout() {
+  using namespace layout;
+  std::vector<LayoutNode> rows = {
+      Columns({Text(""), Text("Title"), Text("Potential"), Text("Scale V/V"), Text("Current"),
+               Text("Scale A/V"), Text("Current /A")})};
   for (std::size_t i = 0; i < kElectrodes; ++i) {
-    const int track = static_cast<int>(i);
-    tracks.Column(0, track) = std::move(values_[2 * i]);
-    tracks.Column(1, track) = std::move(values_[2 * i + 1]);
-    // Track 0 holds the time for all; the others have it too, as after opening a file.
-    tracks.Column(2, track) = time_;
-    TrackRecord& record = StampTrack(track, kModeMulti, txtTitle[i].text());
-    record.Vxmin = range.x1 / 1000;
-    record.Vxmax = range.x2 / 1000;
-    record.Vymin = range.y1;
-    record.Vymax = range.y2;
-    record.MaxTime = static_cast<double>(CurrentMethod() == kByTime ? plan_.limit : elapsed_);
-    record.DiskYscale = plan_.wiring.scale[2 * i + 1];
-    // Nothing here sweeps, rotates or has a ring: what an earlier curve said of that is not true
-    // of this one.
-    record.Scanrate = record.RPM = record.RingXValue = record.RingYscale = 0;
-    record.V = {};
+    rows.push_back(Columns({Text(PlainNumber(i)), Item(txtTitle[i], 2), Item(cbxADCh[2 * i]),
+                            Item(txtScale[2 * i]), Item(cbxADCh[2 * i + 1]),
+                            Item(txtScale[2 * i + 1]), Item(lblCurrent[i])}));
   }
-  workstation().ShowTrack(0);
+  return Columns({
+      Rows({
+          Group("Electrodes (electrode i is stored in track i)", {Table(std::move(rows))}),
+          Columns({
+              Group("Sampling", {Fields({Field("Sampling Rate/Hz", txtSamplingrate),
+                                         Field("Accumlation  x", txtAccum),
+                                         Field("Measure Time /s", txtMaxTime)})}),
+              Group("Measurement Method",
+                    {Item(opnMMMeas), Columns({Item(cmdSampling), Stretch()})}),
+          }),
+          Stretch(),
+      }),
+      Rows(
+          {
+              Group("Voltage Monitor /V",
+                    {Item(picVMon, 1), Columns({Item(chkiMon), Stretch(), Item(cmdClearVMon)})}, 1),
+              Item(lblMode),
+              Item(lblNotice),
+              Columns({Item(cmdStart), Item(cmdStop)}),
+          },
+          1),
+  });
 }
 
 }  // namespace zento

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/rescue.h"
 #include "core/track_file.h"
 #include "measure/multi_form.h"
 #include "measure/test_rig.h"
@@ -59,7 +58,7 @@ TEST(MultiForm, WarnsAndRestoresItsEntriesWhenItOpens) {
   Enter(form.txtScale[3], "2e-6");
   Enter(form.txtSamplingrate, "-1");
   Enter(form.txtMaxTime, "3600");
-  EXPECT_EQ(form.MMTimer.Interval(), 10'000);
+  EXPECT_EQ(form.timer.Interval(), 10'000);
   form.QuitMMMeasurement();
   frmMultipotentiostat& again = rig.Form();
   EXPECT_EQ(again.cbxADCh[3].selected(), 63);

@@ -1,10 +1,10 @@
 #include "measure/rde_form.h"
 
-#include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "core/palette.h"
-#include "text/format.h"
+#include "measure/ring_disk_voltammetry.h"
 #include "text/number.h"
 
 namespace zento {
@@ -12,173 +12,185 @@ namespace {
 
 // Disk potential and current, ring potential and current, rotation.
 constexpr std::array<std::uint8_t, 5> kChannels = {0, 1, 2, 3, 4};
-constexpr int kDiskColour = 9;
-constexpr int kRingColour = 12;
-// From this sampling rate on (Hz) nothing is drawn while a run records.
-constexpr double kLiveDrawingBelow = 50;
-constexpr double kRestingStepsPerVolt = 500;
+constexpr Colour kDiskColour = kLightBlue;
+constexpr Colour kRingColour = kLightRed;
 
-// A rotor below this (rpm) stands still or gives no signal: nothing to steer by.
-constexpr double kLowestSteered = 100;
-constexpr double kRotationBand = 10;   // rpm
-constexpr double kMotorStep = 0.0005;  // V
+constexpr MeasureWindow kWindow = {.name = "frmMeasureRDE",
+                                   .caption = "RDE Measurement",
+                                   .timer = "RDETimer",
+                                   .board_message = "AD Board不良です",
+                                   .bus_message = "GPIB不良",
+                                   .output_message = "DA Board Trouble!",
+                                   .draws_below = 50,
+                                   .ticks_follow_box = false};
 
 const AxisLook kLook{"0.00", "0.0e+0", "/V"};
 
 }  // namespace
 
-std::int32_t PlannedRotatingSweepMillis(const std::array<double, 3>& v, double cycles,
-                                        double scan_rate) {
-  const double once = std::abs(v[1] - v[0]) + std::abs(v[2] - v[1]);
-  const double further =
-      cycles == 1 ? std::abs(v[0] - v[2]) : 2 * (cycles - 1) * std::abs(v[1] - v[2]);
-  return SweepMillis(once + further, scan_rate);
-}
-
 frmMeasureRDE::frmMeasureRDE(Workstation& workstation, Host& host, Instruments& instruments)
-    : SweepForm(workstation, host, instruments, "frmMeasureRDE", "RDE Measurement",
-                "Ring-disk voltammetry", kRestingStepsPerVolt),
-      disk_monitor_(picDiskVMon, QBColor(kDiskColour)),
-      ring_monitor_(picRingVMon, QBColor(kDiskColour)),
+    : SweepForm(workstation, host, instruments, kWindow),
+      disk_monitor_(picDiskVMon, kDiskColour),
+      ring_monitor_(picRingVMon, kDiskColour),
       disk_plot_(host.desktop, "Graph1"),
       ring_plot_(host.desktop, "Graph2") {
-  AttachSweep(RDETimer, opnRDEMeas);
-  OnCommit(Boxes(), [this] { LeaveBox(); });
-  cmdClearMon.on_click = [this] {
-    if (Measuring()) return;
-    disk_monitor_.Clear();
-    ring_monitor_.Clear();
-  };
+  Watch(opnRDEMeas);
+  LetClearMonitor(cmdClearMon);
 }
 
-bool frmMeasureRDE::Load() {
+std::span<const std::uint8_t> frmMeasureRDE::MonitorChannels() const {
+  return kChannels;
+}
+
+void frmMeasureRDE::ClearMonitor() {
   disk_monitor_.Clear();
   ring_monitor_.Clear();
-  return LoadSweep({"AD Board不良です", "GPIB不良", "DA Board Trouble!"});
 }
 
-void frmMeasureRDE::MonitorTick() {
-  const std::int32_t rounds = AccumulationRounds(settings().RDEAccum);
-  std::array<double, 5> sums{};
-  if (!ReadSums(kChannels, rounds, sums)) {
-    lblRPM.SetText("no reading");
-    return;
-  }
-  disk_monitor_.Add(sums[0] / rounds, sums[1] / rounds);
-  ring_monitor_.Add(sums[2] / rounds, sums[3] / rounds);
-  ShowMeasured(sums[4] / rounds * settings().RPMScale);
+void frmMeasureRDE::ShowReadings(std::span<const double> volts) {
+  disk_monitor_.Add(volts[0], volts[1]);
+  ring_monitor_.Add(volts[2], volts[3]);
+  ShowRate(volts[4] * settings().RPMScale);
 }
 
-void frmMeasureRDE::ShowMeasured(double rpm) {
+void frmMeasureRDE::ShowRate(double rpm) {
   lblRPM.SetText(PlainNumber(std::floor(rpm)) + "RPM");
 }
 
-void frmMeasureRDE::ShowEmptyGraphs() {
-  disk_plot_.Begin("Disk Voltammogram", EmptyRange(SweepValues().disk_scale), kLook);
-  ring_plot_.Begin("Ring Voltammogram(x axis = Disk Voltage)", EmptyRange(SweepValues().ring_scale),
-                   kLook);
+void frmMeasureRDE::ShowStart(const Technique& technique) {
+  SweepForm::ShowStart(technique);
+  disk_plot_.Begin("Disk Voltammogram", technique.Range(0), kLook);
+  ring_plot_.Begin("Ring Voltammogram(x axis = Disk Voltage)", technique.Range(1), kLook);
 }
 
-bool frmMeasureRDE::ReadPoint(std::int64_t& elapsed) {
-  const SweepPlan& plan = SweepValues();
-  std::array<double, 5> sums{};
-  const bool read = ReadSums(kChannels, plan.rounds, sums);
-  elapsed = ReadTime();
-  if (!read) {
-    TickFailed();
-    return false;
+void frmMeasureRDE::ShowState(const RunState& state) {
+  if (state.last.rpm) ShowRate(*state.last.rpm);
+  if (const auto seconds = Remaining(state).value_or(0); seconds != 0) {
+    lblTimeRemain.SetText(PlainNumber(seconds) + "s remain");
   }
-  rotation_.volts = sums[4] / plan.rounds;
-  rotation_.rpm = rotation_.volts * rpm_scale_;
-  ShowMeasured(rotation_.rpm);
-  return TakePoint({sums[0] / plan.rounds * plan.x_scale, sums[1] / plan.rounds * plan.disk_scale,
-                    sums[3] / plan.rounds * plan.ring_scale});
 }
 
-void frmMeasureRDE::Record(std::int64_t) {
-  HoldRotation();
-  rotation_.sum += rotation_.rpm;
-  Draw(Point(PointIndex()));
-  KeepPoint();
+void frmMeasureRDE::DrawPoint(std::int32_t index) {
+  const double x = points().At(0, index);
+  const double disk = points().At(1, index);
+  const double ring = points().At(2, index);
+  const bool disk_changed = disk_plot_.Include(x, disk);
+  const bool ring_changed = ring_plot_.Include(x, ring);
+  if (!DrawsLive()) return;
+  if (disk_changed) DrawCurve(disk_plot_, 1, index);
+  disk_plot_.Point(x, disk, kDiskColour);
+  if (ring_changed) DrawCurve(ring_plot_, 2, index);
+  ring_plot_.Point(x, ring, kRingColour);
 }
 
-// Steers towards the rate that was applied: one that the calibration does not reach must not drive
-// the motor beyond its highest calibrated voltage step by step.
-void frmMeasureRDE::HoldRotation() {
-  if (!(rotation_.rpm > kLowestSteered) || instruments().analog_output.Board() <= 0) return;
-  double step = 0;
-  if (rotation_.rpm < AppliedRpm() - kRotationBand) {
-    if (instruments().analog_input.AtUpperLimit(rotation_.volts)) {
-      LogHold();
-      return;
-    }
-    step = kMotorStep;
-  } else if (rotation_.rpm > AppliedRpm() + kRotationBand) {
-    step = -kMotorStep;
-  } else {
-    return;
-  }
-  instruments().rotation.Nudge(step);
+void frmMeasureRDE::DrawCurve(LivePlot& plot, std::size_t column, std::int32_t count) {
+  plot.Redraw(kLook);
+  plot.Curve(points().Column(0, count), points().Column(column, count),
+             column == 1 ? kDiskColour : kRingColour);
 }
 
-void frmMeasureRDE::LogHold() {
-  if (rotation_.held) return;
-  rotation_.held = true;
-  LogEvent("The rotation signal is at the input board's limit (" + Format(rotation_.rpm, "0") +
-           " rpm): the motor voltage is held at " + Format(workstation().motor_voltage, "0.0000") +
-           " V instead of raised");
+void frmMeasureRDE::DrawAll() {
+  DrawCurve(disk_plot_, 1, points().size());
+  DrawCurve(ring_plot_, 2, points().size());
 }
 
-void frmMeasureRDE::LogRotation() {
-  const char* unit = rotation_.held ? " rpm or more" : " rpm";
-  LogEvent("Rotation measured: mean " + Format(rotation_.sum / PointIndex(), "0.0") + unit +
-           ", at the last point " + Format(rotation_.rpm, "0.0") + " rpm; motor voltage " +
-           Format(workstation().motor_voltage, "0.0000") + " V");
-}
-
-void frmMeasureRDE::Draw(const AcquiredPoint& point) {
-  const bool disk_changed = disk_plot_.Include(point[0], point[1]);
-  const bool ring_changed = ring_plot_.Include(point[0], point[2]);
-  if (SweepValues().sampling_rate >= kLiveDrawingBelow) return;
-  if (disk_changed) DrawDisk();
-  disk_plot_.Point(point[0], point[1], QBColor(kDiskColour));
-  if (ring_changed) DrawRing();
-  ring_plot_.Point(point[0], point[2], QBColor(kRingColour));
-}
-
-void frmMeasureRDE::DrawDisk() {
-  disk_plot_.Redraw(kLook);
-  disk_plot_.Curve(RecordedPoints(), 1, QBColor(kDiskColour));
-}
-
-void frmMeasureRDE::DrawRing() {
-  ring_plot_.Redraw(kLook);
-  ring_plot_.Curve(RecordedPoints(), 2, QBColor(kRingColour));
-}
-
-// A stored track is shown with both curves on the same axes.
-PlotRange frmMeasureRDE::BothRanges() const {
-  const PlotRange& disk = disk_plot_.Range();
-  const PlotRange& ring = ring_plot_.Range();
-  return {std::min(disk.x1, ring.x1), std::min(disk.y1, ring.y1), std::max(disk.x2, ring.x2),
-          std::max(disk.y2, ring.y2)};
-}
-
-void frmMeasureRDE::ShowRemaining(std::int32_t seconds) {
-  if (seconds != 0) lblTimeRemain.SetText(PlainNumber(seconds) + "s remain");
-}
-
-void frmMeasureRDE::FinishRun() {
-  if (PointIndex() > 0) LogRotation();
-  StopDevices();
-  if (PointIndex() > 0) {
-    DrawDisk();
-    DrawRing();
-    StoreSweep(kModeRDE, 3, BothRanges());
-  }
-  ShowIdle();
+void frmMeasureRDE::ShowIdle() {
+  SweepForm::ShowIdle();
   disk_monitor_.ResetRange();
   ring_monitor_.ResetRange();
+}
+
+void frmMeasureRDE::LimitBoxes() {
+  LimitBox(txtAccum, AtLeastOne);
+  LimitBox(txtRPMScale, AtLeastOne);
+  LimitBox(txtSamplingrate, SomeRate);
+}
+
+std::vector<BoundBox> frmMeasureRDE::Boxes() {
+  Settings& s = workstation().settings;
+  return {{&txtDiskXScale, &s.DiskXScale},
+          {&txtDiskYScale, &s.DiskYScale},
+          {&txtRingXScale, &s.RingXScale},
+          {&txtRingYScale, &s.RingYScale},
+          {&txtRPMScale, &s.RPMScale},
+          {&txtVoltSetting[0], &s.RDEV0},
+          {&txtVoltSetting[1], &s.RDEV1},
+          {&txtVoltSetting[2], &s.RDEV2},
+          {&txtScanrate, &s.RDEScanrate},
+          {&txtCycleNum, &s.RDECycleNum},
+          {&txtSamplingrate, &s.RDESamplingRate},
+          {&txtAccum, &s.RDEAccum},
+          {&txtRetainTime, &s.RDERetainTime},
+          {&txtRPM, &s.RDERPM}};
+}
+
+void frmMeasureRDE::ShowSettings() {
+  cbxReference.Select(settings().RDERef);
+  SweepForm::ShowSettings();
+}
+
+void frmMeasureRDE::StoreSettings() {
+  Settings& s = workstation().settings;
+  s.RDERef = ChosenReference(s.RDERef);
+  SweepForm::StoreSettings();
+}
+
+std::unique_ptr<Technique> frmMeasureRDE::MakeTechnique() const {
+  SweepValues values = Values();
+  values.ref = ChosenReference(settings().RDERef);
+  values.x_scale = NumberIn(txtDiskXScale);
+  values.disk_scale = NumberIn(txtDiskYScale);
+  values.ring_scale = NumberIn(txtRingYScale);
+  const RingDiskVoltammetry::Electrode electrode{NumberIn(txtRPMScale), NumberIn(txtRingXScale)};
+  return std::make_unique<RingDiskVoltammetry>(values, electrode, Choices());
+}
+
+void frmMeasureRDE::RingScale(double amperes_per_volt) {
+  EnterScale(txtRingYScale, amperes_per_volt);
+}
+
+void frmMeasureRDE::SamplingRate(double hertz) {
+  ShowNumber(txtSamplingrate, hertz);
+  LimitBox(txtSamplingrate, SomeRate);
+}
+
+LayoutNode frmMeasureRDE::Layout() {
+  using namespace layout;
+  return Columns({
+      Rows({
+          Group("Disk", {Fields({Field("XScale V/V (ch0)", txtDiskXScale),
+                                 Field("YScale A/V (ch1)", txtDiskYScale)})}),
+          Group("Ring", {Fields({Field("XScale V/V (ch2)", txtRingXScale),
+                                 Field("YScale A/V (ch3)", txtRingYScale)})}),
+          Group("Potentials",
+                {Fields({Field("1st /V", txtVoltSetting[0]), Field("2nd /V", txtVoltSetting[1]),
+                         Field("3rd /V", txtVoltSetting[2]), Field("Scan Rate /mVs-1", txtScanrate),
+                         Field("Cycle Num.", txtCycleNum),
+                         Field("1st Retainment time /s", txtRetainTime),
+                         Field("Reference", cbxReference)})}),
+          Stretch(),
+      }),
+      Rows({
+          Group("Sampling", {Fields({Field("Sampling Rate/Hz", txtSamplingrate),
+                                     Field("Accumlation", txtAccum)})}),
+          Group("Rotation", {Fields({Field("RPM:", txtRPM), Field("RPM /V (ch4)", txtRPMScale)})}),
+          Group("Measurement Method", {Item(opnRDEMeas)}),
+          Group("Track", {Columns({Item(lblDataNum), Fields({Field("", txtDataNum, &UpDown1)})}),
+                          Fields({Field("Title", txtTitle)})}),
+          Stretch(),
+      }),
+      Rows(
+          {
+              Text("Voltage Monitor /V"),
+              Group("Disk Voltage Monitor", {Item(picDiskVMon, 1)}, 1),
+              Group("Ring Voltage Monitor", {Item(picRingVMon, 1)}, 1),
+              Columns({Item(lblRPM), Stretch(), Item(cmdClearMon)}),
+              Item(lblMode),
+              Item(lblTimeRemain),
+              Columns({Item(cmdStart), Item(cmdStop)}),
+          },
+          1),
+  });
 }
 
 }  // namespace zento

@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "measure/ring_disk_voltammetry.h"
 #include "measure/test_runs.h"
 
 namespace zento {
@@ -208,24 +209,16 @@ TEST(RDEForm, LeavesTheMotorAloneWithoutRotationControl) {
   EXPECT_EQ(rig.Record(3).pnum, 122);
 }
 
-TEST(RDEForm, DrawsWhileItRecordsBelowFiftyPointsASecond) {
-  for (const double rate : {49.0, 50.0}) {
-    RingDiskRig rig;
-    frmMeasureRDE& rde = rig.ShortRun();
-    rde.SamplingRate(rate);
-    rde.StartMeasurement();
-    rig.RunFor(5);
-    EXPECT_EQ(rig.Picture("Graph1").ItemCount() > 0, rate < 50);
-    EXPECT_EQ(rig.Picture("Graph2").ItemCount() > 0, rate < 50);
-    // Either window may be closed and opened again.
-    rig.machine.desktop.RequestClose("Graph2");
-    rig.RunFor(1);
-    rig.machine.desktop.Show("Graph2");
-    ASSERT_TRUE(rig.RunUntilIdle());
-    const auto points = static_cast<std::size_t>(rig.Record(3).pnum);
-    EXPECT_EQ(rig.Picture("Graph1").ItemCount(), points);
-    EXPECT_EQ(rig.Picture("Graph2").ItemCount(), points);
-  }
+TEST(RDEForm, DrawsOnARingWindowOpenedAgain) {
+  RingDiskRig rig;
+  rig.ShortRun().StartMeasurement();
+  rig.RunFor(5);
+  rig.machine.desktop.RequestClose("Graph2");
+  rig.RunFor(1);
+  rig.machine.desktop.Show("Graph2");
+  ASSERT_TRUE(rig.RunUntilIdle());
+  EXPECT_EQ(rig.Picture("Graph1").ItemCount(), 122u);
+  EXPECT_EQ(rig.Picture("Graph2").ItemCount(), 122u);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "measure/rotation_sweep.h"
 #include "measure/test_runs.h"
 
 namespace zento {
@@ -53,7 +54,7 @@ TEST(RotationSweepForm, KeepsItsEntriesInTheSettingsAndMonitors) {
   ASSERT_TRUE(sweep.txtEndRPM.UserSet("900").ok());
   EXPECT_EQ(rig.ws.settings.RPjAccum, 1);
   EXPECT_EQ(rig.ws.settings.RPjSamplingRate, 0.1);
-  EXPECT_EQ(sweep.RPjTimer.Interval(), 10'000);
+  EXPECT_EQ(sweep.timer.Interval(), 10'000);
   EXPECT_EQ(rig.ws.settings.RPjEndRPM, 900);
   EXPECT_EQ(rig.ws.settings.RPjV, -0.2);
   sweep.DiskScale(0);

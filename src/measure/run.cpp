@@ -1,30 +1,22 @@
 #include "measure/run.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 #include <utility>
 
+#include "core/track_store.h"
+#include "host/dialogs.h"
+#include "host/services.h"
 #include "text/format.h"
 #include "text/number.h"
 
 namespace zento {
 namespace {
 
-constexpr double kLongestPeriod = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t kMostRounds = 1'000'000;
-constexpr std::int32_t kLastSlot = kAcquisitionCapacity - 1;
 constexpr int kFailedTicks = 5;
 constexpr std::int64_t kFailedMillis = 2000;
 constexpr std::int64_t kLongestWaitForStop = 1000;  // ms
 // Gaps that the log tells one by one; a board that fails now and then all night would fill it.
 constexpr int kListedGaps = 20;
-
-std::int64_t Period(double millis) {
-  // Written so that a rate of 0 or none at all gives a period too.
-  if (!(millis < kLongestPeriod)) return static_cast<std::int64_t>(kLongestPeriod);
-  return static_cast<std::int64_t>(std::max(millis, 1.0));
-}
 
 std::string InWords(EndReason reason) {
   switch (reason) {
@@ -51,24 +43,6 @@ std::string TrackRange(int first, int last) {
   return first == last ? from : "s" + from + " to " + PlainNumber(last);
 }
 
-// Off while a tick is handled, so that ticks never overlap; on again on every way out, except that
-// of a window that was unloaded meanwhile.
-class TickGuard {
- public:
-  TickGuard(Timer& timer, const bool& unloaded) : timer_(timer), unloaded_(unloaded) {
-    timer_.SetEnabled(false);
-  }
-  ~TickGuard() {
-    if (!unloaded_) timer_.SetEnabled(true);
-  }
-  TickGuard(const TickGuard&) = delete;
-  TickGuard& operator=(const TickGuard&) = delete;
-
- private:
-  Timer& timer_;
-  const bool& unloaded_;
-};
-
 }  // namespace
 
 void ElapsedTime::Restart(std::int32_t tick_count) {
@@ -83,173 +57,146 @@ std::int64_t ElapsedTime::Read(std::int32_t tick_count) {
   return elapsed_;
 }
 
-std::int64_t PeriodCut(double rate) {
-  return Period(std::floor(1000 / rate));
+void RunPoints::Clear(std::size_t columns) {
+  columns_.assign(columns, {});
+  kept_ = 0;
+  readings_ = 0;
 }
 
-std::int64_t PeriodRounded(double rate) {
-  return Period(RoundHalfEven(1000 / rate));
-}
-
-std::int32_t AccumulationRounds(double accumulation) {
-  return std::clamp(ToLong(accumulation), 1, kMostRounds);
-}
-
-TargetTrack::TargetTrack(TextBox& box, UpDown& arrows) : box_(box) {
-  box_.SetText(PlainNumber(number_));
-  box_.on_commit = [this] { Commit(); };
-  arrows.on_up = [this] { Step(1); };
-  arrows.on_down = [this] { Step(-1); };
-}
-
-void TargetTrack::Select(std::int32_t track) {
-  number_ = std::clamp(track, 0, kTracks - 1);
-  box_.SetText(PlainNumber(number_));
-}
-
-void TargetTrack::Commit() {
-  Select(ToLong(ParseLenient(box_.text())));
-}
-
-void TargetTrack::Step(int direction) {
-  Select((number_ + direction + kTracks) % kTracks);
-}
-
-MeasureForm::MeasureForm(Workstation& workstation, Host& host, Instruments& instruments,
-                         std::string name, std::string caption)
-    : Form(host, std::move(name), std::move(caption)),
-      workstation_(workstation),
-      instruments_(instruments) {}
-
-void MeasureForm::Attach(Timer& timer, Button& start) {
-  timer_ = &timer;
-  start_ = &start;
-  timer.on_tick = [this] { Tick(); };
-}
-
-bool MeasureForm::OpenDevices(const OpenMessages& messages) {
-  board_message_ = messages.analog_input;
-  const std::string* failed = nullptr;
-  if (instruments_.analog_input.Open() != 0) {
-    failed = &messages.analog_input;
-  } else if (!messages.bus.empty() && settings().GPIBControl > 0 &&
-             instruments_.gpib.InitialiseLink() != 0) {
-    failed = &messages.bus;
-  } else if (!messages.analog_output.empty() && settings().DABoard > 0 &&
-             instruments_.analog_output.Open() != 0) {
-    failed = &messages.analog_output;
+void RunPoints::Put(std::span<const double> point) {
+  const auto slot = static_cast<std::size_t>(kept_);
+  for (std::size_t column = 0; column < columns_.size(); ++column) {
+    columns_[column].resize(slot + 1);
+    columns_[column][slot] = point[column];
   }
-  if (failed == nullptr) return true;
-  host().dialogs.Message(*failed);
-  return false;
+  ++readings_;
 }
 
-bool MeasureForm::BeginRun() {
-  if (workstation_.running_flag != 0) {
-    host().dialogs.Message("Please terminate other mesurement!");
-    return false;
-  }
-  workstation_.running_flag = -1;
-  workstation_.end_active_run = [this] { EndRunNow(); };
-  measuring_ = true;
-  stop_requested_ = false;
-  recording_ = false;
-  generator_started_ = false;
-  point_index_ = 0;
-  stored_track_.reset();
-  end_reason_ = EndReason::kPerson;
-  logged_rpm_ = 0;
-  failed_ticks_ = 0;
-  gaps_ = 0;
-  missing_points_ = 0;
-  start_->SetEnabled(false);
-  timer_->SetEnabled(false);
+bool RunPoints::Keep() {
+  if (kept_ >= Plan::kPointRoom) return false;
+  ++kept_;
   return true;
 }
 
-std::optional<std::int64_t> MeasureForm::PlanPoints(const Plan& plan) {
-  if (!plan.duration) return std::nullopt;
-  return *plan.duration / plan.interval + 1;
-}
-
-void MeasureForm::LogBegin(const std::string& what) {
-  what_ = what;
-  log_entry_ = workstation_.run_log.Begin(what, Parameters());
-  if (workstation_.run_begun) workstation_.run_begun(what);
-}
-
-void MeasureForm::LogEvent(const std::string& text) {
-  workstation_.run_log.Event(text, log_entry_);
-}
-
-std::string MeasureForm::EndInWords() const {
-  std::string how = InWords(end_reason_);
-  if (stored_track_) {
-    how += "; " + PlainNumber(workstation_.tracks.Record(*stored_track_).pnum) +
-           " points in track" + TrackRange(*stored_track_, stored_to_);
-  } else {
-    how += "; no points, nothing stored";
+bool Run::Claim() {
+  if (workstation_.running_flag != 0) {
+    host_.dialogs.Message("Please terminate other mesurement!");
+    return false;
   }
-  if (gaps_ > 0) {
-    how += "; " + PlainNumber(missing_points_) + " readings failed, in " + PlainNumber(gaps_) +
-           (gaps_ == 1 ? " gap" : " gaps");
+  workstation_.running_flag = -1;
+  workstation_.end_active_run = [this] { EndNow(); };
+  active_ = true;
+  recording_ = false;
+  stop_requested_ = false;
+  end_reason_ = EndReason::kPerson;
+  generator_started_ = false;
+  motor_used_ = false;
+  logged_rpm_ = 0;
+  elapsed_ = 0;
+  failed_ticks_ = 0;
+  gaps_ = 0;
+  missing_points_ = 0;
+  stored_track_.reset();
+  return true;
+}
+
+void Run::Begin(std::unique_ptr<Technique> technique, RunChoices choices,
+                std::string board_message) {
+  technique_ = std::move(technique);
+  choices_ = std::move(choices);
+  board_message_ = std::move(board_message);
+  points_.Clear(technique_->Columns());
+  state_ = {};
+  state_.technique = technique_->name();
+  log_entry_ = workstation_.run_log.Begin(technique_->name(), technique_->Parameters(choices_));
+  Publish();
+  SetInterval(technique_->MakePlan(choices_, workstation_).interval);
+  technique_->Begin(*this);
+  Publish();
+}
+
+void Run::Tick() {
+  if (stop_requested_) {
+    Finish();
+    return;
   }
-  return how;
+  technique_->Tick(*this);
+  Publish();
 }
 
-void MeasureForm::TellEnd() {
-  RunReport report{what_, end_reason_, EndInWords(), stored_track_, stored_to_, 0};
-  if (stored_track_) report.points = workstation_.tracks.Record(*stored_track_).pnum;
-  workstation_.run_log.End(std::exchange(log_entry_, 0), report.how);
-  if (workstation_.run_ended) workstation_.run_ended(report);
+void Run::Publish() {
+  state_.phase = !active_                      ? RunPhase::kOver
+                 : stop_requested_             ? RunPhase::kEnding
+                 : recording_                  ? RunPhase::kRecording
+                 : technique_->RestsForATime() ? RunPhase::kResting
+                                               : RunPhase::kWaiting;
+  state_.elapsed = elapsed_;
+  state_.points = points_.size();
+  state_.gaps = gaps_;
+  state_.planned.reset();
+  state_.first_target = choices_.target;
+  state_.last_target = choices_.target;
+  technique_->Describe(state_, choices_);
+  if (on_state) on_state(state_);
+  workstation_.runs.Publish(state_);
 }
 
-void MeasureForm::Say(const std::string& text) {
-  if (measuring_) LogEvent("Message: " + text);
-  host().dialogs.Message(text);
+void Run::RestartTime() {
+  time_.Restart(host_.clock.TickCount());
+  elapsed_ = 0;
 }
 
-void MeasureForm::RequestStop(EndReason reason) {
-  if (!measuring_ || stop_requested_) return;
-  stop_requested_ = true;
-  end_reason_ = reason;
-  LogEvent("Stop requested: " + InWords(reason));
-  // Nobody who presses Stop expects the motor to turn until a point is due in some minutes.
-  if (timer_->Interval() <= kLongestWaitForStop) return;
-  sampling_interval_ = timer_->Interval();
-  timer_->SetInterval(kLongestWaitForStop);
+std::int64_t Run::ReadTime() {
+  return elapsed_ = time_.Read(host_.clock.TickCount());
 }
 
-void MeasureForm::StartRecording() {
+void Run::SetInterval(std::int64_t millis) {
+  interval_ = millis;
+  if (on_interval) on_interval(millis);
+}
+
+void Run::StartRecording() {
   recording_ = true;
   LogEvent("Recording begins");
   RestartTime();
 }
 
-AcquiredPoint& MeasureForm::Point(std::int32_t index) {
-  return workstation_.acquisition[static_cast<std::size_t>(index)];
-}
-
-std::span<const AcquiredPoint> MeasureForm::RecordedPoints() const {
-  return {workstation_.acquisition.data(), static_cast<std::size_t>(point_index_)};
-}
-
-void MeasureForm::KeepPoint() {
-  if (point_index_ < kLastSlot) {
-    ++point_index_;
-    return;
-  }
+void Run::Keep() {
+  if (points_.Keep()) return;
   RequestStop(EndReason::kOverflow);
   Say("Buffer overflow!");
 }
 
-bool MeasureForm::ReadSums(std::span<const std::uint8_t> channels, std::int32_t rounds,
-                           std::span<double> sums) {
-  return instruments_.analog_input.ReadSum(channels, rounds, sums);
+void Run::KeepReading() {
+  if (!active_ || stop_requested_ || points_.Written() == points_.size()) return;
+  Keep();
+  Publish();
 }
 
-void MeasureForm::TickFailed(const std::string& why) {
-  const std::int32_t now = host().clock.TickCount();
+void Run::RequestStop(EndReason reason) {
+  if (!active_ || stop_requested_) return;
+  stop_requested_ = true;
+  end_reason_ = reason;
+  LogEvent("Stop requested: " + InWords(reason));
+  // Nobody who presses Stop expects the motor to turn until a point is due in some minutes.
+  if (interval_ <= kLongestWaitForStop) return;
+  slowed_from_ = interval_;
+  SetInterval(kLongestWaitForStop);
+}
+
+void Run::Stop() {
+  if (!active_ || stop_requested_) return;
+  RequestStop(EndReason::kPerson);
+  Publish();
+}
+
+void Run::StopWithSound(EndReason reason) {
+  RequestStop(reason);
+  host_.sound.Play(workstation_.settings.SoundFileName);
+}
+
+void Run::ReadingFailed(const std::string& why) {
+  const std::int32_t now = host_.clock.TickCount();
   if (failed_ticks_ == 0) BeginGap(why, now);
   ++failed_ticks_;
   ++missing_points_;
@@ -258,7 +205,7 @@ void MeasureForm::TickFailed(const std::string& why) {
   Say(why.empty() ? BoardMessage() : why);
 }
 
-void MeasureForm::BeginGap(const std::string& why, std::int32_t now) {
+void Run::BeginGap(const std::string& why, std::int32_t now) {
   failing_.Restart(now);
   if (++gaps_ > kListedGaps) return;
   const std::string cause = why.empty() ? instruments_.analog_input.LastProblem() : why;
@@ -266,25 +213,26 @@ void MeasureForm::BeginGap(const std::string& why, std::int32_t now) {
   if (gaps_ == kListedGaps) LogEvent("Further gaps are counted, not listed");
 }
 
-void MeasureForm::EndGap() {
+void Run::EndGap() {
   if (gaps_ < kListedGaps) {
     LogEvent("Readings are back after " + PlainNumber(failed_ticks_) + " failed, " +
-             FormatDuration(failing_.Read(host().clock.TickCount())));
+             FormatDuration(failing_.Read(host_.clock.TickCount())));
   }
   failed_ticks_ = 0;
 }
 
-std::string MeasureForm::BoardMessage() const {
+std::string Run::BoardMessage() const {
   const std::string problem = instruments_.analog_input.LastProblem();
   return problem.empty() ? board_message_ : board_message_ + "\n" + problem;
 }
 
-void MeasureForm::StartGenerator() {
+void Run::StartGenerator() {
   generator_started_ = true;
   instruments_.generator.OutputOn();
 }
 
-std::int32_t MeasureForm::SetRotation(std::int32_t rpm) {
+std::int32_t Run::SetRotation(std::int32_t rpm) {
+  motor_used_ = true;
   const bool log = std::exchange(logged_rpm_, rpm) != rpm;
   const std::int32_t applied = instruments_.rotation.SetRotation(rpm);
   if (log) {
@@ -296,79 +244,83 @@ std::int32_t MeasureForm::SetRotation(std::int32_t rpm) {
   return applied;
 }
 
-void MeasureForm::StopDevices() {
-  if (std::exchange(generator_started_, false)) instruments_.generator.OutputOff();
-  SetRotation(0);
+void Run::LogEvent(const std::string& text) {
+  workstation_.run_log.Event(text, log_entry_);
 }
 
-void MeasureForm::StopWithSound(EndReason reason) {
-  RequestStop(reason);
-  host().sound.Play(settings().SoundFileName);
+void Run::Say(const std::string& text) {
+  LogEvent("Message: " + text);
+  host_.dialogs.Message(text);
 }
 
-TrackRecord& MeasureForm::StoreRun(int track, Mode mode, const std::string& title, int columns) {
-  const auto points = RecordedPoints();
-  for (int column = 0; column < columns; ++column) {
-    std::vector<double>& values = workstation_.tracks.Column(column, track);
-    values.resize(points.size());
-    std::transform(points.begin(), points.end(), values.begin(), [column](const AcquiredPoint& p) {
-      return p[static_cast<std::size_t>(column)];
-    });
+TrackRecord& Run::StoreTrack(int track, Mode mode, const std::string& title,
+                             std::initializer_list<std::size_t> columns) {
+  int target = 0;
+  for (const std::size_t column : columns) {
+    const auto values = points_.Column(column);
+    workstation_.tracks.Column(target++, track).assign(values.begin(), values.end());
   }
-  return StampTrack(track, mode, title);
-}
-
-TrackRecord& MeasureForm::StampTrack(int track, Mode mode, const std::string& title) {
   TrackRecord& record = workstation_.tracks.Record(track);
   record.Mode = mode;
   record.Title = title;
-  record.MeasTime = FormatGeneralDate(host().clock.Now());
-  record.pnum = point_index_;
+  record.MeasTime = FormatGeneralDate(host_.clock.Now());
+  record.pnum = points_.size();
   if (!stored_track_) stored_track_ = track;
   stored_to_ = track;
 
   KouteckyLevichLists& lists = workstation_.tracks.kl;
   lists.Resize();
   lists.KLNStart[static_cast<std::size_t>(track)] = 0;
-  lists.KLNEnd[static_cast<std::size_t>(track)] = std::max(point_index_ - 1, 0);
+  lists.KLNEnd[static_cast<std::size_t>(track)] = points_.size() - 1;
   return record;
 }
 
-void MeasureForm::Tick() {
-  const TickGuard guard(*timer_, unloaded_);
-  if (!measuring_) {
-    MonitorTick();
-  } else if (stop_requested_) {
-    Finish();
-  } else {
-    MeasureTick();
-  }
+void Run::MakeSafe() {
+  if (std::exchange(generator_started_, false)) instruments_.generator.OutputOff();
+  if (motor_used_) SetRotation(0);
 }
 
-void MeasureForm::Finish() {
-  if (const auto interval = std::exchange(sampling_interval_, 0)) timer_->SetInterval(interval);
-  FinishRun();
-  measuring_ = false;
-  TellEnd();
-  start_->SetEnabled(true);
+void Run::Finish() {
+  if (const auto interval = std::exchange(slowed_from_, 0)) SetInterval(interval);
+  technique_->Conclude(*this);
+  MakeSafe();
+  if (points_.size() > 0) {
+    technique_->Store(*this);
+    workstation_.ShowTrack(stored_track_.value());
+  }
+  active_ = false;
+  state_.report = Report();
+  workstation_.run_log.End(std::exchange(log_entry_, 0), state_.report->how);
+  Publish();
   workstation_.end_active_run = nullptr;
   workstation_.running_flag = 0;
 }
 
-void MeasureForm::EndRunNow() {
-  if (!measuring_) return;
+void Run::EndNow() {
+  if (!active_) return;
   RequestStop(EndReason::kClosing);
   Finish();
 }
 
-void MeasureForm::CloseRequested() {
-  EndRunNow();
-  Form::CloseRequested();
+RunReport Run::Report() const {
+  RunReport report{technique_->name(), end_reason_, EndInWords(), stored_track_, stored_to_, 0};
+  if (stored_track_) report.points = workstation_.tracks.Record(*stored_track_).pnum;
+  return report;
 }
 
-void MeasureForm::Unload() {
-  EndRunNow();
-  unloaded_ = true;
+std::string Run::EndInWords() const {
+  std::string how = InWords(end_reason_);
+  if (stored_track_) {
+    how += "; " + PlainNumber(points_.size()) + " points in track" +
+           TrackRange(*stored_track_, stored_to_);
+  } else {
+    how += "; no points, nothing stored";
+  }
+  if (gaps_ > 0) {
+    how += "; " + PlainNumber(missing_points_) + " readings failed, in " + PlainNumber(gaps_) +
+           (gaps_ == 1 ? " gap" : " gaps");
+  }
+  return how;
 }
 
 }  // namespace zento

@@ -1,20 +1,24 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "core/modes.h"
 #include "core/run_log.h"
-#include "core/run_report.h"
+#include "core/run_state.h"
+#include "core/track.h"
 #include "core/workstation.h"
 #include "devices/instruments.h"
-#include "host/controls.h"
-#include "host/form.h"
 #include "host/host.h"
-#include "host/timer.h"
 #include "measure/plan.h"
+#include "measure/technique.h"
 
 namespace zento {
 
@@ -30,190 +34,181 @@ class ElapsedTime {
   std::int64_t elapsed_ = 0;
 };
 
-// A timer's period in whole milliseconds, 1 to 2^31 - 1, for `rate` ticks a second. Windows differ
-// in whether they cut the fraction off or round it (halves to even).
-std::int64_t PeriodCut(double rate);
-std::int64_t PeriodRounded(double rate);
-
-// `accumulation` as a number of reading rounds: whole, at least 1, and few enough that a tick comes
-// back to the person within minutes whatever was typed.
-std::int32_t AccumulationRounds(double accumulation);
-
-// The track that receives the result, 0 to 20, shown in a box and stepped by arrows that wrap
-// around. What a person types counts once the box is left or Enter is pressed.
-class TargetTrack {
+// The points of a run, column by column: those that are kept, and perhaps one reading behind them
+// that nobody has kept yet.
+class RunPoints {
  public:
-  TargetTrack(TextBox& box, UpDown& arrows);
-  int number() const { return number_; }
-  // Clamped to 0 to 20.
-  void Select(std::int32_t track);
-  // After 20 comes 0.
-  void Advance() { Step(1); }
-  // Takes what stands in the box.
-  void Commit();
+  void Clear(std::size_t columns);
+  // Writes the reading behind the kept points, over the one that stood there.
+  void Put(std::span<const double> point);
+  // Keeps that reading; false when there is room for no more than Plan::kPointRoom.
+  bool Keep();
+
+  std::int32_t size() const { return kept_; }
+  // With the reading that is not kept.
+  std::int32_t Written() const { return static_cast<std::int32_t>(columns_.front().size()); }
+  // How often one was written, so that a window knows what it has not drawn yet.
+  std::int64_t Readings() const { return readings_; }
+  double At(std::size_t column, std::int32_t index) const {
+    return columns_[column][static_cast<std::size_t>(index)];
+  }
+  // The first `count` values.
+  std::span<const double> Column(std::size_t column, std::int32_t count) const {
+    return std::span(columns_[column]).first(static_cast<std::size_t>(count));
+  }
+  std::span<const double> Column(std::size_t column) const { return Column(column, kept_); }
 
  private:
-  void Step(int direction);
-  TextBox& box_;
-  int number_ = 0;
+  std::vector<std::vector<double>> columns_{1};
+  std::int32_t kept_ = 0;
+  std::int64_t readings_ = 0;
 };
 
-// What every measurement window has in common: one timer with two states (a live monitor, and
-// measuring), the claim on the workstation's running flag, the points, the stop request that the
-// next tick acts on, and the way to a safe end. A window adds its controls, its plan, what a tick
-// reads and draws, and what is stored.
+// A measurement from its start to its safe end, whatever the technique and whoever watches. It
+// holds the workstation's running flag, the run's time, points and gaps, its place in the log, and
+// the stop request that the next tick acts on; it publishes where it stands (Workstation::runs).
+// Every way out goes through one end: generator off, rotation 0, then the points into their tracks.
 //
-// Nothing here waits for a person: messages are shown and the run goes on to its end.
-class MeasureForm : public Form {
+// A point's way: the board's reading, Technique::Tick, Put and Keep, the track. Windows fetch what
+// they draw. Nothing here waits for a person: messages are shown and the run goes on to its end.
+class Run {
  public:
-  // A run is ended first: its points stored, generator off, rotation 0.
-  void CloseRequested() override;
-  void Unload() override;
+  Run(Workstation& workstation, Host& host, Instruments& instruments)
+      : workstation_(workstation), host_(host), instruments_(instruments) {}
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
 
-  bool Measuring() const { return measuring_; }
-  // The plan of the run that goes on, or of the last one.
-  virtual Plan CurrentPlan() const = 0;
+  // --- For whoever runs it.
 
- protected:
-  MeasureForm(Workstation& workstation, Host& host, Instruments& instruments, std::string name,
-              std::string caption);
-
-  // Once the window's controls exist. `start` is disabled during a run.
-  void Attach(Timer& timer, Button& start);
-
-  // Texts shown when a device does not open. A window that uses no generator or motor leaves them
-  // empty.
-  struct OpenMessages {
-    std::string analog_input;
-    std::string bus;
-    std::string analog_output;
-  };
-  // Opens what the settings name, in the order of the texts; false after the first failure, whose
-  // text has been shown.
-  bool OpenDevices(const OpenMessages& messages);
-
-  // Claims the running flag and empties the run's state; the timer rests until the window enables
-  // it. False, with a message, while anything else is running.
-  bool BeginRun();
-  // Opens the run's entry in the log, with Parameters(). Called once the run's plan is made and
-  // before anything is switched on; `what` is the run as a person calls it ("Potential step").
-  void LogBegin(const std::string& what);
-  // Something worth reading the morning after. Not for what happens at every tick.
-  void LogEvent(const std::string& text);
-  // A message box, noted in the log during a run. It holds up nothing.
-  void Say(const std::string& text);
-
+  // Claims the running flag. False, with a message, while anything else is running. To be followed
+  // by Begin.
+  bool Claim();
+  // `board_message` is shown, with the cause behind it, when the board falls silent. Ticks are due
+  // from the return on.
+  void Begin(std::unique_ptr<Technique> technique, RunChoices choices, std::string board_message);
+  // What a person changed meanwhile.
+  void Choose(RunChoices choices) { choices_ = std::move(choices); }
+  void Tick();
+  // Keeps the reading behind the kept points, if there is one.
+  void KeepReading();
   // The next tick ends the run; at slow sampling it comes within a second. Without a run, nothing
   // happens.
-  void RequestStop(EndReason reason = EndReason::kPerson);
-  bool StopRequested() const { return stop_requested_; }
-  // Of the stop that was requested.
-  EndReason Reason() const { return end_reason_; }
+  void RequestStop(EndReason reason);
+  // The same, on behalf of a person.
+  void Stop();
   // Ends the run now, if there is one.
-  void EndRunNow();
+  void EndNow();
 
-  // The moment from which the run's time counts, set at the start and again when the first point
-  // is kept.
-  void RestartTime() { time_.Restart(host().clock.TickCount()); }
-  std::int64_t ReadTime() { return time_.Read(host().clock.TickCount()); }
+  bool Active() const { return active_; }
+  // Of the run that goes on or the last one; null before the first.
+  const Technique* technique() const { return technique_.get(); }
+  const RunState& state() const { return state_; }
+  const RunPoints& points() const { return points_; }
 
-  // Points are recorded once the sweep, step or ramp has begun; until then each tick overwrites
-  // point 0.
-  bool Recording() const { return recording_; }
-  void StartRecording();
+  // The milliseconds between ticks change; from now on if it happens outside of a tick, from the
+  // last tick's due time on inside of it.
+  std::function<void(std::int64_t millis)> on_interval;
+  // Told what is published before anybody else is.
+  std::function<void(const RunState&)> on_state;
 
-  // The slot of the next point, 0 to 20001.
-  std::int32_t PointIndex() const { return point_index_; }
-  AcquiredPoint& Point(std::int32_t index);
-  std::span<const AcquiredPoint> RecordedPoints() const;
-  // Keeps the point just written. The last slot is not kept: it requests the stop instead and says
-  // "Buffer overflow!".
-  void KeepPoint();
+  // --- For its technique.
+
+  Workstation& workstation() const { return workstation_; }
+  Host& host() const { return host_; }
+  Instruments& instruments() const { return instruments_; }
+  const RunChoices& choices() const { return choices_; }
+
+  // The moment from which the run's time counts; StartRecording sets it anew.
+  void RestartTime();
+  std::int64_t ReadTime();
+  void SetInterval(std::int64_t millis);
 
   // Sums `rounds` readings of each channel into `sums`, channel after channel, round after round.
   // False when a reading failed: the sums are of no use then.
   bool ReadSums(std::span<const std::uint8_t> channels, std::int32_t rounds,
-                std::span<double> sums);
-  // Tells how a run's tick went. A tick that got no point leaves a gap; when nothing but such ticks
-  // came for two seconds, and at least five of them, the run is brought to its end with a message:
-  // `why`, or that of a board that does not open with the cause behind it.
-  void TickSucceeded() {
+                std::span<double> sums) {
+    return instruments_.analog_input.ReadSum(channels, rounds, sums);
+  }
+  // Tells how a tick's readings went. A tick that got no point leaves a gap; when nothing but such
+  // ticks came for two seconds, and at least five of them, the run is brought to its end with a
+  // message: `why`, or that of a board that does not open with the cause behind it.
+  void ReadingSucceeded() {
     if (failed_ticks_ != 0) EndGap();
   }
-  void TickFailed(const std::string& why = {});
+  void ReadingFailed(const std::string& why = {});
+
+  bool Recording() const { return recording_; }
+  void StartRecording();
+  void Put(std::span<const double> point) { points_.Put(point); }
+  void Put(std::initializer_list<double> point) { points_.Put({point.begin(), point.size()}); }
+  // Keeps the point just written. The last one is not kept: it requests the stop instead and says
+  // "Buffer overflow!".
+  void Keep();
+  bool StopRequested() const { return stop_requested_; }
+  // Of the stop that was requested.
+  EndReason Reason() const { return end_reason_; }
+  // Requests the stop with the end-of-measurement sound.
+  void StopWithSound(EndReason reason);
 
   // Switches the generator on, and marks it to be switched off at the end.
   void StartGenerator();
-  // A rotation rate that the run asks for; other rates than the last one are noted in the log.
-  // Returns the one that was applied, after the calibration's limits. Ramps and feedback, which
-  // change it at many ticks, go through instruments() instead.
+  // A rotation rate that the run asks for, which is 0 after its end; other rates than the last one
+  // are noted in the log. Returns the one that was applied, after the calibration's limits. Ramps
+  // and feedback, which change it at many ticks, go through instruments() instead.
   std::int32_t SetRotation(std::int32_t rpm);
-  // Generator off when it was started, rotation 0.
-  void StopDevices();
 
-  // Requests the stop with the end-of-measurement sound.
-  void StopWithSound(EndReason reason = EndReason::kTime);
+  // Something worth reading the morning after. Not for what happens at every tick.
+  void LogEvent(const std::string& text);
+  // A message box, noted in the log. It holds up nothing.
+  void Say(const std::string& text);
 
-  // Puts the recorded points into the track (`columns` of 2 or 3) with the header fields that all
-  // modes share: mode, title, time of day, point count. The window fills in the others. The range
-  // that the Koutecky-Levich analysis uses becomes the whole track.
-  TrackRecord& StoreRun(int track, Mode mode, const std::string& title, int columns);
-
-  // The header fields that all modes share, for a track whose `PointIndex()` points the window puts
-  // there itself. A run that stores several tracks stores consecutive ones, from the lowest on.
-  TrackRecord& StampTrack(int track, Mode mode, const std::string& title);
-
-  // Everything the run was started with, as used by it and with units, title and target track
-  // included. Called by LogBegin.
-  virtual std::vector<RunParameter> Parameters() const = 0;
-
-  // What becomes of a rate that the motor is told, and how many points come in so many ms.
-  PlannedRate PlanRate(double rpm) const { return {rpm, RateAsApplied(workstation_, rpm)}; }
-  static std::optional<std::int64_t> PlanPoints(const Plan& plan);
-
-  Workstation& workstation() const { return workstation_; }
-  Instruments& instruments() const { return instruments_; }
-  const Settings& settings() const { return workstation_.settings; }
-
-  virtual void MonitorTick() = 0;
-  // A tick of a run without a stop request.
-  virtual void MeasureTick() = 0;
-  // The run ends: draw, store, and stop the devices.
-  virtual void FinishRun() = 0;
+  // Puts `columns` of the kept points into the track's columns 0, 1 and so on, with the header
+  // fields that all modes share: mode, title, time of day, point count. The technique fills in the
+  // others. The range that the Koutecky-Levich analysis uses becomes the whole track. A run that
+  // stores several tracks stores consecutive ones, from the lowest on.
+  TrackRecord& StoreTrack(int track, Mode mode, const std::string& title,
+                          std::initializer_list<std::size_t> columns);
 
  private:
-  void Tick();
+  void Publish();
+  void MakeSafe();
   void Finish();
   void BeginGap(const std::string& why, std::int32_t now);
   void EndGap();
-  void TellEnd();
+  RunReport Report() const;
   std::string EndInWords() const;
   std::string BoardMessage() const;
 
   Workstation& workstation_;
+  Host& host_;
   Instruments& instruments_;
-  Timer* timer_ = nullptr;
-  Button* start_ = nullptr;
 
-  bool unloaded_ = false;
-  bool measuring_ = false;
-  bool stop_requested_ = false;
+  std::unique_ptr<Technique> technique_;
+  RunChoices choices_;
+  RunPoints points_;
+  RunState state_;
+  std::string board_message_;
+
+  bool active_ = false;
   bool recording_ = false;
-  bool generator_started_ = false;
-  std::int32_t point_index_ = 0;
-  std::int64_t sampling_interval_ = 0;  // ms; 0 unless the last tick was hurried
-  std::optional<int> stored_track_;     // the first one
-  int stored_to_ = 0;                   // the last one
+  bool stop_requested_ = false;
   EndReason end_reason_ = EndReason::kPerson;
-  std::string what_;  // the run, as a person calls it
-  RunLog::Entry log_entry_ = 0;
+  bool generator_started_ = false;
+  bool motor_used_ = false;
   std::int32_t logged_rpm_ = 0;
+
   ElapsedTime time_;
+  std::int64_t elapsed_ = 0;      // ms, as read last
+  std::int64_t interval_ = 1;     // ms
+  std::int64_t slowed_from_ = 0;  // ms; 0 unless the last tick was hurried
   int failed_ticks_ = 0;
   ElapsedTime failing_;
-  int gaps_ = 0;            // of this run
+  int gaps_ = 0;
   int missing_points_ = 0;  // in them
-  std::string board_message_;
+
+  RunLog::Entry log_entry_ = 0;
+  std::optional<int> stored_track_;  // the first one
+  int stored_to_ = 0;                // the last one
 };
 
 }  // namespace zento

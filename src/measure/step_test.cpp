@@ -33,15 +33,15 @@ TEST(StepForm, KeepsItsEntriesInTheSettingsAndCorrectsThemSilently) {
   EXPECT_EQ(step.txtSamplingDivision.text(), "1.2");
   EXPECT_EQ(step.txtRPM.text(), "300");
   EXPECT_EQ(step.chkGraphOn.value(), 0);
-  EXPECT_EQ(step.PSTimer.Interval(), 100);
+  EXPECT_EQ(step.timer.Interval(), 100);
 
   ASSERT_TRUE(step.txtAccum.UserSet("0").ok());
   EXPECT_EQ(step.txtAccum.text(), "1");
   ASSERT_TRUE(step.txtInitSamplingRate.UserSet("300").ok());
-  EXPECT_EQ(step.PSTimer.Interval(), 3);
+  EXPECT_EQ(step.timer.Interval(), 3);
   ASSERT_TRUE(step.txtInitSamplingRate.UserSet("-3").ok());
   EXPECT_EQ(step.txtInitSamplingRate.text(), "0.1");
-  EXPECT_EQ(step.PSTimer.Interval(), 10'000);
+  EXPECT_EQ(step.timer.Interval(), 10'000);
   ASSERT_TRUE(step.txtCoulomb.UserSet("0.025").ok());
   ASSERT_TRUE(step.chkGraphOn.UserClick().ok());
   EXPECT_EQ(rig.ws.settings.PSAccum, 1);
@@ -141,7 +141,7 @@ TEST(StepForm, VariableSamplingKeepsItsOwnCadence) {
   // The last point stands where the time is over, not at the end of an interval of its own.
   EXPECT_DOUBLE_EQ(rig.ws.tracks.Points(0, 3).back(), 600.001);
   EXPECT_EQ(rig.ws.settings.PSInitSamplingRate, 10);
-  EXPECT_EQ(step.PSTimer.Interval(), 100) << "the monitor goes on at the rate in the box";
+  EXPECT_EQ(step.timer.Interval(), 100) << "the monitor goes on at the rate in the box";
 }
 
 TEST(StepForm, ADivisionThatMultipliesIsSafe) {
@@ -174,7 +174,7 @@ TEST(StepForm, StopTakesEffectWithinASecond) {
   step.MeasMode(1);
   step.StartMeasurement();
   rig.RunFor(2.2 + 100);
-  EXPECT_EQ(step.PSTimer.Interval(), 2'700'000);
+  EXPECT_EQ(step.timer.Interval(), 2'700'000);
   ASSERT_TRUE(step.cmdStop.UserClick().ok());
   rig.RunFor(1);
   EXPECT_EQ(rig.ws.running_flag, 0);

@@ -14,11 +14,13 @@
 #include <string_view>
 #include <vector>
 
+#include "core/settings.h"
 #include "core/settings_file.h"
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
-#include "measure/measure_forms.h"
+#include "measure/measure_form.h"
 #include "sim/bench.h"
 #include "sim/test_support.h"
 

@@ -5,13 +5,15 @@
 #include <string>
 #include <vector>
 
+#include "core/settings.h"
 #include "core/settings_file.h"
+#include "core/track_store.h"
 #include "core/workstation.h"
 #include "devices/instruments.h"
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
 #include "measure/cv_form.h"
-#include "measure/measure_forms.h"
+#include "measure/measure_form.h"
 #include "measure/rde_form.h"
 #include "measure/rpm_form.h"
 #include "measure/step_form.h"

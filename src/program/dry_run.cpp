@@ -1,6 +1,5 @@
 #include "program/dry_run.h"
 
-#include "core/home.h"
 #include "core/settings_file.h"
 
 namespace zento {

@@ -7,7 +7,7 @@
 #include "macro/check.h"
 #include "program/headless_program.h"
 #include "sim/parameters.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

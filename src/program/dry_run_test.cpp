@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "core/home.h"
 #include "core/settings_file.h"
 #include "core/settings_table.h"
+#include "core/track_store.h"
 #include "host/virtual/memory_services.h"
 
 namespace zento {

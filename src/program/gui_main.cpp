@@ -22,6 +22,7 @@
 #include "qt/qt_host.h"
 #include "qt/qt_text.h"
 #include "qt/start_up.h"
+#include "text/status.h"
 
 namespace {
 

@@ -114,7 +114,7 @@ class HeadlessProgram::RealMachine : public Machine {
   explicit RealMachine(const HeadlessOptions& options)
       : files_(options), mail_(MakeNativeMail(timers_, {.home = options.program.home})) {
     if (!options.interruptible) return;
-    termination_.emplace([](void* loop) { static_cast<RealTimeLoop*>(loop)->Wake(); }, &loop_);
+    termination_.emplace([this] { loop_.Wake(); });
   }
   Host& host() override { return host_; }
   VirtualDialogs& dialogs() override { return dialogs_; }

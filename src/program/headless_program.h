@@ -9,7 +9,7 @@
 
 #include "host/event_loop.h"
 #include "host/host.h"
-#include "host/virtual/memory_mail.h"
+#include "host/virtual/memory_services.h"
 #include "host/virtual/virtual_dialogs.h"
 #include "program/main_program.h"
 

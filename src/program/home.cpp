@@ -3,7 +3,6 @@
 #include <cmath>
 #include <utility>
 
-#include "core/home.h"
 #include "core/settings_file.h"
 #include "core/settings_table.h"
 #include "devices/rotation.h"

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-#include "host/native/home_lock.h"
+#include "host/native/home.h"
 #include "host/services.h"
 #include "sim/parameters.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

@@ -3,13 +3,15 @@
 #include <utility>
 
 #include "analysis/analysis_forms.h"
-#include "core/rescue.h"
 #include "core/settings_file.h"
+#include "core/track_file.h"
+#include "core/track_store.h"
 #include "devices/vendor/loader.h"
 #include "graph/graph_form.h"
 #include "macro/macro_form.h"
-#include "measure/measure_forms.h"
+#include "measure/measure_form.h"
 #include "program/home.h"
+#include "ui/main/device_forms.h"
 #include "ui/main/device_forms.h"
 #include "ui/main/main_forms.h"
 

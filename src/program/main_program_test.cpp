@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "graph/graph_form.h"
 #include "host/virtual/memory_services.h"
 #include "macro/interpreter.h"

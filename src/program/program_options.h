@@ -8,7 +8,7 @@
 
 #include "program/headless_program.h"
 #include "sim/parameters.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace CLI {
 class App;

@@ -13,9 +13,11 @@
 #include <vector>
 
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "host/controls.h"
+#include "host/desktop.h"
 #include "host/virtual/memory_services.h"
-#include "measure/run.h"
+#include "measure/measure_form.h"
 #include "program/headless_program.h"
 #include "sim/random.h"
 #include "ui/main/control_panel.h"

@@ -14,6 +14,7 @@
 #include <string>
 
 #include "qt/qt_text.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

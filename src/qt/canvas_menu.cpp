@@ -19,12 +19,15 @@
 
 #include "graph/svg_surface.h"
 #include "host/canvas.h"
+#include "host/dialogs.h"
 #include "host/form.h"
 #include "host/host.h"
+#include "host/services.h"
 #include "qt/canvas_widget.h"
 #include "qt/qt_surface.h"
 #include "qt/qt_text.h"
 #include "qt/raster_surface.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

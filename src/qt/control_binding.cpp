@@ -71,7 +71,7 @@ std::unique_ptr<ControlBinding> MakeBinding(Control& control, BindingContext& co
       return Bind(dynamic_cast<Canvas&>(control), context);
     case ControlKind::kProgressBar:
       return Bind(dynamic_cast<ProgressBar&>(control), context);
-    case ControlKind::kMenuEntry:
+    case ControlKind::kMenuItem:
     case ControlKind::kTimer:
       break;
   }

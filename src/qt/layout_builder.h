@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "host/layout.h"
+#include "host/form.h"
 
 class QBoxLayout;
 class QGridLayout;

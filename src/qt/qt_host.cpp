@@ -12,6 +12,7 @@
 
 #include "host/native/alarm.h"
 #include "host/native/native_mail.h"
+#include "host/services.h"
 #include "qt/form_window.h"
 #include "qt/qt_text.h"
 #include "qt/raster_surface.h"

@@ -18,6 +18,7 @@
 #include <utility>
 
 #include "qt/qt_text.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

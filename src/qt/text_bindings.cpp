@@ -14,6 +14,7 @@
 
 #include "qt/basic_bindings.h"
 #include "qt/qt_text.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -18,6 +18,7 @@
 #include "host/file_target.h"
 #include "host/form.h"
 #include "qt/qt_text.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -160,7 +161,7 @@ FormMenu::FormMenu(Form& form, QMenuBar& bar, std::function<void()> before_actio
   std::map<std::string, QMenu*> menus;
   QString taken;
   for (Control* control : form.controls()) {
-    auto* entry = dynamic_cast<MenuEntry*>(control);
+    auto* entry = dynamic_cast<MenuItem*>(control);
     if (entry == nullptr) continue;
     QMenu*& menu = menus[entry->menu()];
     if (menu == nullptr) {
@@ -173,7 +174,7 @@ FormMenu::FormMenu(Form& form, QMenuBar& bar, std::function<void()> before_actio
   bar.setVisible(!menus.empty());
 }
 
-void FormMenu::Add(MenuEntry& entry, QMenu& menu) {
+void FormMenu::Add(MenuItem& entry, QMenu& menu) {
   if (entry.separator_before) menu.addSeparator();
   QString taken = menu.property("mnemonics").toString();
   QAction* action = menu.addAction(WithMnemonic(ToQt(entry.caption()), taken));

@@ -15,7 +15,7 @@ namespace zento {
 class Control;
 class FileTarget;
 class Form;
-class MenuEntry;
+class MenuItem;
 
 // What stands around a form's controls in its window.
 
@@ -59,7 +59,7 @@ class FormMenu : public QObject {
   void Detach() { gone_ = true; }
 
  private:
-  void Add(MenuEntry& entry, QMenu& menu);
+  void Add(MenuItem& entry, QMenu& menu);
   std::map<const Control*, QAction*> actions_;
   std::function<void()> before_action_;
   bool gone_ = false;

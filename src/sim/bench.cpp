@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "text/format.h"
+#include "text/status.h"
 
 namespace zento::sim {
 namespace {

@@ -4,6 +4,8 @@
 
 #include "sim/bench.h"
 
+#include "text/status.h"
+
 namespace zento::sim {
 namespace {
 

@@ -8,7 +8,7 @@
 #include <numbers>
 #include <vector>
 
-#include "host/virtual/virtual_clock.h"
+#include "host/virtual/virtual_time.h"
 #include "sim/test_support.h"
 
 namespace zento::sim {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento::sim {
 namespace {

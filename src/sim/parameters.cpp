@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento::sim {
 namespace {

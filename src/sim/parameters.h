@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento::sim {
 

@@ -1,4 +1,5 @@
 #include "sim/parameters.h"
+#include "text/status.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "sim/plant.h"
+#include "text/status.h"
 
 namespace zento::sim {
 

@@ -9,6 +9,7 @@
 
 #include "sim/command_generator.h"
 #include "sim/parameters.h"
+#include "text/status.h"
 
 namespace zento::sim {
 

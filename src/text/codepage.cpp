@@ -1,10 +1,11 @@
 #include "text/codepage.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
-#include "text/codepage932_table.h"
 #include "text/lines.h"
 
 namespace zento {
@@ -113,6 +114,10 @@ void AppendUtf8(std::string& out, char32_t c) {
   }
 }
 
+// The two-byte characters of code page 932: lead bytes 81 to 9F and E0 to FC, trail bytes 40 to 7E
+// and 80 to FC.
+constexpr std::size_t kTrails = 63 + 125;
+
 bool IsLead(unsigned byte) {
   return Between(byte, 0x81, 0x9F) || Between(byte, 0xE0, 0xFC);
 }
@@ -120,14 +125,19 @@ bool IsTrail(unsigned byte) {
   return Between(byte, 0x40, 0xFC) && byte != 0x7F;
 }
 
-// The character of a lead and a trail byte, U+FFFD if there is none.
-char32_t TwoByteCharacter(unsigned lead, unsigned trail) {
-  const std::size_t column = trail - (trail < 0x7F ? 0x40 : 0x41);
-  if (Between(lead, 0xF0, 0xF9)) {
-    return static_cast<char32_t>(0xE000 + (lead - 0xF0) * kCodePage932Trails + column);
-  }
-  const char16_t* row = kCodePage932Rows[lead < 0xA0 ? lead - 0x81 : lead - 0xE0 + 31];
-  return row == nullptr ? kReplacement : row[column];
+// The units of all pairs, lead by lead; asked for when the first such text is met, and kept, as a
+// call of the converter costs more than a look at a table of 22 kB.
+const std::u16string& PairUnits() {
+  static const std::u16string units = [] {
+    std::vector<std::array<char, 2>> pairs;
+    for (unsigned lead = 0; lead <= 0xFF; ++lead) {
+      for (unsigned trail = 0; IsLead(lead) && trail <= 0xFF; ++trail) {
+        if (IsTrail(trail)) pairs.push_back({static_cast<char>(lead), static_cast<char>(trail)});
+      }
+    }
+    return ConvertPairs932(pairs);
+  }();
+  return units;
 }
 
 // Appends the character at `at`, which is not ASCII; returns its length in bytes.
@@ -139,8 +149,11 @@ std::size_t AppendCharacter932(std::string& out, std::string_view bytes, std::si
   }
   const unsigned trail = ByteAt(bytes, at + 1);
   if (IsLead(byte) && IsTrail(trail)) {
-    const char32_t c = TwoByteCharacter(byte, trail);
-    if (c != kReplacement) {
+    const std::u16string& units = PairUnits();
+    const std::size_t row = byte < 0xA0 ? byte - 0x81 : byte - 0xE0 + 31;
+    const std::size_t at_pair = row * kTrails + trail - (trail < 0x7F ? 0x40 : 0x41);
+    const char32_t c = units.empty() ? kReplacement : units[at_pair];
+    if (c != kReplacement || units.empty()) {
       AppendUtf8(out, c);
       return 2;
     }
@@ -162,8 +175,7 @@ void AppendCodePage932(std::string& out, std::string_view bytes) {
 bool IsUtf8Line(std::string_view line) {
   const std::size_t good = FindMalformed(line);
   const bool whole = good == line.size() || good + SequenceAt(line, good).length == line.size();
-  const bool ended = line.ends_with('\n');
-  return whole && (good == line.size() || !ended) && IsPlainlyUtf8(line.substr(0, good));
+  return whole && IsPlainlyUtf8(line.substr(0, good));
 }
 
 // As spreadsheets save "Unicode text". A lone surrogate becomes U+FFFD, a last odd byte as well.
@@ -191,6 +203,23 @@ std::string DecodeUtf16(std::string_view bytes, bool low_byte_first) {
   return out;
 }
 
+// The length of a character that begins with this byte.
+std::size_t LengthAfter(char first) {
+  const auto byte = static_cast<unsigned char>(first);
+  return byte < 0xC0 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
+}
+
+// How many bytes at the end begin a character without ending it.
+std::size_t CutOff(std::string_view piece) {
+  constexpr std::size_t kMost = 3;
+  for (std::size_t count = 1; count <= std::min(kMost, piece.size()); ++count) {
+    const char first = piece[piece.size() - count];
+    const bool begins = (static_cast<unsigned char>(first) & 0xC0U) != 0x80U;
+    if (begins) return LengthAfter(first) > count ? count : 0;
+  }
+  return 0;
+}
+
 }  // namespace
 
 bool IsValidUtf8(std::string_view bytes) {
@@ -206,6 +235,21 @@ std::string MakeValidUtf8(std::string_view bytes) {
     out += kReplacementUtf8;
     bytes.remove_prefix(good + SequenceAt(bytes, good).length);
   }
+}
+
+void Utf8Stream::Feed(std::string_view piece) {
+  while (valid_ && !piece.empty() && !tail_.empty()) {
+    tail_ += piece.front();
+    piece.remove_prefix(1);
+    if (tail_.size() >= LengthAfter(tail_.front())) {
+      valid_ = IsValidUtf8(tail_);
+      tail_.clear();
+    }
+  }
+  if (!valid_ || piece.empty()) return;
+  const std::size_t whole = piece.size() - CutOff(piece);
+  valid_ = IsValidUtf8(piece.substr(0, whole));
+  tail_ = piece.substr(whole);
 }
 
 std::string DecodeCodePage932(std::string_view bytes) {

@@ -3,8 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "text/calendar.h"
-
 namespace zento {
 
 // Writes a number after a pattern such as "0.0000", "##0.0", "0.0###e+0" or "000E+0":
@@ -25,6 +23,18 @@ namespace zento {
 // place gives the general form (PlainNumber).
 std::string Format(double value, std::string_view pattern);
 
+// A moment of local civil time, as a wall clock shows it.
+struct CalendarTime {
+  int year = 1970;
+  int month = 1;  // 1 to 12
+  int day = 1;    // 1 to 31
+  int hour = 0;   // 0 to 23
+  int minute = 0;
+  int second = 0;
+
+  friend bool operator==(const CalendarTime&, const CalendarTime&) = default;
+};
+
 // "2026/11/22 21:32:39", the same in every locale.
 std::string FormatGeneralDate(const CalendarTime& time);
 
@@ -40,5 +50,18 @@ char* WriteFixed4(char* out, double value);
 // "0.0###e+0". `out` has room for kLongestScientific characters.
 inline constexpr int kLongestScientific = 12;  // "-1.2346e-308"
 char* WriteScientific(char* out, double value);
+
+// The two number forms of tables on the clipboard, for their hundred thousands of numbers, under
+// the same terms: no allocation, no terminating NUL, the position behind the last character, NaN as
+// 0 and an infinity as the largest finite double, or a spreadsheet would read text.
+
+// PlainNumber, byte for byte. `out` has room for kLongestPlain characters.
+inline constexpr int kLongestPlain = 24;  // "-1.2345678901234567E-308"
+char* WritePlain(char* out, double value);
+
+// "0.0000e+0", byte for byte what Format writes for every finite double. `out` has room for
+// kLongestScientific4 characters.
+inline constexpr int kLongestScientific4 = 12;  // "-1.2346e-308"
+char* WriteScientific4(char* out, double value);
 
 }  // namespace zento

@@ -10,21 +10,14 @@
 #include <cstring>
 #include <limits>
 
+#include "text/decimal.h"
 #include "text/format.h"
-#include "text/shortest_digits.h"
-#include "text/table_number.h"
 
 namespace zento {
 namespace {
 
 constexpr int kMantissaBits = 52;
 constexpr int kExponentBias = 1075;  // of the mantissa read as an integer
-
-double MadeFinite(double value) {
-  if (std::isnan(value)) return 0;
-  constexpr double kMost = std::numeric_limits<double>::max();
-  return std::clamp(value, -kMost, kMost);
-}
 
 char* WriteSlowly(char* out, double value, std::string_view pattern) {
   const std::string text = Format(MadeFinite(value), pattern);
@@ -181,8 +174,6 @@ void WriteDecimals(char* out, const Digits& digits) {
 
 // The general form; see PlainNumber. Writes no farther than kLongestPlain - 1 characters.
 char* WriteGeneral(char* out, const Digits& digits) {
-  constexpr int kLeastPlain = -4;
-  constexpr int kMostPlain = 14;
   const int exponent = digits.exponent;
   if (exponent < kLeastPlain || exponent > kMostPlain) {
     out[0] = digits.first;

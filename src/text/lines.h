@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 namespace zento {
@@ -46,5 +47,14 @@ class LineReader {
   std::string_view rest_;
   std::size_t to_line_feed_ = kUnknown;
 };
+
+// The value of a key is one line, whatever a person or another program put into the text: line
+// breaks become blanks.
+inline std::string OneLine(std::string text) {
+  for (char& c : text) {
+    if (c == '\r' || c == '\n') c = ' ';
+  }
+  return text;
+}
 
 }  // namespace zento

@@ -3,8 +3,10 @@
 #include <concepts>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Numbers as users type them and files hold them. Nothing here looks at the locale: the decimal
 // point is "." and there are no digit groups.
@@ -67,5 +69,25 @@ template <typename Int>
 requires std::integral<Int> std::string SignedNumber(Int value) {
   return value < 0 ? std::to_string(value) : " " + std::to_string(value);
 }
+
+// Lists of numbers on one line, as the array-valued keys of the files hold them.
+
+// Every value in the general form of text files with one blank before it, negative or not, so that
+// the line reads back value for value: " 0 -5 .05".
+std::string JoinValues(std::span<const std::int16_t> values);
+std::string JoinValues(std::span<const std::int32_t> values);
+std::string JoinValues(std::span<const double> values);
+
+// The reverse. Blanks around the text are trimmed, then it is cut at every single blank: two blanks
+// in a row have an empty piece between them. Each piece is read leniently (an empty or non-numeric
+// one is 0), integers are rounded to nearest, halves to even, and clamped to their range. There are
+// as many elements as pieces, so an empty text gives one 0.
+std::vector<std::int16_t> SplitIntegers(std::string_view text);
+std::vector<std::int32_t> SplitLongs(std::string_view text);
+std::vector<double> SplitDoubles(std::string_view text);
+
+// The part of a list's line that holds its first `count` values. Files keep lists of 21, and a line
+// of megabytes must not become millions of numbers first.
+std::string_view ListHead(std::string_view text, int count);
 
 }  // namespace zento

@@ -12,7 +12,6 @@
 #include "text/codepage.h"
 #include "text/format.h"
 #include "text/lines.h"
-#include "text/list.h"
 #include "text/number.h"
 
 namespace {

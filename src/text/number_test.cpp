@@ -11,7 +11,6 @@
 #include <random>
 
 #include "text/format.h"
-#include "text/list.h"
 
 namespace zento {
 namespace {

@@ -23,6 +23,7 @@
 #include "qt/canvas_menu.h"
 #include "qt/canvas_widget.h"
 #include "qt/raster_surface.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

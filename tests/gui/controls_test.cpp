@@ -29,7 +29,7 @@ TEST_F(Controls, EveryWidgetBearsItsControlsAddress) {
   demo::DemoForm& form = Show();
   for (const Control* control : form.controls()) {
     if (control->Kind() == ControlKind::kTimer) continue;
-    if (control->Kind() == ControlKind::kMenuEntry) {
+    if (control->Kind() == ControlKind::kMenuItem) {
       EXPECT_NE(Window(form)->findChild<QAction*>(ToQt(control->Address())), nullptr);
       continue;
     }

@@ -12,7 +12,6 @@
 #include "host/desktop.h"
 #include "host/form.h"
 #include "host/host.h"
-#include "host/timer.h"
 
 namespace zento::demo {
 
@@ -118,10 +117,10 @@ class DemoForm : public Form {
     });
   }
 
-  MenuEntry mnuOpen{*this, "mnuOpen", "File", "Open", "Ctrl+O"};
-  MenuEntry mnuLater{*this, "mnuLater", "File", "Search Track"};
-  MenuEntry mnuQuit{*this, "mnuQuit", "File", "Quit", "Ctrl+Q"};
-  MenuEntry mnuCopy{*this, "mnuCopy", "Edit", "Copy A & B", "Ctrl+Shift+C"};
+  MenuItem mnuOpen{*this, "mnuOpen", "File", "Open", "Ctrl+O"};
+  MenuItem mnuLater{*this, "mnuLater", "File", "Search Track"};
+  MenuItem mnuQuit{*this, "mnuQuit", "File", "Quit", "Ctrl+Q"};
+  MenuItem mnuCopy{*this, "mnuCopy", "Edit", "Copy A & B", "Ctrl+Shift+C"};
   TextBox txtTitle{*this, "txtTitle", "Sample"};
   TextBox txtNumber{*this, "txtDataNum", "0"};
   UpDown updTrack{*this, "UpDown1"};

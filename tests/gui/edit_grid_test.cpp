@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QTableView>
 
+#include "core/track_store.h"
 #include "gui_fixture.h"
 #include "ui/main/edit_a_track_form.h"
 

@@ -11,6 +11,7 @@
 #include "gui_fixture.h"
 #include "macro/macro_form.h"
 #include "program/main_program.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

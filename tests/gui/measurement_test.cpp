@@ -11,9 +11,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/track_store.h"
 #include "gui_fixture.h"
 #include "program/main_program.h"
 #include "qt/canvas_widget.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

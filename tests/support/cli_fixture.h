@@ -13,6 +13,7 @@
 #include "cli/exit_status.h"
 #include "host/native/native_files.h"
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento {
 

@@ -2,6 +2,8 @@
 
 #include "devices/vendor/platform.h"
 #include "devices/vendor/serial_port.h"
+#include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento::vendor {
 namespace {

@@ -11,6 +11,8 @@
 
 #include "devices/vendor/platform.h"
 
+#include "text/status.h"
+
 namespace zento::vendor {
 namespace {
 

@@ -4,6 +4,7 @@
 
 #include "devices/vendor/platform.h"
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento::vendor {
 namespace {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "devices/vendor/platform.h"
+#include "text/status.h"
 
 namespace zento::vendor {
 namespace {

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "devices/vendor/tables.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento::vendor {
 

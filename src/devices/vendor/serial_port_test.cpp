@@ -1,4 +1,5 @@
 #include "devices/vendor/serial_port.h"
+#include "text/status.h"
 
 #include <gtest/gtest.h>
 

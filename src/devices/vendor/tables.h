@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento::vendor {
 

@@ -1,6 +1,7 @@
 #include "host/native/home.h"
 
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -2,10 +2,12 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 
@@ -30,5 +32,16 @@ struct HomeQuestion {
 // simulated bench's stands beside the user's one as "zento-sim" ("Zento-sim"), or inside the
 // executable's. Always absolute; fails when there is no user's data folder either.
 Result<std::filesystem::path> ResolveHome(const HomeQuestion& question);
+
+// Holds a home for one program, so that two never write its files at the same time. The lock is the
+// system's, on a file in the home: it is gone when its holder is, however it ended.
+class HomeLock {
+ public:
+  // Creates the folder when it is missing. Fails, naming the holder as it described itself with
+  // `who`, while another program holds the home; fails as well when the home cannot be written.
+  static Result<std::unique_ptr<HomeLock>> Take(const std::filesystem::path& home,
+                                                std::string_view who);
+  virtual ~HomeLock() = default;
+};
 
 }  // namespace zento

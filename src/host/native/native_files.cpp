@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento {
 

@@ -1,6 +1,11 @@
 #pragma once
 
+#include <filesystem>
+#include <optional>
+#include <string>
+
 #include "host/services.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 
@@ -24,5 +29,13 @@ class NativeFiles : public Files {
   Result<std::vector<FolderEntry>> ListFolder(const std::filesystem::path& path) override;
   std::vector<std::filesystem::path> Drives() override;
 };
+
+// The failure of the system call just made, with the system's cause as text: "write a.znt: No space
+// left on device". To be called before anything else may change the system's error code.
+Status SystemFailure(const std::string& doing);
+
+// The first line of a file that holds a secret; nothing when there is no such file. Fails, saying
+// how to mend it, when anybody but this user could read it, or where that cannot be told.
+Result<std::optional<std::string>> ReadSecretFile(const std::filesystem::path& path);
 
 }  // namespace zento

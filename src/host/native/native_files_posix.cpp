@@ -2,16 +2,18 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "host/native/home.h"
 #include "host/native/native_files.h"
-#include "host/native/system_failure.h"
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -285,6 +287,32 @@ Status NativeFiles::Rename(const std::filesystem::path& from, const std::filesys
     return SystemFailure(doing);
   }
   return ::rename(from.c_str(), to.c_str()) == 0 ? Status::Ok() : SystemFailure(doing);
+}
+
+Result<std::optional<std::string>> ReadSecretFile(const std::filesystem::path& path) {
+  // Without waiting for the writer of a pipe, should it be one.
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file) {
+    if (errno == ENOENT) return std::optional<std::string>();
+    return SystemFailure("read " + TextFromPath(path));
+  }
+  struct stat what {};
+  if (::fstat(file.get(), &what) != 0) return SystemFailure("read " + TextFromPath(path));
+  if (!S_ISREG(what.st_mode)) return Status::Failure(TextFromPath(path) + " is no file");
+  if (what.st_uid != ::geteuid() || (what.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
+    return Status::Failure(TextFromPath(path) +
+                           " is open to others; make it yours alone (chmod 600) and, if others "
+                           "may have read it, change the password");
+  }
+  std::array<char, 4096> bytes{};
+  const ssize_t count = ::read(file.get(), bytes.data(), bytes.size());
+  if (count < 0) return SystemFailure("read " + TextFromPath(path));
+  const std::string text(bytes.data(), static_cast<std::size_t>(count));
+  return std::optional(text.substr(0, text.find_first_of("\r\n")));
+}
+
+Status SystemFailure(const std::string& doing) {
+  return Status::Failure(std::generic_category().message(errno)).Within(doing);
 }
 
 }  // namespace zento

@@ -17,6 +17,7 @@
 #endif
 
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -1,13 +1,13 @@
 #include "host/native/native_files.h"
 
 #include <windows.h>
-
 #include <algorithm>
 #include <atomic>
 #include <string>
 
-#include "host/native/system_failure.h"
+#include "host/native/windows_text.h"
 #include "host/path_text.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -207,6 +207,41 @@ Status NativeFiles::AppendFlushed(const std::filesystem::path& path, std::string
 Status NativeFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {
   if (MoveFileExW(from.c_str(), to.c_str(), 0) != 0) return Status::Ok();
   return SystemFailure("rename " + TextFromPath(from) + " to " + TextFromPath(to));
+}
+
+Result<std::optional<std::string>> ReadSecretFile(const std::filesystem::path& path) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) return std::optional<std::string>();
+  return Status::Failure("who may read " + TextFromPath(path) +
+                         " cannot be told on this system; put the secret into the environment");
+}
+
+std::string Utf8FromWide(std::wstring_view wide) {
+  const int length = static_cast<int>(wide.size());
+  const int size =
+      WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
+  std::string utf8(static_cast<std::size_t>(size), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, utf8.data(), size, nullptr, nullptr);
+  return utf8;
+}
+
+std::wstring WideFromUtf8(std::string_view utf8) {
+  const int length = static_cast<int>(utf8.size());
+  const int size = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), length, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(size), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, utf8.data(), length, wide.data(), size);
+  return wide;
+}
+
+Status SystemFailure(const std::string& doing) {
+  const DWORD code = GetLastError();
+  wchar_t text[512];
+  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                code, 0, text, 512, nullptr);
+  while (length > 0 && (text[length - 1] <= L' ' || text[length - 1] == L'.')) --length;
+  std::string why = "error " + std::to_string(code);
+  if (length > 0) why = Utf8FromWide({text, length}) + " (" + why + ")";
+  return Status::Failure(why).Within(doing);
 }
 
 }  // namespace zento

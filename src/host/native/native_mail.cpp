@@ -12,13 +12,12 @@
 #include <utility>
 #include <vector>
 
-#include "host/mail_settings.h"
 #include "host/mail_text.h"
 #include "host/native/home.h"
 #include "host/native/native_files.h"
-#include "host/native/secret_file.h"
 #include "host/native/smtp.h"
 #include "text/codepage.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -170,7 +169,7 @@ class NativeMail : public Mail {
   }
 
   NativeMailOptions options_;
-  TimerQueue::Entry look_;
+  TimerQueue::PeriodicTimer look_;
   std::vector<UnderWayMail> under_way_;
 };
 

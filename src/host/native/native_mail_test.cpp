@@ -15,6 +15,7 @@
 #include "host/native/real_time_loop.h"
 #include "host/native/smtp.h"
 #include "host/native/smtp_server_test.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

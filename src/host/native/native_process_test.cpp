@@ -14,10 +14,10 @@
 #endif
 
 #include "host/native/home.h"
-#include "host/native/home_lock.h"
 #include "host/native/native_clock.h"
 #include "host/native/real_time_loop.h"
 #include "host/native/termination.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -105,7 +105,7 @@ TEST(RealTimeLoop, TicksOnTheGridAndStopsAtItsLimit) {
   TimerQueue timers(clock);
   RealTimeLoop loop(clock, timers);
   int ticks = 0;
-  TimerQueue::Entry timer(timers, [&] { ++ticks; });
+  TimerQueue::PeriodicTimer timer(timers, [&] { ++ticks; });
   timer.SetInterval(5);
   timer.SetEnabled(true);
   const std::int64_t began = clock.Micros();
@@ -120,10 +120,9 @@ TEST(RealTimeLoop, WakesForATerminationRequest) {
   NativeClock clock;
   TimerQueue timers(clock);
   RealTimeLoop loop(clock, timers, &Termination::Requested);
-  const Termination termination([](void* waker) { static_cast<RealTimeLoop*>(waker)->Wake(); },
-                                &loop);
+  const Termination termination([&loop] { loop.Wake(); });
   EXPECT_FALSE(Termination::Requested());
-  TimerQueue::Entry far(timers, [] {});
+  TimerQueue::PeriodicTimer far(timers, [] {});
   far.SetInterval(60'000);
   far.SetEnabled(true);
 #ifdef _WIN32

@@ -1,5 +1,7 @@
 #include "host/native/smtp.h"
 
+#include "text/status.h"
+
 #ifdef ZENTO_CURL
 
 #include <curl/curl.h>

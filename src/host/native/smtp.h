@@ -3,8 +3,8 @@
 #include <chrono>
 #include <string>
 
-#include "host/mail_settings.h"
-#include "text/status.h"
+#include "host/mail_text.h"
+#include "text/status_fwd.h"
 
 namespace zento {
 

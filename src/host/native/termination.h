@@ -1,20 +1,22 @@
 #pragma once
 
+#include <functional>
+#include <memory>
+
 namespace zento {
 
 // Turns the system's requests to end the program into something the loop can look at: SIGINT,
 // SIGTERM and SIGHUP, or Ctrl+C, Ctrl+Break, the closing of the console, logging off and shutting
-// down on Windows. Nothing but noting the request is done inside the system's handler. While one of
-// these lives the requests do not end the process by themselves; the program ends its run safely
-// and returns. A file that grows beyond the user's limit and a pipe that nobody reads any more are
-// write errors then instead of signals.
+// down on Windows. While one of these lives the requests do not end the process by themselves; the
+// program ends its run safely and returns. A request is remembered from the moment this is made,
+// whether or not a loop runs yet. A file that grows beyond the user's limit and a pipe that nobody
+// reads any more are write errors then instead of signals.
 //
 // At most one lives at a time.
 class Termination {
  public:
-  // `wake` is called for every request, from a signal handler or another thread; it may do only
-  // what is safe there.
-  explicit Termination(void (*wake)(void*) = nullptr, void* context = nullptr);
+  // `wake` is called for every request, from another thread, as soon as it has been noted.
+  explicit Termination(std::function<void()> wake = {});
   ~Termination();
   Termination(const Termination&) = delete;
   Termination& operator=(const Termination&) = delete;
@@ -22,6 +24,10 @@ class Termination {
   static bool Requested();
   // The signal's number; 0 while nothing was requested, and on Windows SIGINT or SIGTERM.
   static int Signal();
+
+ private:
+  struct Listener;
+  std::unique_ptr<Listener> listener_;
 };
 
 }  // namespace zento

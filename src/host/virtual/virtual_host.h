@@ -6,11 +6,9 @@
 #include "host/desktop.h"
 #include "host/host.h"
 #include "host/timer_queue.h"
-#include "host/virtual/memory_mail.h"
 #include "host/virtual/memory_services.h"
-#include "host/virtual/virtual_clock.h"
 #include "host/virtual/virtual_dialogs.h"
-#include "host/virtual/virtual_loop.h"
+#include "host/virtual/virtual_time.h"
 
 namespace zento {
 

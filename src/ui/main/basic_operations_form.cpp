@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "text/number.h"
 #include "ui/main/edit_a_track_form.h"

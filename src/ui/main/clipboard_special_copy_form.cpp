@@ -1,17 +1,17 @@
 #include "ui/main/clipboard_special_copy_form.h"
 
 #include <algorithm>
-#include <cmath>
-#include <memory>
 #include <utility>
 
+#include "core/settings.h"
 #include "core/sweeps.h"
 #include "core/tables.h"
+#include "core/track_store.h"
 #include "core/track_table.h"
 #include "graph/track_preview.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "text/number.h"
-#include "ui/main/track_text.h"
 
 namespace zento {
 namespace {
@@ -22,19 +22,9 @@ std::vector<std::string> Units() {
   return {UnitName.begin() + 1, UnitName.end()};
 }
 
-bool HasWaterFraction(std::int32_t mode) {
-  return HasRing(mode) || mode == kModeSSVAll;
-}
-
 // A box where 0 means off, and so does anything that is no number above it.
 double Above0(const TextBox& box) {
   return std::max(ParseLenient(box.text()), 0.0);
-}
-
-// A curve without extent has no directions to be seen either.
-double ExtentOf(double from, double to) {
-  const double extent = std::fabs(to - from);
-  return extent > 0 && std::isfinite(extent) ? extent : 1;
 }
 
 }  // namespace
@@ -91,10 +81,10 @@ void frmSpecialCopy::Activate() {
 
 void frmSpecialCopy::ShowTrack() {
   track_ = workstation_.shown_track;
-  const bool filled = Record().Mode != kModeNone;
+  const bool filled = !Record().IsEmpty();
   std::string what = "Track " + std::to_string(track_);
   if (filled) {
-    what.append(": ").append(EntryOf(ModeName, Record().Mode)).append(" ").append(Record().Title);
+    what.append(": ").append(AtOrNone(ModeName, Record().Mode)).append(" ").append(Record().Title);
   } else {
     what += " is empty";
   }
@@ -106,14 +96,8 @@ void frmSpecialCopy::ShowTrack() {
   lblCycles.SetText(filled ? "of " + std::to_string(Cycles()) : std::string());
 }
 
-std::vector<std::int32_t> frmSpecialCopy::CycleEnds() const {
-  const std::int32_t last = workstation_.tracks.PointCount(track_) - 1;
-  if (Record().Mode == kModeMulti || last < 1) return {0, std::max(last, 0)};
-  return CycleBoundaries(workstation_.tracks, track_);
-}
-
 int frmSpecialCopy::Cycles() const {
-  return static_cast<int>(CycleEnds().size()) - 1;
+  return static_cast<int>(CycleEnds(workstation_.tracks, track_).size()) - 1;
 }
 
 int frmSpecialCopy::ChosenCycle() const {
@@ -125,70 +109,34 @@ void frmSpecialCopy::StepCycle(int direction) {
   opnCycles.Select(kOneCycle);
 }
 
-std::string frmSpecialCopy::Hindrance() const {
-  const auto normalisation = static_cast<Normalisation>(opnNormalisation.selected());
-  if (normalisation == Normalisation::kPerArea && !(Record().Area > 0)) {
-    return "The track's electrode area is not above 0, so there is no current per area.";
-  }
-  if (normalisation == Normalisation::kPerWeight && !(Record().Weight > 0)) {
-    return "The track's weight is not above 0, so there is no current per weight.";
-  }
-  const bool water = chkH2O.value() == 1 && HasWaterFraction(Record().Mode);
-  if (water && !(ParseLenient(txtCE.text()) > 0)) {
-    return "The collection efficiency N must be above 0 for %H2O.";
-  }
-  return {};
-}
-
-Thinning frmSpecialCopy::ChosenThinning() const {
-  return {Above0(txtAngle), Above0(txtDistance), ToLong(Above0(txtOrder))};
-}
-
-std::vector<std::int32_t> frmSpecialCopy::ChosenPoints() {
-  TrackStore& tracks = workstation_.tracks;
-  std::vector<std::int32_t> ends = CycleEnds();
-  if (opnCycles.selected() == kOneCycle) {
-    const auto cycle = static_cast<std::size_t>(ChosenCycle());
-    ends = {ends[cycle - 1], ends[cycle]};
-  }
-  const PreviewRange range = RangeOf(tracks, track_);
-  const PlottedCurve curve{tracks.Points(0, track_), tracks.Points(1, track_),
-                           ExtentOf(range.x_min, range.x_max), ExtentOf(range.y_min, range.y_max)};
-  return ThinnedPoints(curve, ends, ChosenThinning());
-}
-
-TableOptions frmSpecialCopy::Options() {
-  TableOptions options;
-  options.disk_unit = opnDiskUnit.selected() + 1;
-  // A time in the third column is no current.
-  if (HasRing(Record().Mode)) options.ring_unit = opnRingUnit.selected() + 1;
-  options.normalisation = static_cast<Normalisation>(opnNormalisation.selected());
-  options.water_fraction = chkH2O.value() == 1;
-  options.collection_efficiency = ParseLenient(txtCE.text());
-  options.logarithm = chkLog.value() == 1;
-  options.absolute = options.absolute_last = chkAbsolute.value() == 1;
-  options.filter = static_cast<PointFilter>(opnPolarity.selected());
-  options.points = ChosenPoints();
+ExportOptions frmSpecialCopy::Options() const {
+  ExportOptions options;
+  options.header_block = chkHeader.value() == 1;
+  TableOptions& table = options.table;
+  table.disk_unit = opnDiskUnit.selected() + 1;
+  table.ring_unit = opnRingUnit.selected() + 1;
+  table.normalisation = static_cast<Normalisation>(opnNormalisation.selected());
+  table.water_fraction = chkH2O.value() == 1;
+  table.collection_efficiency = ParseLenient(txtCE.text());
+  table.logarithm = chkLog.value() == 1;
+  table.absolute = table.absolute_last = chkAbsolute.value() == 1;
+  table.filter = static_cast<PointFilter>(opnPolarity.selected());
+  if (opnCycles.selected() == kOneCycle) options.cycle = ChosenCycle();
+  options.thinning = {Above0(txtAngle), Above0(txtDistance), ToLong(Above0(txtOrder))};
   return options;
 }
 
 void frmSpecialCopy::Copy() {
   ShowTrack();
-  if (Record().Mode == kModeNone) return;
-  if (const std::string hindrance = Hindrance(); !hindrance.empty()) {
-    host().dialogs.Message(hindrance);
-    return;
+  if (Record().IsEmpty()) return;
+  const ExportOptions options = Options();
+  auto table = StartExport(*FindExporter("special"),
+                           {workstation_.tracks, track_, workstation_.FileTitle, options});
+  if (!table.ok()) return host().dialogs.Message(table.why());
+  if (options.table.water_fraction && HasWaterFraction(Record().Mode)) {
+    workstation_.settings.O2CE = options.table.collection_efficiency;
   }
-  const TableOptions options = Options();
-  if (options.water_fraction && HasWaterFraction(Record().Mode)) {
-    workstation_.settings.O2CE = options.collection_efficiency;
-  }
-  auto table = std::make_unique<DataTable>(workstation_.tracks, track_, options);
-  if (chkHeader.value() == 1) {
-    table->text.insert(0,
-                       TrackInfoText(workstation_.tracks, track_, workstation_.FileTitle) + "\r\n");
-  }
-  copy_.Start(std::move(table), [this, track = track_](bool copied) {
+  copy_.Start(std::move(table.value()), [this, track = track_](bool copied) {
     lblNotice.SetText(copied ? "Copied track " + std::to_string(track) + " to the clipboard"
                              : "Copying was ended; the clipboard is as it was");
   });

@@ -1,17 +1,14 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <vector>
-
 #include "core/workstation.h"
+#include "exchange/exporters.h"
 #include "host/controls.h"
 #include "host/form.h"
 #include "ui/main/clipboard_copy.h"
-#include "ui/main/table_text.h"
-#include "ui/main/thinning.h"
 
 namespace zento {
+
+struct TrackRecord;
 
 // frmSpecialCopy: the track that the main window shows as a table on the clipboard, in the units
 // and with the points that are wanted.
@@ -56,16 +53,10 @@ class frmSpecialCopy : public Form {
   void SetTips();
   void ShowTrack();
   const TrackRecord& Record() const { return workstation_.tracks.Record(track_); }
-  // The first and last points of the cycles, one after another.
-  std::vector<std::int32_t> CycleEnds() const;
   int Cycles() const;
   int ChosenCycle() const;
   void StepCycle(int direction);
-  // Why the options cannot be followed; empty when they can.
-  std::string Hindrance() const;
-  TableOptions Options();
-  std::vector<std::int32_t> ChosenPoints();
-  Thinning ChosenThinning() const;
+  ExportOptions Options() const;
 
   Workstation& workstation_;
   ClipboardCopy copy_;

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "core/track_file.h"
 #include "devices/instruments.h"
 #include "graph/preview_plot.h"
 #include "graph/track_preview.h"
@@ -15,10 +14,12 @@
 #include "host/form.h"
 #include "ui/main/clipboard_copy.h"
 #include "ui/main/main_menus.h"
-#include "ui/main/multi_table_text.h"
 #include "ui/main/recent_files.h"
 
 namespace zento {
+
+struct TrackFileLoad;
+struct Exporter;
 
 // frmControlPanel, the main window: one track at a time with its header and a preview, and the
 // menus that open every other window. While it is loaded the program runs: loading it reads the
@@ -48,12 +49,8 @@ class frmControlPanel : public Form, public FileTarget {
   TrackFileLoad OpenFile(const std::filesystem::path& path);
   Status SaveFile(const std::filesystem::path& path);
 
-  // The current track as text on the clipboard, with its header or its title; nothing for an empty
-  // one. The tables are those of multichannel records and nothing else.
-  void CopyAll();
-  void CopyOnlyExpData();
-  void CopyItTable();
-  void CopyVITable();
+  // The current track as text on the clipboard; nothing when the format is not for it.
+  void Copy(const Exporter& exporter);
   // Rebuilds the current track from the clipboard's text.
   void PasteFromClipboard();
 
@@ -93,9 +90,6 @@ class frmControlPanel : public Form, public FileTarget {
   void AskToSave();
   void ConfirmSave(const std::filesystem::path& path);
   void AskToDelete();
-  void CopyBehind(const std::string& head);
-  void CopyMultiTable(MultiTableKind kind);
-  void StartCopy(std::unique_ptr<TableJob> job);
   void CloseOtherWindows();
 
   void Remember(const std::filesystem::path& path);
@@ -109,7 +103,7 @@ class frmControlPanel : public Form, public FileTarget {
   RecentFiles recent_;
   int track_ = 0;
   int sheet_row_ = -1;
-  PreviewRange range_;
+  DisplayRange range_;
   PreviewStyle drawn_style_ = PreviewStyle::kLines;
 };
 

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "ui/main/information_sheet.h"
+#include "exchange/information_sheet.h"
 #include "ui/main/main_test_rig.h"
 
 namespace zento {
@@ -213,8 +213,8 @@ TEST_F(ControlPanel, WhatWindowsChangeIsTakenBackAndDoneAgain) {
   frmControlPanel& panel = Panel();
   FillCV(5);
   panel.ShowDataInfo(5);
-  auto& undo = dynamic_cast<MenuEntry&>(*panel.Find("mnuUndo"));
-  auto& redo = dynamic_cast<MenuEntry&>(*panel.Find("mnuRedo"));
+  auto& undo = dynamic_cast<MenuItem&>(*panel.Find("mnuUndo"));
+  auto& redo = dynamic_cast<MenuItem&>(*panel.Find("mnuRedo"));
   EXPECT_FALSE(undo.Usable() || redo.Usable());
   const std::string before = FormatTracks(ws.tracks);
 

@@ -7,8 +7,12 @@
 #include <vector>
 
 #include "devices/rotation.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
+#include "host/host.h"
 #include "text/format.h"
 #include "text/number.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {

@@ -8,7 +8,6 @@
 #include "host/controls.h"
 #include "host/form.h"
 #include "host/host.h"
-#include "host/timer.h"
 
 namespace zento {
 

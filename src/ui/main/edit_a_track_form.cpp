@@ -6,45 +6,48 @@
 #include <utility>
 
 #include "core/palette.h"
-#include "core/same_values.h"
+#include "core/settings.h"
 #include "core/sweeps.h"
 #include "core/tables.h"
+#include "core/track_history.h"
+#include "core/track_store.h"
+#include "graph/plot_range.h"
 #include "graph/track_preview.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "text/format.h"
 #include "text/number.h"
-#include "ui/main/point_edits.h"
 
 namespace zento {
 namespace {
 
-constexpr int kRed = 4;
+constexpr int kTimeColumn = 2;
 // Selected points beyond this are drawn as dots: one would not tell them apart anyway.
 constexpr std::size_t kMostMarks = 1000;
-constexpr int kLightRed = 12;
 constexpr int kAllDigits = 17;  // tell any two values apart
 constexpr char kPattern[] = "0.000e+0";
 
-// A multichannel record has its times in track 0.
-std::vector<std::string> Headings(std::int32_t mode, int track) {
-  switch (mode) {
-    case kModeNone:
-      return {};
-    case kModeCV:
-      return {"E/V", "Disk/A"};
-    case kModeRDE:
-    case kModeSSV:
-      return {"E/V", "Disk/A", "Ring/A"};
-    case kModePS:
-      return {"time/s", "Disk/A"};
-    case kModeRPMvsj:
-      return {"rpm", "Disk/A"};
-    case kModeMulti:
-      if (track != 0) return {"E/V", "Disk/A"};
-      [[fallthrough]];
+const char* XHeading(XQuantity x) {
+  switch (x) {
+    case XQuantity::kTime:
+      return "time/s";
+    case XQuantity::kRotationRate:
+      return "rpm";
     default:
-      return {"E/V", "Disk/A", "Time/s"};
+      return "E/V";
   }
+}
+
+// The times of a rotation-rate sweep are not for editing; a multichannel record has its in track 0.
+std::vector<std::string> Headings(std::int32_t mode, int track) {
+  const ModeTraits& traits = TraitsOf(mode);
+  if (traits.x == XQuantity::kNone) return {};
+  std::vector<std::string> headings = {XHeading(traits.x), "Disk/A"};
+  const bool third = traits.third_in == ThirdColumnIn::kEveryTrack ||
+                     (traits.third_in == ThirdColumnIn::kFirstChannel && track == 0);
+  if (third) headings.emplace_back(HasRing(mode) ? "Ring/A" : "Time/s");
+  return headings;
 }
 
 bool BeginsValue(char32_t character) {
@@ -102,13 +105,10 @@ void frmEditATrack::Reload(int cycle) {
     const std::span<const double> points = tracks().Points(c, track_);
     points_[static_cast<std::size_t>(c)].assign(points.begin(), points.end());
   }
-  const std::int32_t last = tracks().PointCount(track_) - 1;
-  boundaries_ = {0, last};
-  if (mode_ != kModeNone && mode_ != kModeMulti && last >= 1) {
-    boundaries_ = CycleBoundaries(tracks(), track_);
-  }
+  boundaries_ = CycleEnds(tracks(), track_);
+  if (tracks().PointCount(track_) == 0) boundaries_.back() = -1;
   std::vector<std::string> names;
-  for (std::size_t i = 1; i < boundaries_.size() && mode_ != kModeNone; ++i) {
+  for (std::size_t i = 1; i < boundaries_.size() && IsMeasured(mode_); ++i) {
     names.push_back("Cycle" + PlainNumber(i));
   }
   const int chosen = std::clamp(cycle, 0, std::max(static_cast<int>(names.size()) - 1, 0));
@@ -121,8 +121,8 @@ void frmEditATrack::Reload(int cycle) {
 
 void frmEditATrack::ShowTitle() {
   lblTrack.SetText("Track " + PlainNumber(track_) +
-                   (mode_ == kModeNone ? " is empty"
-                                       : ": " + std::string(EntryOf(ModeName, mode_)) + " " +
+                   (!IsMeasured(mode_) ? " is empty"
+                                       : ": " + std::string(AtOrNone(ModeName, mode_)) + " " +
                                              tracks().Record(track_).Title));
 }
 
@@ -186,15 +186,34 @@ void frmEditATrack::DrawPreview() {
     const std::size_t point = first + static_cast<std::size_t>(row);
     if (point >= x.size() || point >= y.size()) break;
     if (rows.size() <= kMostMarks) {
-      PrevGraph.Mark(x[point], y[point], QBColor(kRed));
+      PrevGraph.Mark(x[point], y[point], kRed);
     } else {
-      PrevGraph.Dot(x[point], y[point], QBColor(kRed));
+      PrevGraph.Dot(x[point], y[point], kRed);
     }
   }
   if (!shown_operation_) return;
   const std::size_t count = static_cast<std::size_t>(LastPoint()) - first + 1;
   PrevGraph.Polyline(PreviewedX(kScratchSlot).subspan(first, count),
-                     tracks().Points(1, kScratchSlot).subspan(first, count), QBColor(kLightRed));
+                     tracks().Points(1, kScratchSlot).subspan(first, count), kLightRed);
+}
+
+std::span<const double> frmEditATrack::PreviewedX(int slot) const {
+  if (!IsMultichannel(mode_)) return tracks().Points(0, slot);
+  // Only track 0 may hold the times.
+  return tracks().Points(kTimeColumn, track_ == 0 ? slot : 0);
+}
+
+DisplayRange frmEditATrack::PreviewedRange() const {
+  const DisplayRange range = RangeOf(tracks(), track_);
+  if (!shown_operation_) return range;
+  PlotRange all{std::min(range.x_min, range.x_max), std::min(range.y_min, range.y_max),
+                std::max(range.x_min, range.x_max), std::max(range.y_min, range.y_max)};
+  const std::span<const double> x = PreviewedX(kScratchSlot);
+  const std::span<const double> y = tracks().Points(1, kScratchSlot);
+  for (std::size_t point = 0; point < std::min(x.size(), y.size()); ++point) {
+    Extend(all, x[point], y[point]);
+  }
+  return {all.x1, all.y1, all.x2, all.y2};
 }
 
 void frmEditATrack::GridKey(Key key) {
@@ -318,6 +337,47 @@ void frmEditATrack::AfterChange() {
 void frmEditATrack::ForgetOperation() {
   if (!std::exchange(shown_operation_, std::nullopt)) return;
   DrawPreview();
+}
+
+bool frmEditATrack::BasicCalcTrack(const ColumnFlags& columns, BasicOperation operation,
+                                   double value) {
+  if (ChangedMeanwhile() || DataGrid.rows() == 0) return false;
+  ForgetOperation();
+  PointOperation wanted{columns, operation, value, FirstPoint(), LastPoint()};
+  for (int c = held_columns(); c < kTrackColumns; ++c) {
+    wanted.columns[static_cast<std::size_t>(c)] = false;
+  }
+  if (!HasFiniteResult(tracks(), track_, wanted)) {
+    host().dialogs.Message("The result would be too large for a number.");
+    return false;
+  }
+  shown_operation_ = wanted;
+  CalculateInScratch(tracks(), track_, wanted);
+  DrawPreview();
+  return true;
+}
+
+void frmEditATrack::UpdateTrack() {
+  if (!shown_operation_ || ChangedMeanwhile()) return;
+  const int cycle = cbxCycleNum.selected();
+  {
+    const TrackChange change(workstation_, "Basic operation", TracksOfRecord(tracks(), track_));
+    // Anew: the scratch slot is other windows' too.
+    CalculateInScratch(tracks(), track_, *shown_operation_);
+    tracks().CopyTrackHeader(kScratchSlot, track_);
+    for (int c = 0; c < kTrackColumns; ++c) {
+      if (!shown_operation_->columns[static_cast<std::size_t>(c)]) continue;
+      for (std::int32_t point = FirstPoint(); point <= LastPoint(); ++point) {
+        SetPoint(tracks(), track_, c, point, tracks().Value(c, kScratchSlot, point));
+      }
+    }
+  }
+  const int row = DataGrid.row();
+  const int column = DataGrid.column();
+  Reload(cycle);
+  DataGrid.MoveTo(row, column);
+  ShowPoint();
+  AfterChange();
 }
 
 LayoutNode frmEditATrack::Layout() {

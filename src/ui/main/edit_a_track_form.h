@@ -7,16 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "core/display_range.h"
+#include "core/track.h"
 #include "core/workstation.h"
 #include "graph/preview_plot.h"
-#include "graph/track_preview.h"
 #include "host/controls.h"
 #include "host/edit_grid.h"
 #include "host/form.h"
+#include "ui/main/point_edits.h"
 
 namespace zento {
-
-enum class BasicOperation { kAdd = 0, kSubtract = 1, kMultiply = 2, kDivide = 3 };
 
 // frmEditATrack: the points of the main window's track, a cycle at a time, in a grid where single
 // values are typed over and selected points are removed.
@@ -28,8 +28,8 @@ class frmEditATrack : public Form {
 
   frmEditATrack(Workstation& workstation, Host& host);
 
-  MenuEntry mnuDelete{*this, "mnuDelete", "Edit", "Delete"};
-  MenuEntry mnuBasicOperations{*this, "mnuBasicOperations", "Edit", "Basic Operations"};
+  MenuItem mnuDelete{*this, "mnuDelete", "Edit", "Delete"};
+  MenuItem mnuBasicOperations{*this, "mnuBasicOperations", "Edit", "Basic Operations"};
   Label lblTrack{*this, "lblTrack"};
   ComboBox cbxCycleNum{*this, "cbxCycleNum"};
   TextBox txtEdit{*this, "txtEdit"};  // over a cell of the grid while something is typed into it
@@ -53,16 +53,11 @@ class frmEditATrack : public Form {
   // calculated from, and shows the track anew.
   void UpdateTrack();
   // Of the track that is shown; 0 for an empty one.
-  int held_columns() const;
+  int held_columns() const { return HeldColumns(tracks(), track_); }
   // What BasicCalcTrack has shown is still that of the track and cycle that are shown.
   bool HasResult() const { return shown_operation_.has_value(); }
 
  private:
-  struct Operation {
-    ColumnFlags columns;
-    BasicOperation operation;
-    double value;
-  };
   using PointColumns = std::array<std::vector<double>, kTrackColumns>;
 
   void WireControls();
@@ -72,7 +67,7 @@ class frmEditATrack : public Form {
   void ShowTitle();
   void ShowPoint();
   void DrawPreview();
-  PreviewRange PreviewedRange() const;
+  DisplayRange PreviewedRange() const;
   // What the preview draws the currents of a slot over.
   std::span<const double> PreviewedX(int slot) const;
   void GridKey(Key key);
@@ -86,9 +81,6 @@ class frmEditATrack : public Form {
   bool Outdated() const;
   // The same, said and shown.
   bool ChangedMeanwhile();
-  bool IsFinite(const Operation& operation) const;
-  void Calculate(const Operation& operation);
-  void FitHeader(const Operation& operation);
   void ForgetOperation();
   void AfterChange();
   std::int32_t FirstPoint() const;
@@ -103,7 +95,7 @@ class frmEditATrack : public Form {
   PointColumns points_;    // likewise
   std::array<double, 3> vertices_{};  // V, likewise
   std::vector<std::int32_t> boundaries_;
-  std::optional<Operation> shown_operation_;
+  std::optional<PointOperation> shown_operation_;
   bool editing_ = false;
 };
 

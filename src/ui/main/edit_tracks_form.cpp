@@ -4,14 +4,29 @@
 #include <string>
 #include <vector>
 
+#include "core/track_history.h"
+#include "core/track_store.h"
+#include "exchange/table_text.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
+#include "text/lines.h"
 #include "text/number.h"
-#include "ui/main/track_text.h"
 
 namespace zento {
 namespace {
 
 constexpr int kThirdColumn = 2;
+
+// Every occurrence, from left to right; nothing for an empty `before`.
+std::string Replaced(std::string text, const std::string& before, const std::string& after) {
+  if (before.empty()) return text;
+  for (std::size_t at = text.find(before); at != text.npos;
+       at = text.find(before, at + after.size())) {
+    text.replace(at, before.size(), after);
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -67,7 +82,7 @@ bool frmEditTracks::Refused(const char* doing) {
     host().dialogs.Message(std::string("You cannot ") + doing + " between the same track.");
     return true;
   }
-  if (workstation_.tracks.Record(source_).Mode != kModeNone) return false;
+  if (!workstation_.tracks.Record(source_).IsEmpty()) return false;
   host().dialogs.Message("Source data is vacant.");
   return true;
 }
@@ -115,7 +130,7 @@ void frmEditTracks::cmdSwap_Click() {
     return host().dialogs.Message("You cannot swap between the same track.");
   }
   TrackStore& tracks = workstation_.tracks;
-  if (tracks.Record(source_).Mode == kModeNone && tracks.Record(destination_).Mode == kModeNone) {
+  if (tracks.Record(source_).IsEmpty() && tracks.Record(destination_).IsEmpty()) {
     return host().dialogs.Message("Source data and destination data are vacant.");
   }
   {
@@ -146,6 +161,43 @@ LayoutNode frmEditTracks::Layout() {
                side("Destination", txtDestinationTrack, updDestination, lblDestinationTrack)},
               1),
       Columns({Item(cmdCopy), Item(cmdMove), Item(cmdSwap), Stretch(), Item(cmdClose)}),
+  });
+}
+
+frmReplaceTitle::frmReplaceTitle(Workstation& workstation, Host& host)
+    : Form(host, kName, "Replace words in each title"), workstation_(workstation) {
+  RequestGeometry({false, 0, 0, 420, 0});
+  cmdGo.is_default = true;
+  cmdClose.is_cancel = true;
+  cmdGo.on_click = [this] { cmdGo_Click(); };
+  cmdClose.on_click = [&desktop = host.desktop] { desktop.Unload(kName); };
+}
+
+void frmReplaceTitle::cmdGo_Click() {
+  std::vector<int> changed;
+  const auto replaced = [this](int track) {
+    return Replaced(workstation_.tracks.Record(track).Title, txtBefore.text(),
+                    OneLine(txtAfter.text()));
+  };
+  for (int track = 0; track < kTracks; ++track) {
+    if (replaced(track) != workstation_.tracks.Record(track).Title) changed.push_back(track);
+  }
+  {
+    const TrackChange change(workstation_, "Replacement of words in titles", changed);
+    for (const int track : changed) workstation_.tracks.Record(track).Title = replaced(track);
+  }
+  lblNotice.SetText(changed.empty() ? "No title holds this text"
+                                    : "Replaced in " + std::to_string(changed.size()) +
+                                          (changed.size() == 1 ? " title" : " titles"));
+  const int shown = workstation_.shown_track;
+  if (std::ranges::find(changed, shown) != changed.end()) workstation_.ShowTrack(shown);
+}
+
+LayoutNode frmReplaceTitle::Layout() {
+  using namespace layout;
+  return Rows({
+      Fields({Field("before", txtBefore), Field("after", txtAfter)}),
+      Columns({Item(lblNotice), Stretch(), Item(cmdGo), Item(cmdClose)}),
   });
 }
 

@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "core/same_values.h"
+#include "core/sweeps.h"
 #include "core/tables.h"
 #include "core/track_file.h"
+#include "core/track_history.h"
 #include "ui/main/basic_operations_form.h"
 #include "ui/main/edit_a_track_form.h"
 #include "ui/main/edit_tracks_form.h"
 #include "ui/main/main_test_rig.h"
-#include "ui/main/replace_title_form.h"
 
 namespace zento {
 namespace {

@@ -5,9 +5,12 @@
 #include <memory>
 #include <vector>
 
+#include "core/track_file.h"
+#include "core/workstation.h"
+#include "graph/preview_plot.h"
 #include "host/controls.h"
 #include "host/form.h"
-#include "host/layout.h"
+#include "host/services.h"
 
 namespace zento {
 
@@ -62,5 +65,19 @@ class FileLists {
   std::vector<std::filesystem::path> folders_;  // behind the rows of Dir1
   std::vector<std::filesystem::path> files_;    // behind the rows of File1
 };
+
+// Draws a track of a file, read into the scratch slot kPreviewSlot; what cannot be read leaves the
+// plot empty. A channel of a multichannel record is drawn as current against potential, because the
+// times stand with another channel.
+inline constexpr int kPreviewSlot = 22;
+TrackFileLoad PreviewFileTrack(PreviewPlot& plot, Workstation& workstation, Files& files,
+                               const std::filesystem::path& path, int file_track);
+// The axes' titles alone.
+void ClearFilePreview(PreviewPlot& plot);
+
+// Imports a track of a file into one of the 21 tracks as a step that can be taken back, and shows
+// it if it is the main window's. Fails when the file does not hold the track (any more).
+Status ImportFileTrack(Workstation& workstation, Files& files, const std::filesystem::path& path,
+                       int file_track, int track);
 
 }  // namespace zento

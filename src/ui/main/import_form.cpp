@@ -5,10 +5,12 @@
 #include <utility>
 
 #include "core/tables.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "host/path_text.h"
 #include "text/number.h"
-#include "ui/main/file_track_preview.h"
+#include "ui/main/file_lists.h"
 #include "ui/main/recent_files.h"
 
 namespace zento {
@@ -24,7 +26,7 @@ constexpr int kDigits = 15;
 
 frmImportTrack::frmImportTrack(Workstation& workstation, Host& host, LastFolder last)
     : Form(host, kName, "Import Track"),
-      lists(*this, std::move(last), TrackFolder(host.files, workstation.home)),
+      lists(*this, std::move(last), StartFolder(host.files, workstation.home)),
       fgcDataSheet(*this, "fgcDataSheet", kRows, kColumnCount),
       workstation_(workstation) {
   fgcDataSheet.column_widths = {50, 70, -1, 70, 70, 140};
@@ -91,9 +93,9 @@ void frmImportTrack::ShowSheet() {
   for (int track = 0; track < kTracks; ++track) {
     const TrackRecord& record = headers_[static_cast<std::size_t>(track)];
     std::string cells[kColumnCount] = {" ", " ", " ", " ", " ", " "};
-    if (record.Mode != kModeNone) {
+    if (!record.IsEmpty()) {
       cells[0] = PlainNumber(track);
-      cells[1] = EntryOf(ModeName, record.Mode);
+      cells[1] = AtOrNone(ModeName, record.Mode);
       cells[2] = record.Title;
       cells[3] = PlainNumber(record.RPM, kDigits);
       cells[4] = PlainNumber(record.Scanrate, kDigits);
@@ -112,7 +114,7 @@ void frmImportTrack::SelectRow(int row) {
   ClearFilePreview(PrevGraph);
   lblNotice.SetText("");
   if (!recognized_ || selected_ < 0) return;
-  if (headers_[static_cast<std::size_t>(selected_)].Mode == kModeNone) return;
+  if (headers_[static_cast<std::size_t>(selected_)].IsEmpty()) return;
   const TrackFileLoad load =
       PreviewFileTrack(PrevGraph, workstation_, host().files, path_, selected_);
   if (!load.complete()) {
@@ -123,8 +125,8 @@ void frmImportTrack::SelectRow(int row) {
 }
 
 void frmImportTrack::cmdImport_Click() {
-  const bool chosen = recognized_ && selected_ >= 0 &&
-                      headers_[static_cast<std::size_t>(selected_)].Mode != kModeNone;
+  const bool chosen =
+      recognized_ && selected_ >= 0 && !headers_[static_cast<std::size_t>(selected_)].IsEmpty();
   if (!chosen) {
     host().dialogs.Message("Please select a varid track!");
     return;

@@ -3,14 +3,14 @@
 #include <filesystem>
 #include <memory>
 
+#include "host/desktop.h"
 #include "ui/main/basic_operations_form.h"
+#include "ui/main/clipboard_copy.h"
 #include "ui/main/clipboard_special_copy_form.h"
 #include "ui/main/control_panel.h"
 #include "ui/main/edit_a_track_form.h"
 #include "ui/main/edit_tracks_form.h"
 #include "ui/main/import_form.h"
-#include "ui/main/progress_form.h"
-#include "ui/main/replace_title_form.h"
 #include "ui/main/search_form.h"
 #include "ui/main/settings_form.h"
 

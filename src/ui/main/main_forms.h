@@ -1,10 +1,12 @@
 #pragma once
 
-#include "core/workstation.h"
 #include "devices/instruments.h"
-#include "host/host.h"
 
 namespace zento {
+
+class Desktop;
+struct Host;
+struct Workstation;
 
 // Makes the main window and its tools known to the desktop. All arguments outlive it. The main
 // window's menus offer what the desktop knows when it loads.

@@ -1,15 +1,18 @@
 #include "ui/main/main_menus.h"
 
-#include <array>
 #include <cstddef>
+#include <iterator>
+#include <utility>
 
+#include "core/track_file.h"
+#include "exchange/exporters.h"
 #include "host/desktop.h"
 #include "host/host.h"
 
 namespace zento {
 namespace {
 
-struct Entry {
+struct MenuRow {
   const char* name;
   const char* menu;
   const char* caption;
@@ -18,8 +21,9 @@ struct Entry {
   bool separator_before = false;
 };
 
-// Copying and pasting leave Ctrl+C and Ctrl+V to the text boxes.
-constexpr Entry kEntries[] = {
+// Copying and pasting leave Ctrl+C and Ctrl+V to the text boxes. Entries of an exporter have its
+// caption; one that has no row here comes last in its menu.
+constexpr MenuRow kRows[] = {
     {"mnuOpen", "File", "Open", "Ctrl+O", nullptr},
     {"mnuSaveAs", "File", "Save as", "Ctrl+S", nullptr},
     {"mnuImportTrack", "File", "Import Track", "Ctrl+I", "frmImportTrack", true},
@@ -38,16 +42,16 @@ constexpr Entry kEntries[] = {
 
     {"mnuUndo", "Edit", "Undo", "Ctrl+Z", nullptr},
     {"mnuRedo", "Edit", "Redo", "Ctrl+Y", nullptr},
-    {"mnuCopyAll", "Edit", "Copy All as Text Data", "Ctrl+Shift+C", nullptr, true},
-    {"mnuCopyOnlyExpData", "Edit", "Copy I-E(or t) Data as Text Data", "Ctrl+Shift+D", nullptr},
+    {"mnuCopyAll", "Edit", "", "Ctrl+Shift+C", nullptr, true},
+    {"mnuCopyOnlyExpData", "Edit", "", "Ctrl+Shift+D", nullptr},
     {"mnuReplaceTitle", "Edit", "Replace words in each title", "Ctrl+H", "frmReplaceTitle"},
     {"mnuSpecialCopy", "Edit", "Special Copy", "", "frmSpecialCopy"},
     {"mnuEditTracks", "Edit", "Edit Tracks", "Ctrl+T", "frmEditTracks", true},
     {"mnuEditATrack", "Edit", "Edit a Track", "Ctrl+Shift+E", "frmEditATrack"},
     {"mnuDeleteTrack", "Edit", "Delete Track", "Ctrl+Del", nullptr},
     {"mnuPastefromClip", "Edit", "Paste from Clipboard", "Ctrl+Shift+V", nullptr, true},
-    {"mnuCopyI_ttable", "Edit", "Copy I-t table (Multipotentiostat Only)", "", nullptr},
-    {"mnuCopyV_ITable", "Edit", "Copy V-I Table (Multipotentiostat Only)", "", nullptr},
+    {"mnuCopyI_ttable", "Edit", "", "", nullptr},
+    {"mnuCopyV_ITable", "Edit", "", "", nullptr},
 
     {"mnuCV", "Measurement", "Cyclic Voltammogram", "Ctrl+1", "frmMeasureCV"},
     {"mnuRDE", "Measurement", "RDE", "Ctrl+2", "frmMeasureRDE"},
@@ -80,45 +84,56 @@ std::string RecentName(std::size_t place) {
 }  // namespace
 
 MainMenus::MainMenus(Form& form) : form_(form) {
-  entries_.reserve(std::size(kEntries));
-  for (const Entry& entry : kEntries) {
-    auto control =
-        std::make_unique<MenuEntry>(form, entry.name, entry.menu, entry.caption, entry.shortcut);
-    control->separator_before = entry.separator_before;
-    control->SetEnabled(false);
-    if (entry.window != nullptr) {
-      control->on_click = [&form, window = entry.window] { form.host().desktop.Show(window); };
-    }
-    entries_.push_back(std::move(control));
+  entries_.reserve(std::size(kRows));
+  for (const MenuRow& row : kRows) {
+    MenuItem& entry = Add(row.name, row.menu, row.caption, row.shortcut);
+    entry.separator_before = row.separator_before;
+    if (row.window == nullptr) continue;
+    windows_[&entry] = row.window;
+    entry.on_click = [&form, window = row.window] { form.host().desktop.Show(window); };
+  }
+  for (const Exporter& exporter : Exporters()) {
+    if (exporter.menu_entry.empty()) continue;
+    MenuItem* entry = Find(exporter.menu_entry);
+    if (entry == nullptr) entry = &Add(exporter.menu_entry, "Edit", {}, {});
+    entry->SetCaption(std::string(exporter.caption));
   }
 }
 
-MenuEntry* MainMenus::Find(std::string_view name) const {
-  for (const std::unique_ptr<MenuEntry>& entry : entries_) {
+MenuItem& MainMenus::Add(std::string_view name, const char* menu, std::string caption,
+                          std::string shortcut) {
+  entries_.push_back(std::make_unique<MenuItem>(form_, std::string(name), menu, std::move(caption),
+                                                 std::move(shortcut)));
+  entries_.back()->SetEnabled(false);
+  return *entries_.back();
+}
+
+MenuItem* MainMenus::Find(std::string_view name) const {
+  for (const std::unique_ptr<MenuItem>& entry : entries_) {
     if (entry->name() == name) return entry.get();
   }
   return nullptr;
 }
 
 void MainMenus::SetAction(std::string_view name, const std::function<void()>& action) {
-  if (MenuEntry* entry = Find(name)) entry->on_click = action;
+  if (MenuItem* entry = Find(name)) entry->on_click = action;
 }
 
 void MainMenus::Offer(std::string_view name, const std::string& caption, bool usable) {
-  MenuEntry* entry = Find(name);
+  MenuItem* entry = Find(name);
   if (entry == nullptr) return;
   entry->SetCaption(caption);
   entry->SetEnabled(usable);
 }
 
 void MainMenus::SetRecentAction(const std::function<void(std::size_t place)>& action) {
-  for (std::size_t place = 0; MenuEntry* entry = Find(RecentName(place)); ++place) {
+  for (std::size_t place = 0; MenuItem* entry = Find(RecentName(place)); ++place) {
     entry->on_click = [action, place] { action(place); };
   }
 }
 
 void MainMenus::ShowRecent(std::size_t place, const std::string& caption, const std::string& tip) {
-  MenuEntry* entry = Find(RecentName(place));
+  MenuItem* entry = Find(RecentName(place));
   if (entry == nullptr) return;
   entry->SetCaption(caption);
   entry->SetTip(tip);
@@ -128,10 +143,10 @@ void MainMenus::ShowRecent(std::size_t place, const std::string& caption, const 
 
 void MainMenus::EnableUsable() {
   const Desktop& desktop = form_.host().desktop;
-  for (std::size_t i = 0; i < entries_.size(); ++i) {
-    const char* window = kEntries[i].window;
-    entries_[i]->SetEnabled(window != nullptr ? desktop.Knows(window)
-                                              : static_cast<bool>(entries_[i]->on_click));
+  for (const std::unique_ptr<MenuItem>& entry : entries_) {
+    const auto window = windows_.find(entry.get());
+    entry->SetEnabled(window != windows_.end() ? desktop.Knows(window->second)
+                                               : static_cast<bool>(entry->on_click));
   }
 }
 

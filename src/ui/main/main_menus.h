@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -31,10 +32,13 @@ class MainMenus {
   void EnableUsable();
 
  private:
-  MenuEntry* Find(std::string_view name) const;
+  MenuItem& Add(std::string_view name, const char* menu, std::string caption,
+                 std::string shortcut);
+  MenuItem* Find(std::string_view name) const;
 
   Form& form_;
-  std::vector<std::unique_ptr<MenuEntry>> entries_;
+  std::vector<std::unique_ptr<MenuItem>> entries_;
+  std::map<const MenuItem*, const char*> windows_;  // of the entries that open one
 };
 
 }  // namespace zento

@@ -4,12 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "core/home.h"
 #include "core/settings_file.h"
 #include "core/track_file.h"
+#include "core/track_store.h"
 #include "graph/graph_form.h"
 #include "host/virtual/virtual_host.h"
 #include "ui/main/control_panel.h"
+#include "ui/main/device_forms.h"
 #include "ui/main/device_forms.h"
 #include "ui/main/main_forms.h"
 #include "ui/main/settings_form.h"

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <system_error>
 
-#include "core/home.h"
+#include "core/settings_file.h"
 #include "host/path_text.h"
+#include "host/services.h"
 #include "text/codepage.h"
 #include "text/lines.h"
+#include "text/status.h"
 
 namespace zento {
 namespace {
@@ -73,7 +75,7 @@ Status RecentFiles::Write() const {
   return files_.Replace(file_, EncodeText(text)).Within("remember the last files");
 }
 
-std::filesystem::path TrackFolder(Files& files, const std::filesystem::path& home) {
+std::filesystem::path StartFolder(Files& files, const std::filesystem::path& home) {
   const std::filesystem::path folder = RecentFiles(files, home).Folder();
   return !folder.empty() && files.ListFolder(folder).ok() ? folder : home;
 }

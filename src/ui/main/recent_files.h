@@ -6,10 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "host/services.h"
-#include "text/status.h"
+#include "text/status_fwd.h"
 
 namespace zento {
+
+class Files;
 
 // The track files that were opened or saved last, the latest first. They are remembered in a text
 // file of the home, a full path a line.
@@ -38,7 +39,7 @@ class RecentFiles {
 
 // Where a window that looks for track files begins: in the folder of the file opened or saved last,
 // else in the home.
-std::filesystem::path TrackFolder(Files& files, const std::filesystem::path& home);
+std::filesystem::path StartFolder(Files& files, const std::filesystem::path& home);
 
 // "1 name - folder" for the file at a place from 0 on; of a long folder the end, behind "...".
 std::string RecentCaption(std::size_t place, const std::filesystem::path& path);

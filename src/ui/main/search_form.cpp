@@ -7,10 +7,13 @@
 #include <vector>
 
 #include "core/tables.h"
+#include "core/track_store.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "host/path_text.h"
 #include "text/number.h"
-#include "ui/main/file_track_preview.h"
+#include "ui/main/file_lists.h"
 #include "ui/main/recent_files.h"
 
 namespace zento {
@@ -23,16 +26,6 @@ constexpr int kProgressSteps = 1000;
 
 std::vector<std::string> ModeNames() {
   return {ModeName.begin(), ModeName.end()};
-}
-
-std::vector<std::string> CutAtBlanks(std::string_view text) {
-  std::vector<std::string> words;
-  while (!text.empty()) {
-    const std::size_t blank = std::min(text.find(' '), text.size());
-    if (blank > 0) words.emplace_back(text.substr(0, blank));
-    text.remove_prefix(std::min(blank + 1, text.size()));
-  }
-  return words;
 }
 
 // In characters, not bytes.
@@ -54,7 +47,7 @@ std::string Counted(std::size_t count, const char* what) {
 
 frmSearchTrack::frmSearchTrack(Workstation& workstation, Host& host, LastFolder last)
     : Form(host, kName, "Search Track"),
-      lists(*this, std::move(last), TrackFolder(host.files, workstation.home)),
+      lists(*this, std::move(last), StartFolder(host.files, workstation.home)),
       SearchResult(*this, "SearchResult", 0, kColumnCount),
       workstation_(workstation) {
   ConnectSearch();
@@ -131,33 +124,21 @@ void frmSearchTrack::StoreTypedTrack() {
   SetTargetTrack(ToLong(ParseLenient(txtTrack.text())));
 }
 
-bool frmSearchTrack::CheckCriteria() {
-  const char* refusal = nullptr;
-  if (opnTitle.value() == 1 && KeyWords.text().empty()) {
-    refusal = "Please input keywords!";
-  } else if (opnRPM.value() == 1 && ParseLenient(txtRPM.text()) < 0) {
-    refusal = "Please input RPM!";
-  } else if (opnScanrate.value() == 1 && ParseLenient(txtScanrate.text()) <= 0) {
-    refusal = "Please input scanrate!";
-  }
-  if (refusal != nullptr) host().dialogs.Message(refusal);
-  return refusal == nullptr;
-}
-
-SearchCriteria frmSearchTrack::Criteria() const {
-  SearchCriteria criteria;
+TypedCriteria frmSearchTrack::Criteria() const {
+  TypedCriteria criteria;
   if (opnMeasurement.value() == 1) criteria.mode = cbxMeasurement.selected();
-  if (opnScanrate.value() == 1) criteria.scanrate = ParseLenient(txtScanrate.text());
-  if (opnRPM.value() == 1) criteria.rpm = ParseLenient(txtRPM.text());
-  if (opnTitle.value() == 1) criteria.keywords = CutAtBlanks(KeyWords.text());
+  if (opnScanrate.value() == 1) criteria.scanrate = txtScanrate.text();
+  if (opnRPM.value() == 1) criteria.rpm = txtRPM.text();
+  if (opnTitle.value() == 1) criteria.keywords = KeyWords.text();
   return criteria;
 }
 
 void frmSearchTrack::cmdSearch_Click() {
-  if (!CheckCriteria()) return;
+  const auto criteria = ParseCriteria(Criteria());
+  if (!criteria.ok()) return host().dialogs.Message(criteria.why());
   lists.Refresh();
-  search_ = std::make_unique<TrackSearch>(host().files, host().clock, Criteria(), lists.folder(),
-                                          chkSubfolders.value() == 1);
+  search_ = std::make_unique<TrackSearch>(host().files, host().clock, criteria.value(),
+                                          lists.folder(), chkSubfolders.value() == 1);
   shown_hits_ = 0;
   selected_ = -1;
   SearchResult.SelectRow(-1);
@@ -184,7 +165,7 @@ void frmSearchTrack::Finish(bool cancelled) {
   cmdSearch.SetEnabled(true);
   cmdCancel.SetEnabled(false);
   SearchProgress.SetPosition(cancelled ? 0 : kProgressSteps);
-  ShowOutcome(cancelled);
+  lblState.SetText((cancelled ? "Cancelled: " : "") + search_->Summary());
 }
 
 // Those found since the last time.
@@ -200,7 +181,7 @@ void frmSearchTrack::ShowHits() {
     SearchResult.SetCell(row, 0, LastCharacters(TextFromPath(hit.path), kPathCharacters));
     SearchResult.SetCell(row, 1, PlainNumber(hit.track));
     SearchResult.SetCell(row, 2, hit.title);
-    SearchResult.SetCell(row, 3, std::string(EntryOf(ModeName, hit.mode)));
+    SearchResult.SetCell(row, 3, std::string(AtOrNone(ModeName, hit.mode)));
     SearchResult.SetCell(row, 4, PlainNumber(hit.rpm, kDigits));
     SearchResult.SetCell(row, 5, PlainNumber(hit.scanrate, kDigits));
   }
@@ -217,23 +198,6 @@ void frmSearchTrack::ShowProgress() {
   lblState.SetText(PlainNumber(search_->files_done()) + " of " +
                    Counted(search_->file_count(), "file") + ", " +
                    Counted(search_->hits().size(), "track") + " found");
-}
-
-void frmSearchTrack::ShowOutcome(bool cancelled) {
-  std::string text = Counted(search_->hits().size(), "track") + " found in ";
-  if (search_->files_done() < search_->file_count()) {
-    text += PlainNumber(search_->files_done()) + " of ";
-  }
-  text += Counted(search_->file_count(), "file");
-  if (cancelled) text = "Cancelled: " + text;
-  if (search_->full()) text += "; there may be more, only the first 200 are shown";
-  if (search_->passed_over() > 0) {
-    text += "; " + Counted(search_->passed_over(), "file") + " could not be read as track files";
-  }
-  if (search_->unreadable_folders() > 0) {
-    text += "; " + Counted(search_->unreadable_folders(), "folder") + " could not be read";
-  }
-  lblState.SetText(text);
 }
 
 void frmSearchTrack::SelectResult(int row) {

@@ -5,12 +5,11 @@
 #include <memory>
 
 #include "core/workstation.h"
+#include "exchange/track_search.h"
 #include "graph/preview_plot.h"
 #include "host/controls.h"
 #include "host/form.h"
-#include "host/timer.h"
 #include "ui/main/file_lists.h"
-#include "ui/main/track_search.h"
 
 namespace zento {
 
@@ -57,15 +56,13 @@ class frmSearchTrack : public Form {
  private:
   void ConnectSearch();
   void ConnectImport();
-  // False when a criterion that is on has no sensible value; says which.
-  bool CheckCriteria();
-  SearchCriteria Criteria() const;
+  // Those that are on.
+  TypedCriteria Criteria() const;
   void cmdSearch_Click();
   void Work();
   void Finish(bool cancelled);
   void ShowHits();
   void ShowProgress();
-  void ShowOutcome(bool cancelled);
   void SelectResult(int row);
   void cmdImport_Click();
   void StoreTypedTrack();

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/track_history.h"
 #include "text/natural_order.h"
 #include "ui/main/import_form.h"
 #include "ui/main/main_test_rig.h"
@@ -85,8 +86,9 @@ TEST_F(SearchFormTest, WithoutCriteriaEveryTrackOfEveryTrackFileInTheFolderIsFou
   EXPECT_EQ(window.lblState.text(),
             "3 tracks found in 3 files; 1 file could not be read as track files");
   EXPECT_TRUE(window.cmdSearch.enabled());
+  Put("/data/later/x.znt", FileOf({{5, "a folder before sub"}}));
   EXPECT_TRUE(window.chkSubfolders.UserClick().ok());
-  EXPECT_EQ(Search(window), "pt/C 0.1m; Pt/C in 0.1M HClO4; gold; deep; ");
+  EXPECT_EQ(Search(window), "pt/C 0.1m; Pt/C in 0.1M HClO4; gold; a folder before sub; deep; ");
 }
 
 TEST_F(SearchFormTest, EveryCriterionThatIsOnHasToHold) {

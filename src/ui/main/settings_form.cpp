@@ -2,6 +2,9 @@
 
 #include <optional>
 
+#include "core/settings.h"
+#include "host/desktop.h"
+#include "host/dialogs.h"
 #include "host/host.h"
 #include "host/path_text.h"
 #include "text/number.h"
