@@ -8,10 +8,11 @@ target_compile_options(zento_options INTERFACE
   # The same bits from every compiler: no fused multiply-add behind our back.
   -ffp-contract=off)
 
-# GCC 12 warns of overlaps, reads and copies past the end inside std::string that cannot happen (its bugs
-# 105651 and 105329).
+# GCC 12 warns of overlaps, reads and copies past the end inside std::string that cannot happen (its
+# bugs 105651 and 105329).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  target_compile_options(zento_options INTERFACE -Wno-restrict -Wno-stringop-overread -Wno-array-bounds)
+  target_compile_options(zento_options INTERFACE -Wno-restrict -Wno-array-bounds
+    -Wno-stringop-overread -Wno-stringop-overflow)
 endif()
 
 if(NOT CMAKE_BUILD_TYPE)
